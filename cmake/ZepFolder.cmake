@@ -1,0 +1,41 @@
+# zep_folder(NAME USES...): the files of the folder NAME as the static library zep_NAME, linking the folders it uses.
+# Files that hold a program's main (*_main.cpp) are left out. An empty folder gives nothing.
+add_library(zep_options INTERFACE)
+target_include_directories(zep_options INTERFACE ${CMAKE_SOURCE_DIR})
+target_compile_options(zep_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion -Wold-style-cast -Wnon-virtual-dtor
+  -Woverloaded-virtual -Wsuggest-override -Wformat=2 -Wundef -Wnull-dereference -Wduplicated-cond -Wduplicated-branches
+  -Wlogical-op -Wcast-align -Wextra-semi
+  -Wno-restrict)  # GCC 12 gives a false alarm for "literal" + std::string when optimising
+if(ZEP_WARNINGS_ARE_ERRORS)
+  target_compile_options(zep_options INTERFACE -Werror)
+endif()
+target_link_libraries(zep_options INTERFACE zep_headers)
+
+function(zep_folder name)
+  file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${name}/*.h)
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${name}/*.cpp)
+  list(FILTER sources EXCLUDE REGEX "/frm[A-Z][^/]*$|_main\\.cpp$")
+  list(FILTER headers EXCLUDE REGEX "/frm[A-Z][^/]*$")
+  if(NOT sources)
+    return()
+  endif()
+  add_library(zep_${name} STATIC ${sources})
+  target_sources(zep_${name} PUBLIC FILE_SET HEADERS BASE_DIRS ${CMAKE_SOURCE_DIR} FILES ${headers})
+  set_target_properties(zep_${name} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+  target_link_libraries(zep_${name} PUBLIC zep_options)
+  foreach(used IN LISTS ARGN)
+    if(TARGET zep_${used})
+      target_link_libraries(zep_${name} PUBLIC zep_${used})
+    endif()
+  endforeach()
+endfunction()
+
+# zep_program(NAME MAIN FOLDER): the program NAME with its main in MAIN, on top of the library of FOLDER.
+function(zep_program name main folder)
+  if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${main} OR NOT TARGET zep_${folder})
+    return()
+  endif()
+  add_executable(${name} ${main})
+  target_link_libraries(${name} PRIVATE zep_${folder})
+endfunction()
