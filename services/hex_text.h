@@ -1,0 +1,42 @@
+// Hexadecimal text: all data of a radio, on the line and in files, is upper-case hexadecimal, two characters a byte.
+// The conversions are exact about what they accept, because files and radios have come to depend on it.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "services/session.h"
+
+namespace zep::services {
+
+// The number that the text stands for, 0 when empty. A letter a to f passes as a digit but counts 32 more than its
+// upper-case form. Any other character, or a result outside 32 bits with sign, shows an error box and gives 0.
+std::int32_t ConHexNumToLng(Session& session, std::string_view text);
+
+// Eight upper-case hex digits of a number from 0 to 4294967295.
+std::string ConLngNumToHex(double number);
+
+// The byte of exactly two characters. A character that is no digit counts 0; a text of another length shows an error box
+// and gives 0.
+std::int16_t ConHexByteToInt(Session& session, std::string_view text);
+
+// Two upper-case hex digits.
+std::string ConBytNumToHex(std::uint8_t byte);
+
+// The number divided by 256, for numbers from 0 to 65535. And its remainder.
+std::uint8_t GetHighByte(std::int32_t number);
+std::uint8_t GetLowByte(std::int32_t number);
+
+enum class PadSide { kRight, kLeft };
+// The text with pad put in front of it or behind it until it is at least width long.
+std::string PadString(std::string text, PadSide side, int width, std::string_view pad);
+
+// The byte, as two hex digits, that makes the sum of all bytes of the text and itself a multiple of 256.
+std::string CalcHexChecksum(Session& session, std::string_view text);
+
+// The text that the bytes stand for, one character a byte; and back.
+std::string ConHexToText(Session& session, std::string_view hex);
+std::string ConTextToHex(std::string_view text);
+
+}  // namespace zep::services
