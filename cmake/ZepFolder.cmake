@@ -1,5 +1,6 @@
 # zep_folder(NAME USES...): the files of the folder NAME as the static library zep_NAME, linking the folders it uses.
-# Files that hold a program's main (*_main.cpp) are left out. An empty folder gives nothing.
+# Files that hold a program's main (*_main.cpp) are left out, and so are the other systems' files: *_posix.cpp is for
+# Linux, *_windows.cpp for Windows. An empty folder gives nothing.
 add_library(zep_options INTERFACE)
 target_include_directories(zep_options INTERFACE ${CMAKE_SOURCE_DIR})
 target_compile_options(zep_options INTERFACE
@@ -16,6 +17,11 @@ function(zep_folder name)
   file(GLOB headers CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${name}/*.h)
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_SOURCE_DIR}/${name}/*.cpp)
   list(FILTER sources EXCLUDE REGEX "/frm[A-Z][^/]*$|_main\\.cpp$")
+  if(WIN32)
+    list(FILTER sources EXCLUDE REGEX "_posix\\.cpp$")
+  else()
+    list(FILTER sources EXCLUDE REGEX "_windows\\.cpp$")
+  endif()
   list(FILTER headers EXCLUDE REGEX "/frm[A-Z][^/]*$")
   if(NOT sources)
     return()

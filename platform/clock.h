@@ -1,5 +1,5 @@
-// Time as the program sees it: a steady clock, the local time of day and sleeping. Programs run on SystemClock; tests
-// and benchmarks run on VirtualClock, where four seconds pass at once.
+// Time as the program sees it: a steady clock, the local time of day and sleeping. Programs run on
+// SystemClock; tests and benchmarks run on VirtualClock, where four seconds pass at once.
 #pragma once
 
 #include <chrono>

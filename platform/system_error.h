@@ -1,8 +1,10 @@
-// What went wrong when the operating system was asked for something: the number and words for the user's message, and
-// what the user can do about it. Every procedure of platform/ reports failure with it; nothing is thrown.
+// What went wrong when the operating system was asked for something: the number and words for the
+// user's message, and what the user can do about it. Every procedure of platform/ reports failure
+// with it; nothing is thrown.
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace zep::platform {
 
@@ -14,10 +16,17 @@ struct SystemError {
   int number = 0;           // 0: nothing went wrong
   std::string description;  // the operating system's words, without a trailing full stop
   std::string subject;      // the file or device it is about, in UTF-8; may be empty
-  std::string advice;       // cause and next step in English, one sentence or two; may be empty
+  // Cause and next step, one sentence or two; may be empty. An English text with the placeholders
+  // %0:s, %1:s, ... and what stands for them, so that it can be translated (advice.h has all these
+  // texts).
+  std::string advice;
+  std::vector<std::string> advice_arguments;
 
   explicit operator bool() const { return number != 0; }
 };
+
+// The error of the operating system with this number, about subject.
+SystemError MakeSystemError(int number, std::string subject);
 
 // The error that errno (POSIX) or GetLastError (Windows) stands for, about subject.
 SystemError LastSystemError(std::string subject);
