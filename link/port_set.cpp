@@ -1,0 +1,228 @@
+#include "link/port_set.h"
+
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "link/byte_exchange.h"
+#include "link/programming_mode.h"
+#include "services/messages.h"
+
+namespace zep::link {
+namespace {
+
+using platform::SystemError;
+using services::AppType;
+using services::Failure;
+using services::Icon;
+using services::NLSFmt;
+using services::NLSMsgBox;
+using services::NLSText;
+using services::ReportError;
+
+constexpr platform::Duration kSerialTimeOut = std::chrono::milliseconds(4000);
+
+std::string StateSetting(int port) { return "CommPort" + std::to_string(port) + "State"; }
+
+// Out of range values, as a damaged settings file may hold, count as Available.
+PortState ReadState(const Link& link, int port) {
+  const services::Settings& settings = link.session.settings;
+  const int value = settings.AppGetUserNumber(settings.OwnType(), StateSetting(port), 2);
+  return value >= 1 && value <= 4 ? static_cast<PortState>(value) : PortState::kAvailable;
+}
+
+bool CanBeOpened(platform::SerialPort& port) {
+  port.Open();
+  const bool opened = port.IsOpen();
+  port.Close();
+  return opened;
+}
+
+bool AnyPortOpen(const Link& link) {
+  return std::any_of(link.ports.begin(), link.ports.end(), [](const auto& port) { return port->IsOpen(); });
+}
+
+// The card's four 8250-family UARTs: line control at base + 3, divisor latch at base + 0 and base + 1.
+struct Uart {
+  static constexpr std::array<std::uint16_t, kPortCount> kBases = {0x2A0, 0x2A8, 0x2B0, 0x2B8};
+  static constexpr std::uint8_t kDivisorLatchOpen8N1 = 0x83;
+  static constexpr std::uint8_t kDivisorLatchClosed8N1 = 3;
+};
+
+std::uint8_t CardDivisor(std::int32_t baud) {
+  if (baud == 1200) return 104;
+  if (baud == 125000) return 1;
+  return 13;
+}
+
+void SetCardBaudRate(platform::IoPorts& io, std::int32_t baud) {
+  const auto out_all = [&io](std::uint16_t offset, std::uint8_t value) {
+    for (const std::uint16_t base : Uart::kBases) io.Out(static_cast<std::uint16_t>(base + offset), value);
+  };
+  out_all(3, Uart::kDivisorLatchOpen8N1);
+  out_all(1, 0);
+  out_all(0, CardDivisor(baud));
+  out_all(3, Uart::kDivisorLatchClosed8N1);
+}
+
+}  // namespace
+
+std::string_view PortStateText(PortState state) {
+  switch (state) {
+    case PortState::kActive:
+      return NLSText("Active");
+    case PortState::kAvailable:
+      return NLSText("Available");
+    case PortState::kNotAvailable:
+      return NLSText("Not Available");
+    case PortState::kErrorDetected:
+      return NLSText("Error Detected");
+  }
+  return {};
+}
+
+void SerialTimeOut::Enable(platform::Duration now) { deadline_ = now + kSerialTimeOut; }
+
+void SerialTimeOut::Postpone(platform::Duration held) {
+  if (deadline_) *deadline_ += held;
+}
+
+Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& link_windows, platform::IoPorts& io)
+    : session(program_session), ports(std::move(serial_ports)), windows(link_windows), io_ports(io) {
+  CommStates.fill(PortState::kAvailable);
+  SavedCommStates = CommStates;
+  for (const int port : kAllPorts) Port(port).SetPortNumber(port);
+  session.on_turn = [this](platform::Duration held) {
+    timSerialTimeOut.Postpone(held);
+    if (!timSerialTimeOut.IsDue(session.clock.Now())) return;
+    timSerialTimeOut.Disable();
+    session.SetDownloadError(Failure::kNoAnswer);
+    NLSMsgBox(session, "The radio is not responding, please check the connections.");
+  };
+}
+
+Link::~Link() { session.on_turn = nullptr; }
+
+int CheckCommPorts(Link& link, bool read_settings) {
+  if (AnyPortOpen(link)) {
+    return static_cast<int>(kPortCount -
+                            std::count(link.CommStates.begin(), link.CommStates.end(), PortState::kNotAvailable));
+  }
+  int openable = 0;
+  for (const int port : kAllPorts) {
+    PortState& state = link.State(port);
+    if (read_settings) state = ReadState(link, port);
+    if (!CanBeOpened(link.Port(port))) {
+      state = PortState::kNotAvailable;
+      continue;
+    }
+    if (state != PortState::kActive) state = PortState::kAvailable;
+    ++openable;
+  }
+  return openable;
+}
+
+int CountActivePorts(Link& link) {
+  CheckCommPorts(link, false);
+  return static_cast<int>(std::count(link.CommStates.begin(), link.CommStates.end(), PortState::kActive));
+}
+
+int FirstActivePort(const Link& link) {
+  for (const int port : kAllPorts) {
+    if (link.IsActive(port)) return port;
+  }
+  return 0;
+}
+
+bool SelectSinglePort(Link& link) {
+  if (CountActivePorts(link) == 0) link.windows.ShowPreferences(link);
+  if (CountActivePorts(link) > 1) link.windows.ShowPortSelection(link);
+  return CountActivePorts(link) == 1;
+}
+
+void SelectPort(Link& link, int port) {
+  for (const int other : kAllPorts) {
+    if (other != port && link.IsActive(other)) link.State(other) = PortState::kAvailable;
+  }
+  link.State(port) = PortState::kActive;
+}
+
+void ApplyPreferences(Link& link, const std::array<std::optional<bool>, kPortCount>& ticked) {
+  services::Settings& settings = link.session.settings;
+  for (const int port : kAllPorts) {
+    const std::optional<bool> tick = ticked[Link::Index(port)];
+    if (tick) link.State(port) = *tick ? PortState::kActive : PortState::kAvailable;
+    settings.AppSaveUserSetting(settings.OwnType(), StateSetting(port),
+                                std::to_string(static_cast<std::int32_t>(link.State(port))));
+  }
+}
+
+bool InitialiseComms(Link& link) {
+  if (FirstActivePort(link) == 0) link.windows.ShowPreferences(link);
+  bool last_is_open = false;
+  for (const int number : kAllPorts) {
+    if (!link.IsActive(number)) continue;
+    platform::SerialPort& port = link.Port(number);
+    if (const SystemError error = port.Open()) {
+      ReportError(link.session, error, "InitialiseComms", number);
+      link.State(number) = PortState::kNotAvailable;
+    }
+    last_is_open = port.IsOpen();
+    port.ClearInput();
+    port.ClearOutput();
+  }
+  if (!last_is_open && link.session.failure == Failure::kNone) link.session.failure = Failure::kPort;
+  return last_is_open;
+}
+
+void SelectBaudRate(Link& link, std::int32_t baud) {
+  ClearInputBuffers(link);
+  if (link.session.high_speed) {
+    SetCardBaudRate(link.io_ports, baud);
+    return;
+  }
+  if (baud != 1200 && baud != 9600) {
+    NLSMsgBox(link.session, NLSFmt(link.session, "Baud rate: %0:s not valid", {std::to_string(baud)}),
+              {.icon = Icon::kCritical});
+    return;
+  }
+  DrainOutput(link);
+  for (const int number : kAllPorts) {
+    if (!link.IsActive(number)) continue;
+    if (const SystemError error = link.Port(number).SetSettings(std::to_string(baud) + ",n,8,1")) {
+      ReportError(link.session, error, "SelectBaudRate", number);
+      FailPort(link, number, Failure::kPort);
+    }
+  }
+}
+
+void SelectInputMode(Link& link, platform::InputMode mode) {
+  const int port = FirstActivePort(link);
+  if (port == 0) return;
+  if (link.Port(port).InputCount() > 0) link.Port(port).ClearInput();
+  link.Port(port).SetInputMode(mode);
+}
+
+void InitHighSpeedCard(Link& link) {
+  // Kept: the third address is 0x2B0, not 0x2B7 as the other three suggest.
+  for (const std::uint16_t address : {0x2A7, 0x2AF, 0x2B0, 0x2BF}) link.io_ports.Out(address, 0xFF);
+  const services::Settings& settings = link.session.settings;
+  for (const int port : kAllPorts) {
+    link.Port(port).SetPortNumber(
+        settings.AppGetUserNumber(settings.OwnType(), "Port" + std::to_string(port), port + 2));
+  }
+}
+
+Job::Job(Link& link) : link_(link) {
+  link_.session.ClearFlags();
+  SaveCommStates(link_);
+}
+
+Job::~Job() {
+  link_.timSerialTimeOut.Disable();
+  ReleaseFromProgMode(link_);
+  CloseAllComms(link_);
+  RestoreCommStates(link_);
+}
+
+}  // namespace zep::link
