@@ -1,0 +1,86 @@
+// Files and folders, by UTF-8 names on every system. Files are read and written whole; what can go
+// wrong is told with the cause and the next step for the user.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/system_error.h"
+
+namespace zep::platform {
+
+// Whether there is something of that name that is no folder; whether there is a folder.
+bool FileExists(const std::string& path);
+bool IsFolder(const std::string& path);
+
+// Bytes in an ordinary file; nothing when it is missing or something else.
+std::optional<std::uint64_t> FileSize(const std::string& path);
+
+struct FileContents {
+  std::string bytes;  // empty when there is an error
+  SystemError error;
+};
+
+// No file of ours comes near this size.
+inline constexpr std::uint64_t kLargestFile = 256 * 1024 * 1024;
+
+// Reads an ordinary file. Folders, devices and files longer than most bytes are refused without
+// reading them.
+FileContents ReadWholeFile(const std::string& path, std::uint64_t most = kLargestFile);
+
+// Makes or replaces the file: it has the old contents or all of the new ones whatever happens, and
+// what a success has written survives a power cut. A link stays a link, a device is written as it
+// is.
+SystemError WriteWholeFile(const std::string& path, std::string_view bytes);
+
+// Makes the folder and those above it, as far as they are missing.
+SystemError MakeFolders(const std::string& path);
+
+// Gives a file another name in the same file system; a file that has that name already is replaced.
+SystemError RenameFile(const std::string& from, const std::string& to);
+
+// Removes a file. One that is not there is no error.
+SystemError RemoveFile(const std::string& path);
+
+// Whether this user can make files in the folder.
+bool IsWritableFolder(const std::string& path);
+
+// Names of the files and folders in a folder, sorted; empty when it cannot be read.
+std::vector<std::string> ListFolder(const std::string& path);
+
+enum class WriteMode { kReplace, kAppend };
+
+// A file that is written bit by bit. The first error is kept and all that follows does nothing.
+class FileWriter {
+ public:
+  FileWriter() = default;
+  ~FileWriter() { Close(); }
+  FileWriter(const FileWriter&) = delete;
+  FileWriter& operator=(const FileWriter&) = delete;
+
+  // Opens the file, which is made when missing, empty or at its end. Closes the one before and
+  // forgets its error.
+  SystemError Open(const std::string& path, WriteMode mode);
+  bool IsOpen() const { return file_ != nullptr; }
+
+  void Write(std::string_view bytes);
+  // Returns when all is on the disk.
+  SystemError Flush();
+  // Returns the first error since Open().
+  SystemError Close();
+
+  const SystemError& Error() const { return error_; }
+
+ private:
+  void KeepError();
+
+  std::FILE* file_ = nullptr;
+  std::string path_;
+  SystemError error_;
+};
+
+}  // namespace zep::platform
