@@ -48,8 +48,8 @@ bool PortFailed(Link& link, int port, std::string_view procedure) {
   return true;
 }
 
-// The waiting loop that all receiving goes through: a turn of the user interface, a look at the port, and, when nothing
-// is there, a nap that input ends. judge says what a byte means.
+// The waiting loop that all receiving goes through: a turn of the user interface, a look at the
+// port, and, when nothing is there, a nap that input ends. judge says what a byte means.
 template <typename Judge>
 Wait WaitForInput(Link& link, int port, std::string_view procedure, Judge judge) {
   Session& session = link.session;
@@ -73,7 +73,8 @@ Wait WaitForInput(Link& link, int port, std::string_view procedure, Judge judge)
     wait.last = byte;
     const Verdict verdict = judge(*byte);
     if (verdict == Verdict::kSkip) continue;
-    // Kept: after an end on zero the time-out runs on; the caller talks to the radio before it fires.
+    // Kept: after an end on zero the time-out runs on; the caller talks to the radio before it
+    // fires.
     if (verdict != Verdict::kAcceptZero) link.timSerialTimeOut.Disable();
     wait.ended = verdict == Verdict::kErrorReply ? Ended::kErrorReply : Ended::kAccepted;
     return wait;
@@ -83,7 +84,8 @@ Wait WaitForInput(Link& link, int port, std::string_view procedure, Judge judge)
   return wait;
 }
 
-// Waits until the port's output is on the line. False, with the port failed, when it takes nothing for too long.
+// Waits until the port's output is on the line. False, with the port failed, when it takes nothing
+// for too long.
 bool DrainPort(Link& link, int port, std::string_view procedure) {
   platform::SerialPort& serial = link.Port(port);
   std::size_t pending = serial.OutputCount();
@@ -103,13 +105,16 @@ bool DrainPort(Link& link, int port, std::string_view procedure) {
   return false;
 }
 
-bool IsOpenAndActive(Link& link, int port) { return link.IsActive(port) && link.Port(port).IsOpen(); }
+bool IsOpenAndActive(Link& link, int port) {
+  return link.IsActive(port) && link.Port(port).IsOpen();
+}
 
 void Write(Link& link, int port, Bytes bytes) { link.Port(port).Write(bytes); }
 
 }  // namespace
 
-std::uint8_t GetByteFromSpecficComms(Link& link, int port, std::uint8_t expected, bool end_on_zero) {
+std::uint8_t GetByteFromSpecficComms(Link& link, int port, std::uint8_t expected,
+                                     bool end_on_zero) {
   if (!link.IsActive(port)) return 0;
   const Wait wait = WaitForInput(link, port, "GetByteFromSpecficComms ", [&](std::uint8_t byte) {
     if (byte == kErrorReplyStart) return Verdict::kErrorReply;
@@ -125,8 +130,10 @@ std::uint8_t GetByteFromSpecficComms(Link& link, int port, std::uint8_t expected
       FailPort(link, port, Failure::kRadioError);
       return 0;
     case Ended::kFailed:
-      // Kept: the code goes to the flash error table as the byte's decimal digits, which no row of the table matches.
-      if (expected != 0 && wait.last) FlashErrorReporter(link.session, std::to_string(*wait.last), port);
+      // Kept: the code goes to the flash error table as the byte's decimal digits, which no row of
+      // the table matches.
+      if (expected != 0 && wait.last)
+        FlashErrorReporter(link.session, std::to_string(*wait.last), port);
       FailPort(link, port, Failure::kNoAnswer);
       return 0;
     case Ended::kStopped:
@@ -200,9 +207,10 @@ void SendByteToSpecificComms(Link& link, std::uint8_t byte, int port, bool wait_
     if (PortFailed(link, port, "SendByteToSpecificComms")) FailPort(link, port, Failure::kPort);
     return;
   }
-  const Wait wait = WaitForInput(link, port, "SendByteToSpecificComms", [byte](std::uint8_t received) {
-    return received == byte ? Verdict::kAccept : Verdict::kSkip;
-  });
+  const Wait wait =
+      WaitForInput(link, port, "SendByteToSpecificComms", [byte](std::uint8_t received) {
+        return received == byte ? Verdict::kAccept : Verdict::kSkip;
+      });
   if (wait.ended != Ended::kFailed) return;
   // Kept: the code is the raw byte.
   if (wait.last) FlashErrorReporter(link.session, Text(*wait.last), port);
@@ -214,7 +222,8 @@ void SendByteToAllComms(Link& link, std::uint8_t byte, const SendOptions& option
     if (link.session.Stopped()) return;
     if (!link.IsActive(port)) continue;
     Write(link, port, {&byte, 1});
-    if (options.wait || options.wait_too) GetByteFromSpecficComms(link, port, options.expected, options.end_on_zero);
+    if (options.wait || options.wait_too)
+      GetByteFromSpecficComms(link, port, options.expected, options.end_on_zero);
   }
 }
 
@@ -249,7 +258,8 @@ void SendStringToSpecificComms(Link& link, std::string_view text, int port) {
 }
 
 void SendStringToFirstActiveComms(Link& link, std::string_view text) {
-  if (const int port = FirstActivePort(link); port != 0) SendStringToSpecificComms(link, text, port);
+  if (const int port = FirstActivePort(link); port != 0)
+    SendStringToSpecificComms(link, text, port);
 }
 
 std::uint8_t WaitForDotFromActiveComms(Link& link) {

@@ -1,10 +1,11 @@
-// Byte and character exchange: the only procedures that put bytes on the serial lines and take them off. Everything else
-// that talks with a radio is built from them.
+// Byte and character exchange: the only procedures that put bytes on the serial lines and take them
+// off. Everything else that talks with a radio is built from them.
 //
-// They work on Active ports, one by its number or all in port order 1 to 4, and wait for a reply by looking at the port
-// once a pass. One read takes one byte. A wait ends early, with the empty result (0 or ""), when the session is stopped,
-// when the radio is silent for 4000 ms (the time-out has told the user then and set DownloadError), or when it sends an
-// error reply in braces, which is collected and reported. A port that fails while it is waited for becomes Error Detected.
+// They work on Active ports, one by its number or all in port order 1 to 4, and wait for a reply by
+// looking at the port once a pass. One read takes one byte. A wait ends early, with the empty
+// result (0 or ""), when the session is stopped, when the radio is silent for 4000 ms (the time-out
+// has told the user then and set DownloadError), or when it sends an error reply in braces, which
+// is collected and reported. A port that fails while it is waited for becomes Error Detected.
 #pragma once
 
 #include <cstdint>
@@ -18,24 +19,28 @@ namespace zep::link {
 
 using Bytes = std::span<const std::uint8_t>;
 
-// Waits for a byte from the port. expected 0: any byte but 0, which is skipped; otherwise bytes other than the expected
-// one are skipped. end_on_zero: a 0 byte ends the wait. Returns the byte, 0 if none came.
-std::uint8_t GetByteFromSpecficComms(Link& link, int port, std::uint8_t expected, bool end_on_zero = false);
+// Waits for a byte from the port. expected 0: any byte but 0, which is skipped; otherwise bytes
+// other than the expected one are skipped. end_on_zero: a 0 byte ends the wait. Returns the byte, 0
+// if none came.
+std::uint8_t GetByteFromSpecficComms(Link& link, int port, std::uint8_t expected,
+                                     bool end_on_zero = false);
 
 // The next byte received on an Active port, without waiting; 0 if none.
 std::uint8_t GetAnyByte(Link& link, int port);
 
-// Waits for a character from the port: any when expected is empty, otherwise others are skipped. "" if none came.
+// Waits for a character from the port: any when expected is empty, otherwise others are skipped. ""
+// if none came.
 std::string GetStringFromSpecficComms(Link& link, int port, std::string_view expected);
 
 // The same on the first Active port; "" when there is none.
 std::string GetStringFromFirstActiveComms(Link& link, std::string_view expected);
 
-// Waits until the expected character or an error reply came. Always true: how it went is told by DownloadError,
-// CancelRequested and RadioErrorReply, which is cleared first.
+// Waits until the expected character or an error reply came. Always true: how it went is told by
+// DownloadError, CancelRequested and RadioErrorReply, which is cleared first.
 bool WaitForChar(Link& link, std::string_view expected, int port);
 
-// Sends a byte to an Active port unless DownloadError is set; with wait_for_echo, waits until it comes back.
+// Sends a byte to an Active port unless DownloadError is set; with wait_for_echo, waits until it
+// comes back.
 void SendByteToSpecificComms(Link& link, std::uint8_t byte, int port, bool wait_for_echo = false);
 
 struct SendOptions {
@@ -45,18 +50,19 @@ struct SendOptions {
   bool end_on_zero = false;
 };
 
-// Sends a byte to every Active port; with wait or wait_too, each port must have answered with the expected byte before
-// the next one is sent to.
+// Sends a byte to every Active port; with wait or wait_too, each port must have answered with the
+// expected byte before the next one is sent to.
 void SendByteToAllComms(Link& link, std::uint8_t byte, const SendOptions& options = {});
 
 // Sends a byte to every Active port without waiting.
 void SendByteToActiveComms(Link& link, std::uint8_t byte);
 
-// Sends bytes to every open Active port, one after the other; a port's output has gone out before the next one's turn.
-// Does not give the user interface a turn.
+// Sends bytes to every open Active port, one after the other; a port's output has gone out before
+// the next one's turn. Does not give the user interface a turn.
 void SendBytesToAllComms(Link& link, Bytes bytes);
 
-// The same for all ports together: the bytes are written to every port before any output is waited for.
+// The same for all ports together: the bytes are written to every port before any output is waited
+// for.
 void SendBytesToAllCommsAtOnce(Link& link, Bytes bytes);
 
 // Sends text to one Active port, or to the first Active one.
@@ -66,14 +72,16 @@ void SendStringToFirstActiveComms(Link& link, std::string_view text);
 // Waits for the acknowledgement "." from every Active port in turn. The last byte received.
 std::uint8_t WaitForDotFromActiveComms(Link& link);
 
-// Reads a reply of text lines up to the prompt ">" and returns the data of its lines, joined. Mode "List": a line is two
-// characters, a count, the data; any other mode: an item record. Silence sets DownloadError and returns what came.
+// Reads a reply of text lines up to the prompt ">" and returns the data of its lines, joined. Mode
+// "List": a line is two characters, a count, the data; any other mode: an item record. Silence sets
+// DownloadError and returns what came.
 std::string ReadReplyFromComms(Link& link, int port, std::string_view mode);
 
 // The same from every Active port in turn; the last reply that is not empty.
 std::string ReadReplyFromActiveComms(Link& link, std::string_view mode);
 
-// Collects an error reply, whose "{" has been read, up to the prompt into RadioErrorReply and reports it.
+// Collects an error reply, whose "{" has been read, up to the prompt into RadioErrorReply and
+// reports it.
 void ReadRadioErrorReply(Link& link, int port);
 
 void ClearInputBuffers(Link& link);
@@ -81,13 +89,16 @@ void CloseAllComms(Link& link);
 void SaveCommStates(Link& link);
 void RestoreCommStates(Link& link);
 
-// Waits until the output of all open Active ports is on the line; a port that takes nothing for 4000 ms has failed.
+// Waits until the output of all open Active ports is on the line; a port that takes nothing for
+// 4000 ms has failed.
 void DrainOutput(Link& link);
 
-// When no port is Active any longer and DownloadError is not set yet: tells the user, sets it and returns true.
+// When no port is Active any longer and DownloadError is not set yet: tells the user, sets it and
+// returns true.
 bool CheckForNoResponse(Link& link);
 
-// Marks a port as failed. In a run that serves several radios DownloadError is taken back, as long as others are left.
+// Marks a port as failed. In a run that serves several radios DownloadError is taken back, as long
+// as others are left.
 void FailPort(Link& link, int port, services::Failure why);
 
 }  // namespace zep::link

@@ -34,11 +34,16 @@ constexpr std::array kDatabaseErrors = {
 };
 
 constexpr std::array kFlashErrors = {
-    ErrorText{"S", NLSText("Invalid storage.")},       ErrorText{"I", NLSText("Invalid Rx, Tx character.")},
-    ErrorText{"X", NLSText("Invalid Flash.")},         ErrorText{"G", NLSText("Invalid page address.")},
-    ErrorText{"A", NLSText("Invalid start address.")}, ErrorText{"F", NLSText("Invalid Flash program.")},
-    ErrorText{"P", NLSText("Invalid prompt.")},        ErrorText{"!", NLSText("Overrun error.")},
-    ErrorText{"#", NLSText("Noise error.")},           ErrorText{"$", NLSText("Frame error.")},
+    ErrorText{"S", NLSText("Invalid storage.")},
+    ErrorText{"I", NLSText("Invalid Rx, Tx character.")},
+    ErrorText{"X", NLSText("Invalid Flash.")},
+    ErrorText{"G", NLSText("Invalid page address.")},
+    ErrorText{"A", NLSText("Invalid start address.")},
+    ErrorText{"F", NLSText("Invalid Flash program.")},
+    ErrorText{"P", NLSText("Invalid prompt.")},
+    ErrorText{"!", NLSText("Overrun error.")},
+    ErrorText{"#", NLSText("Noise error.")},
+    ErrorText{"$", NLSText("Frame error.")},
     ErrorText{"?", NLSText("Data corrupt.")},
 };
 
@@ -82,15 +87,17 @@ void TransferReport(Link& link, TransferView& view) {
   const bool download = link.session.TransferMode == services::Transfer::kProgram;
   for (const int port : kAllPorts) {
     if (link.State(port) == PortState::kActive) {
-      ReportPort(link, port,
-                 download ? NLSText("Completed downloading firmware to radio on communication port %0:s")
-                          : NLSText("Completed uploading firmware from radio on communication port %0:s"),
-                 Icon::kInformation);
+      ReportPort(
+          link, port,
+          download ? NLSText("Completed downloading firmware to radio on communication port %0:s")
+                   : NLSText("Completed uploading firmware from radio on communication port %0:s"),
+          Icon::kInformation);
       if (download) view.ShowStatus(NLSFmt(link.session, "Completed writing data"));
     } else if (link.State(port) == PortState::kErrorDetected) {
       ReportPort(link, port,
-                 download ? NLSText("Error downloading firmware to radio on communication port %0:s")
-                          : NLSText("Error uploading firmware from radio on communication port %0:s"),
+                 download
+                     ? NLSText("Error downloading firmware to radio on communication port %0:s")
+                     : NLSText("Error uploading firmware from radio on communication port %0:s"),
                  Icon::kCritical);
       if (download) view.ShowStatus(NLSFmt(link.session, "Error writing data"));
     }

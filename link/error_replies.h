@@ -1,5 +1,5 @@
-// What radios report, in words for the user: error replies of the database command set, error codes of the flash
-// loader, and how a firmware transfer ended on each port.
+// What radios report, in words for the user: error replies of the database command set, error codes
+// of the flash loader, and how a firmware transfer ended on each port.
 #pragma once
 
 #include <string_view>
@@ -9,15 +9,16 @@
 
 namespace zep::link {
 
-// Reports RadioErrorReply. With ReportRadioErrors at kShow a known reply is shown, and any reply sets DownloadError; with
-// kSilent nothing happens. RadioErrorReply keeps its value for the caller to test.
+// Reports RadioErrorReply. With ReportRadioErrors at kShow a known reply is shown, and any reply
+// sets DownloadError; with kSilent nothing happens. RadioErrorReply keeps its value for the caller
+// to test.
 void RadioErrorReporter(services::Session& session);
 
 // Hands an error reply that the program found by itself (a wrong checksum) to the reporter.
 void ReportRadioError(services::Session& session, std::string_view reply);
 
-// Shows the flash loader's error code (one character) for the port; an unknown code shows nothing. The caller marks the
-// port.
+// Shows the flash loader's error code (one character) for the port; an unknown code shows nothing.
+// The caller marks the port.
 void FlashErrorReporter(services::Session& session, std::string_view code, int port);
 
 // Tells, port by port, how a firmware transfer ended: a box for each Active and each failed port.

@@ -39,10 +39,12 @@ bool CanBeOpened(platform::SerialPort& port) {
 }
 
 bool AnyPortOpen(const Link& link) {
-  return std::any_of(link.ports.begin(), link.ports.end(), [](const auto& port) { return port->IsOpen(); });
+  return std::any_of(link.ports.begin(), link.ports.end(),
+                     [](const auto& port) { return port->IsOpen(); });
 }
 
-// The card's four 8250-family UARTs: line control at base + 3, divisor latch at base + 0 and base + 1.
+// The card's four 8250-family UARTs: line control at base + 3, divisor latch at base + 0 and base
+// + 1.
 struct Uart {
   static constexpr std::array<std::uint16_t, kPortCount> kBases = {0x2A0, 0x2A8, 0x2B0, 0x2B8};
   static constexpr std::uint8_t kDivisorLatchOpen8N1 = 0x83;
@@ -57,7 +59,8 @@ std::uint8_t CardDivisor(std::int32_t baud) {
 
 void SetCardBaudRate(platform::IoPorts& io, std::int32_t baud) {
   const auto out_all = [&io](std::uint16_t offset, std::uint8_t value) {
-    for (const std::uint16_t base : Uart::kBases) io.Out(static_cast<std::uint16_t>(base + offset), value);
+    for (const std::uint16_t base : Uart::kBases)
+      io.Out(static_cast<std::uint16_t>(base + offset), value);
   };
   out_all(3, Uart::kDivisorLatchOpen8N1);
   out_all(1, 0);
@@ -87,8 +90,12 @@ void SerialTimeOut::Postpone(platform::Duration held) {
   if (deadline_) *deadline_ += held;
 }
 
-Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& link_windows, platform::IoPorts& io)
-    : session(program_session), ports(std::move(serial_ports)), windows(link_windows), io_ports(io) {
+Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& link_windows,
+           platform::IoPorts& io)
+    : session(program_session),
+      ports(std::move(serial_ports)),
+      windows(link_windows),
+      io_ports(io) {
   CommStates.fill(PortState::kAvailable);
   SavedCommStates = CommStates;
   for (const int port : kAllPorts) Port(port).SetPortNumber(port);
@@ -105,8 +112,8 @@ Link::~Link() { session.on_turn = nullptr; }
 
 int CheckCommPorts(Link& link, bool read_settings) {
   if (AnyPortOpen(link)) {
-    return static_cast<int>(kPortCount -
-                            std::count(link.CommStates.begin(), link.CommStates.end(), PortState::kNotAvailable));
+    return static_cast<int>(kPortCount - std::count(link.CommStates.begin(), link.CommStates.end(),
+                                                    PortState::kNotAvailable));
   }
   int openable = 0;
   for (const int port : kAllPorts) {
@@ -124,7 +131,8 @@ int CheckCommPorts(Link& link, bool read_settings) {
 
 int CountActivePorts(Link& link) {
   CheckCommPorts(link, false);
-  return static_cast<int>(std::count(link.CommStates.begin(), link.CommStates.end(), PortState::kActive));
+  return static_cast<int>(
+      std::count(link.CommStates.begin(), link.CommStates.end(), PortState::kActive));
 }
 
 int FirstActivePort(const Link& link) {
@@ -171,7 +179,8 @@ bool InitialiseComms(Link& link) {
     port.ClearInput();
     port.ClearOutput();
   }
-  if (!last_is_open && link.session.failure == Failure::kNone) link.session.failure = Failure::kPort;
+  if (!last_is_open && link.session.failure == Failure::kNone)
+    link.session.failure = Failure::kPort;
   return last_is_open;
 }
 
@@ -182,7 +191,8 @@ void SelectBaudRate(Link& link, std::int32_t baud) {
     return;
   }
   if (baud != 1200 && baud != 9600) {
-    NLSMsgBox(link.session, NLSFmt(link.session, "Baud rate: %0:s not valid", {std::to_string(baud)}),
+    NLSMsgBox(link.session,
+              NLSFmt(link.session, "Baud rate: %0:s not valid", {std::to_string(baud)}),
               {.icon = Icon::kCritical});
     return;
   }

@@ -1,8 +1,9 @@
-// The serial port set: the up to four ports through which radios are served side by side, what is known of each, and
-// the serial time-out. Every other serial procedure works only on the ports that are Active.
+// The serial port set: the up to four ports through which radios are served side by side, what is
+// known of each, and the serial time-out. Every other serial procedure works only on the ports that
+// are Active.
 //
-// Ports are numbered 1 to 4. A procedure that waits gives the user interface a turn on every pass and ends early when
-// session.Stopped().
+// Ports are numbered 1 to 4. A procedure that waits gives the user interface a turn on every pass
+// and ends early when session.Stopped().
 #pragma once
 
 #include <array>
@@ -43,8 +44,8 @@ class LinkWindows {
   virtual void ShowPortSelection(Link& link) = 0;
 };
 
-// The timer timSerialTimeOut: 4000 ms without an answer. It fires in a turn of the user interface; the time that a modal
-// question takes is not the radio's.
+// The timer timSerialTimeOut: 4000 ms without an answer. It fires in a turn of the user interface;
+// the time that a modal question takes is not the radio's.
 class SerialTimeOut {
  public:
   // Starts the 4000 ms, anew when they run already.
@@ -60,9 +61,11 @@ class SerialTimeOut {
 
 using Ports = std::array<std::unique_ptr<platform::SerialPort>, kPortCount>;
 
-// The link as a whole. It hooks itself into the session's turns, so it must not outlive the session.
+// The link as a whole. It hooks itself into the session's turns, so it must not outlive the
+// session.
 struct Link {
-  Link(services::Session& program_session, Ports serial_ports, LinkWindows& link_windows, platform::IoPorts& io);
+  Link(services::Session& program_session, Ports serial_ports, LinkWindows& link_windows,
+       platform::IoPorts& io);
   ~Link();
   Link(const Link&) = delete;
   Link& operator=(const Link&) = delete;
@@ -76,7 +79,8 @@ struct Link {
   std::array<PortState, kPortCount> SavedCommStates{};
   SerialTimeOut timSerialTimeOut;
 
-  // A run that serves several radios: one that fails is marked and left behind, and the others go on.
+  // A run that serves several radios: one that fails is marked and left behind, and the others go
+  // on.
   bool others_go_on = false;
   // Ports that were asked into programming mode and have not been released with "^" yet.
   std::array<bool, kPortCount> in_programming_mode{};
@@ -88,8 +92,9 @@ struct Link {
   static std::size_t Index(int port) { return static_cast<std::size_t>(port - 1); }
 };
 
-// Finds out which ports can be opened and sets the states accordingly; with read_settings the user's choice is read
-// first. Returns how many can be opened. While a job holds ports open no port is touched and no state changes.
+// Finds out which ports can be opened and sets the states accordingly; with read_settings the
+// user's choice is read first. Returns how many can be opened. While a job holds ports open no port
+// is touched and no state changes.
 int CheckCommPorts(Link& link, bool read_settings);
 
 // How many ports are Active, after a look at all of them.
@@ -98,33 +103,36 @@ int CountActivePorts(Link& link);
 // The lowest Active port, or 0 when there is none. Looks at the states only.
 int FirstActivePort(const Link& link);
 
-// Before an operation on one radio: has the user activate a port when none is Active, or choose one of several. True
-// when exactly one port is Active then.
+// Before an operation on one radio: has the user activate a port when none is Active, or choose one
+// of several. True when exactly one port is Active then.
 bool SelectSinglePort(Link& link);
 
 // The choice of the port-selection window: only this port stays Active.
 void SelectPort(Link& link, int port);
 
-// The ticks of the preferences window: a ticked port becomes Active, an unticked one Available; a port without a tick box
-// (nothing) keeps its state. Saves the four states as the user's settings.
+// The ticks of the preferences window: a ticked port becomes Active, an unticked one Available; a
+// port without a tick box (nothing) keeps its state. Saves the four states as the user's settings.
 void ApplyPreferences(Link& link, const std::array<std::optional<bool>, kPortCount>& ticked);
 
-// Opens every Active port and discards what is pending on it. True when the last Active port is open. With no Active
-// port the user is asked for one first. A port that cannot be opened is reported and becomes Not Available.
+// Opens every Active port and discards what is pending on it. True when the last Active port is
+// open. With no Active port the user is asked for one first. A port that cannot be opened is
+// reported and becomes Not Available.
 bool InitialiseComms(Link& link);
 
-// Sets the line speed of every Active port: 1200 or 9600 baud; 125000 with the high-speed card only. What was received
-// is discarded, and what was written goes out first.
+// Sets the line speed of every Active port: 1200 or 9600 baud; 125000 with the high-speed card
+// only. What was received is discarded, and what was written goes out first.
 void SelectBaudRate(Link& link, std::int32_t baud);
 
 // Discards the input of the first Active port and sets how it is read.
 void SelectInputMode(Link& link, platform::InputMode mode);
 
-// Prepares the four-port high-speed card and points the four port objects at its ports. High-speed mode only.
+// Prepares the four-port high-speed card and points the four port objects at its ports. High-speed
+// mode only.
 void InitHighSpeedCard(Link& link);
 
-// What a user's action does at its start and its end: clears the flags and remembers the states; then releases the radios
-// from programming mode, closes the ports and restores the states, so that a failed port can be tried again at once.
+// What a user's action does at its start and its end: clears the flags and remembers the states;
+// then releases the radios from programming mode, closes the ports and restores the states, so that
+// a failed port can be tried again at once.
 class Job {
  public:
   explicit Job(Link& link);

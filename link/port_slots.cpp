@@ -22,7 +22,8 @@ std::string DefaultDevice(int slot) {
 }  // namespace
 
 std::string SlotDevice(const services::Settings& settings, int slot) {
-  const std::string chosen = settings.AppGetUserSetting(settings.OwnType(), DeviceSetting(slot), "");
+  const std::string chosen =
+      settings.AppGetUserSetting(settings.OwnType(), DeviceSetting(slot), "");
   return chosen.empty() ? DefaultDevice(slot) : chosen;
 }
 

@@ -1,4 +1,5 @@
-// Which serial device each of the four port slots stands for, kept as the settings CommPort1Device to CommPort4Device.
+// Which serial device each of the four port slots stands for, kept as the settings CommPort1Device
+// to CommPort4Device.
 #pragma once
 
 #include <string>
@@ -7,8 +8,8 @@
 
 namespace zep::link {
 
-// The device of a slot (1 to 4). Where the user has chosen none: COM1 to COM4 on Windows, elsewhere the first four serial
-// devices of this computer; empty when there are fewer.
+// The device of a slot (1 to 4). Where the user has chosen none: COM1 to COM4 on Windows, elsewhere
+// the first four serial devices of this computer; empty when there are fewer.
 std::string SlotDevice(const services::Settings& settings, int slot);
 
 // Keeps the user's choice. False when it could not be stored.

@@ -21,7 +21,8 @@ constexpr std::uint8_t kBootstrapStart = 0xFF;
 void SendBootstrapToPort(Link& link, TransferView& view, int port, const std::string& loader) {
   Session& session = link.session;
   view.SetProgressMaximum(static_cast<int>(kBootstrapSize));
-  view.ShowStatus(NLSFmt(session, "Writing bootstrap file 1 to communication port %0:s", {std::to_string(port)}));
+  view.ShowStatus(NLSFmt(session, "Writing bootstrap file 1 to communication port %0:s",
+                         {std::to_string(port)}));
   link.Port(port).Write({&kBootstrapStart, 1});
   int sent = 0;
   for (const char byte : loader) {

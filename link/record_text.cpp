@@ -6,15 +6,19 @@ namespace zep::link {
 namespace {
 
 // The data behind a length field of two characters that starts at this offset.
-std::string DataAfterLength(services::Session& session, std::string_view line, std::size_t length_at) {
+std::string DataAfterLength(services::Session& session, std::string_view line,
+                            std::size_t length_at) {
   if (line.size() < length_at + 2) return {};
-  const auto length = static_cast<std::size_t>(services::ConHexByteToInt(session, line.substr(length_at, 2)));
+  const auto length =
+      static_cast<std::size_t>(services::ConHexByteToInt(session, line.substr(length_at, 2)));
   return std::string(line.substr(length_at + 2, 2 * length));
 }
 
 }  // namespace
 
-bool IsEmptyRecord(std::string_view record) { return record.size() >= 6 && record.substr(4, 2) == "00"; }
+bool IsEmptyRecord(std::string_view record) {
+  return record.size() >= 6 && record.substr(4, 2) == "00";
+}
 
 std::string GetRecordData(services::Session& session, std::string_view record) {
   return DataAfterLength(session, record, 4);

@@ -1,7 +1,7 @@
 // The fields of an item record and of a line of the item list, which are lines of hexadecimal text.
 //
-//   record     item number (2), a second header byte (2), data length N in bytes (2), data (2N), checksum (2)
-//   list line  two characters, length N in bytes (2), data (2N)
+//   record     item number (2), a second header byte (2), data length N in bytes (2), data (2N),
+//   checksum (2) list line  two characters, length N in bytes (2), data (2N)
 #pragma once
 
 #include <string>
@@ -14,8 +14,8 @@ namespace zep::link {
 // The length field is "00": such a record is never stored and never sent.
 bool IsEmptyRecord(std::string_view record);
 
-// The data characters of a record, or of a line of the item list; what there is of them when the line is too short,
-// nothing when it is too short for its length field.
+// The data characters of a record, or of a line of the item list; what there is of them when the
+// line is too short, nothing when it is too short for its length field.
 std::string GetRecordData(services::Session& session, std::string_view record);
 std::string GetListData(services::Session& session, std::string_view line);
 

@@ -1,5 +1,5 @@
-// The firmware transfer as it is watched: what the engine shows while it runs, in a window or on a terminal. Texts are
-// translated already.
+// The firmware transfer as it is watched: what the engine shows while it runs, in a window or on a
+// terminal. Texts are translated already.
 #pragma once
 
 #include <string>

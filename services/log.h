@@ -1,4 +1,5 @@
-// The application's log: what went wrong behind the scenes, line by line, for whoever helps the user.
+// The application's log: what went wrong behind the scenes, line by line, for whoever helps the
+// user.
 #pragma once
 
 #include <string>
@@ -13,8 +14,8 @@ std::string DateAndTime(const std::tm& local_time);
 
 class ApplicationLog {
  public:
-  // Appends to the file, which is opened and closed for every line; an empty name keeps nothing. A line that cannot be
-  // written is lost: a log never stops a job.
+  // Appends to the file, which is opened and closed for every line; an empty name keeps nothing. A
+  // line that cannot be written is lost: a log never stops a job.
   ApplicationLog(platform::Clock& clock, std::string file_name);
 
   // Date and time, two blanks, the text.

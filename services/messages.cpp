@@ -12,9 +12,10 @@ std::string FillIn(std::string text, std::span<const std::string_view> arguments
   std::string filled;
   std::size_t at = 0;
   while (at < text.size()) {
-    const bool is_placeholder = at + 4 <= text.size() && text[at] == '%' && text[at + 1] >= '0' && text[at + 1] <= '9' &&
-                                text.compare(at + 2, 2, ":s") == 0;
-    const std::size_t number = is_placeholder ? static_cast<std::size_t>(text[at + 1] - '0') : arguments.size();
+    const bool is_placeholder = at + 4 <= text.size() && text[at] == '%' && text[at + 1] >= '0' &&
+                                text[at + 1] <= '9' && text.compare(at + 2, 2, ":s") == 0;
+    const std::size_t number =
+        is_placeholder ? static_cast<std::size_t>(text[at + 1] - '0') : arguments.size();
     if (number < arguments.size()) {
       filled += arguments[number];
       at += 4;
@@ -25,30 +26,36 @@ std::string FillIn(std::string text, std::span<const std::string_view> arguments
   return filled;
 }
 
-std::string ErrorText(const Session& session, const platform::SystemError& error, std::string_view procedure, int port) {
+std::string ErrorText(const Session& session, const platform::SystemError& error,
+                      std::string_view procedure, int port) {
   switch (error.number) {
     case platform::kPortDoesNotExist:
       return NLSFmt(session,
-                    "A communication port has been selected that does not exist on the PC, please select another port "
+                    "A communication port has been selected that does not exist on the PC, please "
+                    "select another port "
                     "from menu File->Preferences.");
     case platform::kPortInUse:
       return NLSFmt(session,
-                    "Communication port %0:s already in use, please select another port from menu File->Preferences.",
+                    "Communication port %0:s already in use, please select another port from menu "
+                    "File->Preferences.",
                     {std::to_string(port)});
     default:
       break;
   }
-  return NLSFmt(session, "Error: ") + std::to_string(error.number) + " " + error.description + " [" +
-         std::string(procedure) + "]";
+  return NLSFmt(session, "Error: ") + std::to_string(error.number) + " " + error.description +
+         " [" + std::string(procedure) + "]";
 }
 
 }  // namespace
 
-std::string NLSFmt(const Session& session, std::string_view text, std::initializer_list<std::string_view> arguments) {
-  return FillIn(session.translation.Translate(text), std::span(arguments.begin(), arguments.size()));
+std::string NLSFmt(const Session& session, std::string_view text,
+                   std::initializer_list<std::string_view> arguments) {
+  return FillIn(session.translation.Translate(text),
+                std::span(arguments.begin(), arguments.size()));
 }
 
-std::string NLSFmt(const Session& session, std::string_view text, std::span<const std::string> arguments) {
+std::string NLSFmt(const Session& session, std::string_view text,
+                   std::span<const std::string> arguments) {
   const std::vector<std::string_view> views(arguments.begin(), arguments.end());
   return FillIn(session.translation.Translate(text), views);
 }
@@ -56,8 +63,8 @@ std::string NLSFmt(const Session& session, std::string_view text, std::span<cons
 Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& options) {
   MessageRequest request;
   request.text = session.translation.Translate(text);
-  request.title =
-      session.translation.Translate(options.title.empty() ? session.strings.Get(kTitleResource) : options.title);
+  request.title = session.translation.Translate(
+      options.title.empty() ? session.strings.Get(kTitleResource) : options.title);
   request.icon = options.icon;
   request.buttons = options.buttons;
   request.notice = options.notice;
@@ -69,7 +76,8 @@ std::string PadMessage(std::string text) {
   return text;
 }
 
-void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure, int port) {
+void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure,
+                 int port) {
   std::string text = ErrorText(session, error, procedure, port);
   if (!error.advice.empty()) text += "\n" + NLSFmt(session, error.advice, error.advice_arguments);
   session.log.Error(text);

@@ -1,7 +1,8 @@
 // Messages to the user: translated, with numbered placeholders "%0:s", "%1:s" filled in.
 //
-// Texts are written in English where they are used. Those that reach these procedures as a variable (a row of a table, a
-// member) are marked with NLSText where they are written, so that a check finds them all in the dictionary.
+// Texts are written in English where they are used. Those that reach these procedures as a variable
+// (a row of a table, a member) are marked with NLSText where they are written, so that a check
+// finds them all in the dictionary.
 #pragma once
 
 #include <initializer_list>
@@ -17,9 +18,12 @@ namespace zep::services {
 // Marks a text for translation and returns it as it is.
 constexpr std::string_view NLSText(std::string_view text) { return text; }
 
-// The text in the interface language, with %N:s replaced by argument N. A placeholder without an argument stays.
-std::string NLSFmt(const Session& session, std::string_view text, std::initializer_list<std::string_view> arguments = {});
-std::string NLSFmt(const Session& session, std::string_view text, std::span<const std::string> arguments);
+// The text in the interface language, with %N:s replaced by argument N. A placeholder without an
+// argument stays.
+std::string NLSFmt(const Session& session, std::string_view text,
+                   std::initializer_list<std::string_view> arguments = {});
+std::string NLSFmt(const Session& session, std::string_view text,
+                   std::span<const std::string> arguments);
 
 struct BoxOptions {
   Icon icon = Icon::kInformation;
@@ -28,16 +32,18 @@ struct BoxOptions {
   Notice notice = Notice::kPlain;
 };
 
-// Shows a message box and returns the button pressed. The text is translated when the dictionary has it, so both a plain
-// text and one from NLSFmt may be given.
+// Shows a message box and returns the button pressed. The text is translated when the dictionary
+// has it, so both a plain text and one from NLSFmt may be given.
 Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& options = {});
 
-// A box that reads well is never narrow: a message shorter than 85 characters is padded with blanks on the right. Done by
-// the windows, where the box is shown.
+// A box that reads well is never narrow: a message shorter than 85 characters is padded with blanks
+// on the right. Done by the windows, where the box is shown.
 std::string PadMessage(std::string text);
 
-// The common error reporter: tells the user what failed in which procedure. A missing and a busy port have texts of
-// their own, for which port (1 to 4) is needed; cause and next step follow on a line of their own when known.
-void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure, int port = 0);
+// The common error reporter: tells the user what failed in which procedure. A missing and a busy
+// port have texts of their own, for which port (1 to 4) is needed; cause and next step follow on a
+// line of their own when known.
+void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure,
+                 int port = 0);
 
 }  // namespace zep::services

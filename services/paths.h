@@ -1,4 +1,5 @@
-// Where the program finds and keeps its files. Folders are UTF-8 texts without a trailing separator unless said so.
+// Where the program finds and keeps its files. Folders are UTF-8 texts without a trailing separator
+// unless said so.
 #pragma once
 
 #include <string>
@@ -14,11 +15,11 @@ inline constexpr char kPathSeparator = '/';
 
 struct ApplicationPaths {
   std::string application_folder;  // upgrade/, upgrade.log, the loader files, saved databases
-  std::string program_folder;      // the running program's folder; loader files are looked for here too
+  std::string program_folder;  // the running program's folder; loader files are looked for here too
 };
 
-// The application folder is the program's own when it can be written to (a portable copy), else the user's data folder,
-// which is made when missing. A folder given by the user takes its place.
+// The application folder is the program's own when it can be written to (a portable copy), else the
+// user's data folder, which is made when missing. A folder given by the user takes its place.
 ApplicationPaths FindApplicationPaths(const std::string& given_application_folder);
 
 // Folder and name joined with exactly one separator.
@@ -31,9 +32,9 @@ std::string WithSeparator(std::string_view folder);
 std::string FolderOf(std::string_view path);
 std::string FileTitleOf(std::string_view path);
 
-// The full name of a file that the program brings with it or the user supplies (bs.tsk, dl.tsk, ZEPDLCA.mld): in the
-// application folder, else in the program's folder, else in the shared data folder of an installed program. The name in
-// the application folder when it is nowhere.
+// The full name of a file that the program brings with it or the user supplies (bs.tsk, dl.tsk,
+// ZEPDLCA.mld): in the application folder, else in the program's folder, else in the shared data
+// folder of an installed program. The name in the application folder when it is nowhere.
 std::string FindApplicationFile(const ApplicationPaths& paths, std::string_view name);
 
 }  // namespace zep::services

@@ -1,8 +1,9 @@
-// Everything program-wide, in one object that is handed down: the flags that every waiting loop tests, the options of
-// the command line, and the seams to the user, the time, the settings and the texts.
+// Everything program-wide, in one object that is handed down: the flags that every waiting loop
+// tests, the options of the command line, and the seams to the user, the time, the settings and the
+// texts.
 //
-// One thread uses it. A long job is a loop inside the handler that started it; it calls PumpEvents() once a pass and
-// gives up when Stopped().
+// One thread uses it. A long job is a loop inside the handler that started it; it calls
+// PumpEvents() once a pass and gives up when Stopped().
 #pragma once
 
 #include <functional>
@@ -70,7 +71,8 @@ class Session {
   bool DownloadError = false;      // the comms error flag
   bool DownloadSucceeded = false;  // the last firmware run finished
   Transfer TransferMode = Transfer::kProgram;
-  std::string RadioErrorReply;  // the last error reply collected, beginning with "{"; empty when none
+  std::string
+      RadioErrorReply;  // the last error reply collected, beginning with "{"; empty when none
   ReportErrors ReportRadioErrors = ReportErrors::kShow;
   Failure failure = Failure::kNone;
 
@@ -84,8 +86,9 @@ class Session {
   // Clears both flags and the cause, as every action of the user does when it starts.
   void ClearFlags();
 
-  // A turn of the user interface, then of the timers. on_turn gets the time that the user interface kept for itself: a
-  // modal question inside it may take minutes, which are not to be counted against a radio.
+  // A turn of the user interface, then of the timers. on_turn gets the time that the user interface
+  // kept for itself: a modal question inside it may take minutes, which are not to be counted
+  // against a radio.
   void PumpEvents();
   std::function<void(platform::Duration held)> on_turn;
 };

@@ -1,9 +1,9 @@
-// The application's string table: texts that differ between the applications of the suite (identity, titles, file
-// filters, paths, captions), addressed by number.
+// The application's string table: texts that differ between the applications of the suite
+// (identity, titles, file filters, paths, captions), addressed by number.
 //
-// One table an application: "ZEP", "Vorn PMR II" and "Torvik" are built in; a file of the same name in the application
-// folder takes a table's place. The file is UTF-8, a number and a text a line; "base NAME" takes over all entries of
-// another table, and lines that start with "#" are comments:
+// One table an application: "ZEP", "Vorn PMR II" and "Torvik" are built in; a file of the same name
+// in the application folder takes a table's place. The file is UTF-8, a number and a text a line;
+// "base NAME" takes over all entries of another table, and lines that start with "#" are comments:
 //
 //   base ZEP
 //   100 Torvik
@@ -18,8 +18,9 @@ namespace zep::services {
 
 class StringTable {
  public:
-  // The built-in table of that name, or the one that the folder holds instead (file NAME.strings). Problem() tells when
-  // there is no such table or a line cannot be read; the ZEP entries stand in for what is missing.
+  // The built-in table of that name, or the one that the folder holds instead (file NAME.strings).
+  // Problem() tells when there is no such table or a line cannot be read; the ZEP entries stand in
+  // for what is missing.
   StringTable(std::string_view name, const std::string& application_folder);
 
   // The entry, or an empty text when the table has none.

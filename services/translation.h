@@ -1,7 +1,7 @@
 // The dictionary ZEPDLCA.mld: every text of the program in the four interface languages.
 //
-// The file is UTF-8. An entry is four lines, language and text in double quotes, with \n, \" and \\ inside; a blank line
-// ends it, lines that start with "#" are comments:
+// The file is UTF-8. An entry is four lines, language and text in double quotes, with \n, \" and
+// \\ inside; a blank line ends it, lines that start with "#" are comments:
 //
 //   en "File exists overwrite?"
 //   fr "Le fichier existe, le remplacer ?"
@@ -42,7 +42,8 @@ class Translation {
   // The text in the interface language; the English text where the dictionary has none.
   std::string Translate(std::string_view english) const;
 
-  // For checks over the dictionary: all English texts, and one of the translations (empty when missing).
+  // For checks over the dictionary: all English texts, and one of the translations (empty when
+  // missing).
   std::vector<std::string> EnglishTexts() const;
   std::string In(Language language, std::string_view english) const;
 

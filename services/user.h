@@ -1,5 +1,6 @@
-// The person at the program, as the procedures know them: message boxes, file dialogs and the moments in which the user
-// interface gets its turn. The windows and the terminal implement it; texts arrive here translated.
+// The person at the program, as the procedures know them: message boxes, file dialogs and the
+// moments in which the user interface gets its turn. The windows and the terminal implement it;
+// texts arrive here translated.
 #pragma once
 
 #include <optional>
@@ -11,8 +12,8 @@ enum class Icon { kInformation, kCritical, kQuestion };
 enum class Buttons { kOk, kOkCancel, kYesNo };
 enum class Answer { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
 
-// Whether the user must do something at the radio before the program may go on. A terminal waits for Enter then; it
-// shows any other notice and goes on. A window waits for OK in both cases.
+// Whether the user must do something at the radio before the program may go on. A terminal waits
+// for Enter then; it shows any other notice and goes on. A window waits for OK in both cases.
 enum class Notice { kPlain, kAwaitsAction };
 
 struct MessageRequest {
@@ -37,7 +38,8 @@ class User {
   // Lets pending user-interface events run: a Cancel button, a repaint, Ctrl-C.
   virtual void PumpEvents() = 0;
 
-  // Shows the box and returns the button pressed; closing a box counts as Cancel, No or, with one button, OK.
+  // Shows the box and returns the button pressed; closing a box counts as Cancel, No or, with one
+  // button, OK.
   virtual Answer ShowMessage(const MessageRequest& request) = 0;
 
   // The file chosen, with its folder; nothing when the user gave up.

@@ -16,7 +16,8 @@ void WaitSeconds(Session& session, double seconds) { session.clock.Sleep(Millise
 
 void WaitSecondsYielding(Session& session, double seconds) {
   const platform::Duration wait = Milliseconds(seconds);
-  const platform::Duration target = session.clock.Now() + std::chrono::floor<std::chrono::seconds>(wait);
+  const platform::Duration target =
+      session.clock.Now() + std::chrono::floor<std::chrono::seconds>(wait);
   do {
     session.PumpEvents();
     session.clock.Sleep(std::min<platform::Duration>(wait, std::chrono::milliseconds(100)));
