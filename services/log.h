@@ -18,7 +18,7 @@ class ApplicationLog {
   // line that cannot be written is lost: a log never stops a job.
   ApplicationLog(platform::Clock& clock, std::string file_name);
 
-  // Date and time, two blanks, the text.
+  // Date and time, two blanks, the text; line breaks inside become blanks.
   void Line(std::string_view text);
   // The same for an error: the text after "Error: ".
   void Error(std::string_view text);

@@ -1,12 +1,14 @@
 #include "services/messages.h"
 
+#include <algorithm>
 #include <vector>
+
+#include "services/resource_ids.h"
 
 namespace zep::services {
 namespace {
 
 constexpr std::size_t kNarrowestMessage = 85;
-constexpr int kTitleResource = 104;
 
 std::string FillIn(std::string text, std::span<const std::string_view> arguments) {
   std::string filled;
@@ -64,7 +66,7 @@ Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& opti
   MessageRequest request;
   request.text = session.translation.Translate(text);
   request.title = session.translation.Translate(
-      options.title.empty() ? session.strings.Get(kTitleResource) : options.title);
+      options.title.empty() ? session.strings.Get(kResApplicationTitle) : options.title);
   request.icon = options.icon;
   request.buttons = options.buttons;
   request.notice = options.notice;
@@ -72,15 +74,21 @@ Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& opti
 }
 
 std::string PadMessage(std::string text) {
-  if (text.size() < kNarrowestMessage) text.append(kNarrowestMessage - text.size(), ' ');
+  const auto is_first_byte = [](char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
+  };
+  const auto length =
+      static_cast<std::size_t>(std::count_if(text.begin(), text.end(), is_first_byte));
+  if (length < kNarrowestMessage) text.append(kNarrowestMessage - length, ' ');
   return text;
 }
 
 void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure,
                  int port) {
+  session.log.Error(std::to_string(error.number) + " " + error.description + " [" +
+                    std::string(procedure) + "] " + error.subject);
   std::string text = ErrorText(session, error, procedure, port);
   if (!error.advice.empty()) text += "\n" + NLSFmt(session, error.advice, error.advice_arguments);
-  session.log.Error(text);
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
 }
 

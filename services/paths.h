@@ -19,13 +19,14 @@ struct ApplicationPaths {
 };
 
 // The application folder is the program's own when it can be written to (a portable copy), else the
-// user's data folder, which is made when missing. A folder given by the user takes its place.
+// user's data folder, which is made when missing; an installed program always takes the latter,
+// whoever runs it. A folder given by the user takes its place and is used as it is.
 ApplicationPaths FindApplicationPaths(const std::string& given_application_folder);
 
-// Folder and name joined with exactly one separator.
+// The folder, a separator unless it ends with one, and the name.
 std::string AppMakePath(std::string_view folder, std::string_view name);
 
-// The folder with a trailing separator.
+// The folder with a trailing separator; an empty one stays empty.
 std::string WithSeparator(std::string_view folder);
 
 // Everything up to and including the last separator; empty when there is none. And what follows it.
