@@ -215,7 +215,8 @@ void SelectInputMode(Link& link, platform::InputMode mode) {
 
 void InitHighSpeedCard(Link& link) {
   // Kept: the third address is 0x2B0, not 0x2B7 as the other three suggest.
-  for (const std::uint16_t address : {0x2A7, 0x2AF, 0x2B0, 0x2BF}) link.io_ports.Out(address, 0xFF);
+  constexpr std::array<std::uint16_t, 4> kResetAddresses = {0x2A7, 0x2AF, 0x2B0, 0x2BF};
+  for (const std::uint16_t address : kResetAddresses) link.io_ports.Out(address, 0xFF);
   const services::Settings& settings = link.session.settings;
   for (const int port : kAllPorts) {
     link.Port(port).SetPortNumber(

@@ -44,21 +44,21 @@ bool Handshake(Link& link, int port, std::string_view character, std::string_vie
 
 void SendBootStrap1ToAllComms(Link& link, TransferView& view) {
   Session& session = link.session;
-  std::string loader;
-  const std::string name = services::FindApplicationFile(session.paths, "bs.tsk");
-  if (const platform::SystemError error = platform::ReadWholeFile(name, loader)) {
-    ReportError(session, error, "SendBootStrap1ToAllComms");
+  const platform::FileContents loader =
+      platform::ReadWholeFile(services::FindApplicationFile(session.paths, "bs.tsk"));
+  if (loader.error) {
+    ReportError(session, loader.error, "SendBootStrap1ToAllComms");
     session.RequestCancel(services::Failure::kFile);
     return;
   }
-  if (loader.size() != kBootstrapSize) {
+  if (loader.bytes.size() != kBootstrapSize) {
     NLSMsgBox(session, "Invalid bootstrap file (bs.tsk)");
     session.RequestCancel(services::Failure::kFile);
     CheckForNoResponse(link);
     return;
   }
   for (const int port : kAllPorts) {
-    if (link.IsActive(port)) SendBootstrapToPort(link, view, port, loader);
+    if (link.IsActive(port)) SendBootstrapToPort(link, view, port, loader.bytes);
   }
   DrainOutput(link);
   CheckForNoResponse(link);
