@@ -1,0 +1,59 @@
+# What ./run, ./test and .ci/run share: saying each step, installing what is missing, building a preset.
+# Sourced, not run.
+
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+step() { printf '== %s\n' "$*"; }
+
+fail() {
+  printf '%s\n' "$*" >&2
+  exit 1
+}
+
+as_root() {
+  if [ "$(id -u)" = 0 ]; then
+    "$@"
+  elif command -v sudo > /dev/null; then
+    sudo "$@"
+  else
+    fail "This needs root: run as root or install sudo. Wanted: $*"
+  fi
+}
+
+# need PACKAGE...: installs the Debian packages that are not there yet.
+need() {
+  local package missing=()
+  for package in "$@"; do
+    [ "$(dpkg-query -W -f '${db:Status-Status}' "$package" 2> /dev/null)" = installed ] || missing+=("$package")
+  done
+  [ ${#missing[@]} -gt 0 ] || return 0
+  command -v apt-get > /dev/null || fail "Please install: ${missing[*]} (no apt-get on this system)"
+  step "Installing ${missing[*]}"
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get update -qq
+  as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
+}
+
+build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev)
+
+# build PRESET [TARGET...]: configures when needed, then builds.
+build() {
+  local preset=$1
+  shift
+  step "Building ($preset)"
+  export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
+  [ -f "build/$preset/build.ninja" ] || quietly cmake --preset "$preset"
+  quietly cmake --build --preset "$preset" ${1:+--target "$@"}
+}
+
+# quietly COMMAND...: shows the output only when the command fails.
+quietly() {
+  local log
+  log=$(mktemp)
+  if ! "$@" > "$log" 2>&1; then
+    cat "$log" >&2
+    rm -f "$log"
+    fail "Failed: $*"
+  fi
+  rm -f "$log"
+}

@@ -1,0 +1,467 @@
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "link/byte_exchange.h"
+#include "link/error_replies.h"
+#include "link/port_set.h"
+#include "link/programming_mode.h"
+#include "tests/link_testing.h"
+
+namespace zep::link {
+namespace {
+
+using services::Answer;
+using services::ReportErrors;
+using services::Transfer;
+using std::chrono::milliseconds;
+using testing::TestLink;
+
+constexpr const char* kSilent =
+    "information The radio is not responding, please check the connections. -> OK\n";
+constexpr const char* kNoResponse =
+    "information There is no response from any of the communication ports. -> OK\n";
+
+TEST(ByteExchange, AByteIsAwaitedByItsRules) {
+  struct Row {
+    const char* name;
+    std::string received;
+    std::uint8_t expected;
+    bool end_on_zero;
+    int result;
+    bool timer_runs_on;
+    std::size_t left;
+    const char* states;
+  };
+  const std::vector<Row> rows = {
+      {"the expected byte", "a", 'a', false, 'a', false, 0, "1222"},
+      {"others are skipped", "xyza1", 'a', false, 'a', false, 1, "1222"},
+      {"any byte but zero", std::string("\0\0b", 3), 0, false, 'b', false, 0, "1222"},
+      {"zero ends and leaves the timer", std::string("\0b", 2), 'b', true, 0, true, 1, "1222"},
+      {"zero is skipped without that option", std::string("\0b", 2), 'b', false, 'b', false, 0,
+       "1222"},
+      {"wrong bytes only", "xyz", 'a', false, 0, false, 0, "4222"},
+      {"a flash code is not shown here", "S", '.', false, 0, false, 0, "4222"},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    TestLink test;
+    test.Activate({1});
+    test.port(1).Receive(row.received);
+    EXPECT_EQ(GetByteFromSpecficComms(test.link, 1, row.expected, row.end_on_zero), row.result);
+    EXPECT_EQ(test.link.timSerialTimeOut.IsEnabled(), row.timer_runs_on);
+    EXPECT_EQ(test.port(1).InputCount(), row.left);
+    EXPECT_EQ(test.States(), row.states);
+    const bool silent = row.states[0] == '4';
+    EXPECT_EQ(test.user.Boxes(), silent ? kSilent : "");
+    EXPECT_EQ(test.session.DownloadError, silent);
+  }
+}
+
+TEST(ByteExchange, SilenceEndsAWaitAfterFourSecondsWhateverIsSkipped) {
+  TestLink test;
+  test.Activate({1});
+  test.port(1).Receive("x", milliseconds(3900));
+  EXPECT_EQ(GetStringFromSpecficComms(test.link, 1, ">"), "");
+  EXPECT_GE(test.clock.Now(), milliseconds(4000));
+  EXPECT_LE(test.clock.Now(), milliseconds(4002));
+  EXPECT_EQ(test.session.failure, services::Failure::kNoAnswer);
+}
+
+TEST(ByteExchange, TheTimeOfAQuestionIsNotTheRadios) {
+  TestLink test;
+  test.Activate({1});
+  test.port(1).Receive("v", milliseconds(60000));
+  test.user.on_turn = [&](int turn) {
+    if (turn == 3) test.clock.Sleep(milliseconds(59000));
+  };
+  WaitForChar(test.link, "v", 1);
+  EXPECT_FALSE(test.session.DownloadError);
+  EXPECT_EQ(test.user.Boxes(), "");
+}
+
+TEST(ByteExchange, CancelEndsAWaitAtOnceAndLeavesTheInput) {
+  TestLink test;
+  test.Activate({1});
+  test.user.on_turn = [&](int turn) {
+    if (turn != 3) return;
+    test.session.RequestCancel();
+    test.port(1).Receive(">");
+  };
+  EXPECT_EQ(GetStringFromSpecficComms(test.link, 1, ">"), "");
+  EXPECT_EQ(test.user.turns, 3);
+  EXPECT_EQ(test.port(1).InputCount(), 1U);
+  EXPECT_EQ(test.States(), "1222");
+  EXPECT_FALSE(test.session.DownloadError);
+}
+
+TEST(ByteExchange, APortThatIsNotActiveIsNeverTouched) {
+  TestLink test;
+  test.port(2).Receive("a");
+  EXPECT_EQ(GetByteFromSpecficComms(test.link, 2, 'a'), 0);
+  EXPECT_EQ(GetAnyByte(test.link, 2), 0);
+  EXPECT_EQ(GetStringFromSpecficComms(test.link, 2, ""), "");
+  SendByteToSpecificComms(test.link, 'a', 2);
+  SendByteToAllComms(test.link, 'a', {.wait = true, .expected = 'a'});
+  EXPECT_EQ(test.Wire(), "");
+  EXPECT_EQ(test.user.turns, 0);
+}
+
+TEST(ByteExchange, EachPortHasAnsweredBeforeTheNextIsSentTo) {
+  TestLink test;
+  test.Activate({1, 2, 4});
+  for (const int port : {1, 2, 4}) test.port(port).Answer("r", "r");
+  SendByteToAllComms(test.link, 'r', {.wait = true, .expected = 'r'});
+  EXPECT_EQ(test.Wire(), "1<r 1>r 2<r 2>r 4<r 4>r");
+
+  SendBytesToAllComms(test.link, std::vector<std::uint8_t>{'A', 0});
+  EXPECT_EQ(test.Wire(), "1<A 1<00 2<A 2<00 4<A 4<00");
+
+  for (const int port : {4, 2, 1}) test.port(port).Receive(".");
+  EXPECT_EQ(WaitForDotFromActiveComms(test.link), '.');
+  EXPECT_EQ(test.Wire(), "1>. 2>. 4>.");
+}
+
+TEST(ByteExchange, ALatePortStopsTheSweepUnlessTheOthersGoOn) {
+  for (const bool others_go_on : {false, true}) {
+    SCOPED_TRACE(others_go_on);
+    TestLink test;
+    test.Activate({1, 2, 3});
+    test.link.others_go_on = others_go_on;
+    test.port(1).Answer("0", "0");
+    test.port(3).Answer("0", "0");
+    SendByteToAllComms(test.link, '0', {.wait = true, .expected = '0'});
+    EXPECT_EQ(test.Wire(), others_go_on ? "1<0 1>0 2<0 3<0 3>0" : "1<0 1>0 2<0");
+    EXPECT_EQ(test.States(), "1412");
+    EXPECT_EQ(test.session.DownloadError, !others_go_on);
+    EXPECT_EQ(test.user.Boxes(), kSilent);
+  }
+}
+
+TEST(ByteExchange, TheLastPortToFailEndsTheRunOfSeveral) {
+  TestLink test;
+  test.Activate({1, 2});
+  test.link.others_go_on = true;
+  test.port(1).Receive("{C04}>");
+  EXPECT_EQ(WaitForDotFromActiveComms(test.link), 0);
+  EXPECT_EQ(test.States(), "4422");
+  EXPECT_TRUE(test.session.DownloadError);
+  EXPECT_EQ(test.user.Boxes(), "critical [Radio reported error] {C04} Item not recognized -> OK\n" +
+                                   std::string(kSilent) + kNoResponse);
+}
+
+TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
+  TestLink test;
+  test.Activate({1});
+  test.user.on_turn = [&](int turn) {
+    if (turn == 2) test.port(1).Fail(5);
+  };
+  EXPECT_EQ(GetByteFromSpecficComms(test.link, 1, 'a'), 0);
+  EXPECT_EQ(test.user.Boxes(),
+            std::string("critical Error: 5 Input/output error [GetByteFromSpecficComms ] -> OK\n") +
+                kNoResponse);
+  EXPECT_EQ(test.States(), "4222");
+  EXPECT_EQ(test.session.failure, services::Failure::kPort);
+}
+
+TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
+  TestLink test;
+  test.Activate({1, 2});
+  test.link.others_go_on = true;
+  test.port(1).output_is_stuck = true;
+  SendBytesToAllComms(test.link, std::vector<std::uint8_t>{'A'});
+  EXPECT_EQ(test.Wire(), "1<A 2<A");
+  EXPECT_EQ(test.States(), "4122");
+  EXPECT_FALSE(test.session.DownloadError);
+}
+
+TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
+  struct Row {
+    const char* name;
+    const char* received;
+    const char* mode;
+    const char* reply;
+    bool error;
+  };
+  const std::vector<Row> rows = {
+      {"a record", "27000300002AD3\r>", "", "00002A", false},
+      {"two records of an item", "05000201020A\r0501010AEF\r>", "", "01020A", false},
+      {"an empty record", "050000FB\r>", "", "", false},
+      {"an item list", "0003002A27FF\r>", "List", "002A27", false},
+      {"a list in two lines, with tails", "000100\r00022A27EE\r>", "List", "002A27", false},
+      {"a line too short for a count", "000\r0001FF\r>", "List", "FF", false},
+      {"an error reply", "{C04}>", "", "", true},
+      {"silence after a line", "050001010A\r", "", "01", true},
+  };
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.name);
+    TestLink test;
+    test.Activate({3});
+    test.port(3).Receive(row.received);
+    EXPECT_EQ(ReadReplyFromActiveComms(test.link, row.mode), row.reply);
+    EXPECT_EQ(test.session.DownloadError, row.error);
+    EXPECT_EQ(test.port(3).InputCount(), 0U);
+  }
+}
+
+TEST(ErrorReplies, KnownRepliesAreShownAndEveryReplyIsAnError) {
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"{C01}", "{C01} Command not recognized"},
+      {"{C02}", "{C02} Record corrupted"},
+      {"{C03}", "{C03} Record not accepted"},
+      {"{C04}", "{C04} Item not recognized"},
+      {"{C05}", "{C05} Record size error"},
+      {"{C06}", "{C06} Item size overflow"},
+      {"{C07}", "{C07} Read only item error"},
+      {"{C08}", "{C08} Record too long"},
+      {"{C09}", "{C09} Dynamic database full"},
+      {"{C10}", "{C10} Database write error"},
+      {"{X32}", "{X32} Database is corrupted"},
+      {"{X31}", "{X31} Model configuration not successful"},
+      {"{C1}", ""},
+      {"{c01}", ""},
+  };
+  for (const auto& [reply, text] : rows) {
+    SCOPED_TRACE(reply);
+    const std::string box =
+        text.empty() ? "" : "critical [Radio reported error] " + text + " -> OK\n";
+    for (const ReportErrors report : {ReportErrors::kShow, ReportErrors::kSilent}) {
+      TestLink test;
+      test.Activate({1});
+      test.session.ReportRadioErrors = report;
+      test.port(1).Receive(reply.substr(0, 2) + "\r" + reply.substr(2) + ">x");
+      WaitForChar(test.link, "v", 1);
+      EXPECT_EQ(test.session.RadioErrorReply, reply);
+      EXPECT_EQ(test.port(1).InputCount(), 1U);
+      EXPECT_EQ(test.user.Boxes(), report == ReportErrors::kShow ? box : "");
+      EXPECT_EQ(test.session.DownloadError, report == ReportErrors::kShow);
+    }
+  }
+}
+
+TEST(ErrorReplies, FlashCodesAreShownWhereTextIsAwaited) {
+  const std::vector<std::pair<std::string, std::string>> rows = {
+      {"S", "Invalid storage."},       {"I", "Invalid Rx, Tx character."},
+      {"X", "Invalid Flash."},         {"G", "Invalid page address."},
+      {"A", "Invalid start address."}, {"F", "Invalid Flash program."},
+      {"P", "Invalid prompt."},        {"!", "Overrun error."},
+      {"#", "Noise error."},           {"$", "Frame error."},
+      {"?", "Data corrupt."},          {"Z", ""},
+  };
+  for (const auto& [code, text] : rows) {
+    SCOPED_TRACE(code);
+    TestLink test;
+    test.Activate({2});
+    test.port(2).Receive(code);
+    GetStringFromSpecficComms(test.link, 2, ">");
+    EXPECT_EQ(test.user.Boxes(),
+              kSilent + (text.empty() ? ""
+                                      : "critical Error detected on communication port 2 :  " +
+                                            text + " -> OK\n"));
+    EXPECT_EQ(test.States(), "2422");
+  }
+}
+
+class StatusView final : public TransferView {
+ public:
+  std::string statuses;
+  void SetCaption(const std::string&) override {}
+  void ShowStatus(const std::string& status) override { statuses += status + "\n"; }
+  void SetProgressMaximum(int) override {}
+  void SetProgress(int) override {}
+  void ShowProgress(bool) override {}
+  void EnableCancel(bool) override {}
+  void ShowCancel(bool) override {}
+  void ShowBootstrapHint(bool) override {}
+  void SetSlot(int, const SlotLabels&) override {}
+  void Repaint() override {}
+};
+
+TEST(ErrorReplies, TheTransferReportNamesActiveAndFailedPortsInOrder) {
+  for (const Transfer mode : {Transfer::kProgram, Transfer::kRead}) {
+    TestLink test;
+    StatusView view;
+    test.session.TransferMode = mode;
+    test.link.CommStates = {PortState::kActive, PortState::kAvailable, PortState::kErrorDetected,
+                            PortState::kNotAvailable};
+    TransferReport(test.link, view);
+    const bool download = mode == Transfer::kProgram;
+    EXPECT_EQ(
+        test.user.Boxes(),
+        download
+            ? "information Completed downloading firmware to radio on communication port 1 -> OK\n"
+              "critical Error downloading firmware to radio on communication port 3 -> OK\n"
+            : "information Completed uploading firmware from radio on communication port 1 -> OK\n"
+              "critical Error uploading firmware from radio on communication port 3 -> OK\n");
+    EXPECT_EQ(view.statuses, download ? "Completed writing data\nError writing data\n" : "");
+  }
+}
+
+TEST(PortSet, StatesFollowWhatCanBeOpenedAndTheUsersChoice) {
+  TestLink test;
+  test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort1State", "1");
+  test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort2State", "1");
+  test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort3State", "3");
+  test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort4State", "many");
+  test.port(2).open_error.number = platform::kPortInUse;
+  EXPECT_EQ(CheckCommPorts(test.link, true), 3);
+  EXPECT_EQ(test.States(), "1322");
+  EXPECT_FALSE(test.port(1).IsOpen());
+
+  test.port(2).open_error = {};
+  EXPECT_EQ(CountActivePorts(test.link), 1);
+  EXPECT_EQ(test.States(), "1222") << "a port that can be opened again is Available, not Active";
+}
+
+TEST(PortSet, ASingleRadioNeedsExactlyOneActivePort) {
+  TestLink test;
+  test.windows.on_preferences = [](Link& link) { ApplyPreferences(link, {true, true, {}, false}); };
+  test.windows.on_selection = [](Link& link) { SelectPort(link, 2); };
+  EXPECT_TRUE(SelectSinglePort(test.link));
+  EXPECT_EQ(test.windows.shown, "preferences port selection ");
+  EXPECT_EQ(test.States(), "2122");
+  EXPECT_EQ(test.settings.AppGetUserSetting(services::AppType::kDownload, "CommPort1State", "?"),
+            "1");
+  EXPECT_EQ(test.settings.AppGetUserSetting(services::AppType::kDownload, "CommPort4State", "?"),
+            "2");
+
+  TestLink given_up;
+  EXPECT_FALSE(SelectSinglePort(given_up.link));
+  EXPECT_FALSE(InitialiseComms(given_up.link));
+  EXPECT_EQ(given_up.windows.shown, "preferences preferences ");
+}
+
+TEST(PortSet, OpeningReportsThePortThatCannotBeOpened) {
+  const std::vector<std::pair<int, std::string>> rows = {
+      {platform::kPortDoesNotExist,
+       "A communication port has been selected that does not exist on the PC, please select "
+       "another port from menu "
+       "File->Preferences."},
+      {platform::kPortInUse,
+       "Communication port 2 already in use, please select another port from menu "
+       "File->Preferences."},
+      {13, "Error: 13 Permission denied [InitialiseComms]"},
+  };
+  for (const auto& [number, text] : rows) {
+    SCOPED_TRACE(number);
+    TestLink test;
+    test.link.CommStates = {PortState::kActive, PortState::kActive, PortState::kAvailable,
+                            PortState::kAvailable};
+    test.port(1).Receive("old");
+    test.port(2).open_error = {number, "Permission denied", "", "Ask %0:s.", {"Anne"}};
+    EXPECT_FALSE(InitialiseComms(test.link)) << "the last Active port is not open";
+    EXPECT_EQ(test.user.Boxes(), "critical " + text + "\nAsk Anne. -> OK\n");
+    EXPECT_EQ(test.States(), "1322");
+    EXPECT_EQ(test.port(1).InputCount(), 0U) << "what was pending is discarded";
+  }
+}
+
+TEST(PortSet, LineSpeedsAreSetOnActivePortsOnly) {
+  TestLink test;
+  test.Activate({1, 3});
+  test.port(2).Receive("x");
+  SelectBaudRate(test.link, 1200);
+  SelectBaudRate(test.link, 9600);
+  SelectBaudRate(test.link, 19200);
+  EXPECT_EQ(test.port(1).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
+  EXPECT_EQ(test.port(3).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
+  EXPECT_TRUE(test.port(2).settings.empty());
+  EXPECT_EQ(test.port(2).InputCount(), 0U);
+  EXPECT_EQ(test.user.Boxes(), "critical Baud rate: 19200 not valid -> OK\n");
+  EXPECT_EQ(test.io.writes, "");
+}
+
+TEST(PortSet, TheHighSpeedCardIsProgrammedRegisterByRegister) {
+  TestLink test;
+  test.Activate({1});
+  test.session.high_speed = true;
+  test.settings.AppSaveUserSetting(services::AppType::kDownload, "Port2", "9");
+  InitHighSpeedCard(test.link);
+  EXPECT_EQ(std::exchange(test.io.writes, {}), "2A7=FF 2AF=FF 2B0=FF 2BF=FF");
+  EXPECT_EQ(test.port(1).PortNumber(), 3);
+  EXPECT_EQ(test.port(2).PortNumber(), 9);
+  EXPECT_EQ(test.port(4).PortNumber(), 6);
+
+  const std::vector<std::pair<int, std::string>> divisors = {
+      {1200, "68"}, {125000, "01"}, {9600, "0D"}, {300, "0D"}};
+  for (const auto& [baud, divisor] : divisors) {
+    SelectBaudRate(test.link, baud);
+    EXPECT_EQ(std::exchange(test.io.writes, {}),
+              "2A3=83 2AB=83 2B3=83 2BB=83 2A1=00 2A9=00 2B1=00 2B9=00 2A0=" + divisor + " 2A8=" +
+                  divisor + " 2B0=" + divisor + " 2B8=" + divisor + " 2A3=03 2AB=03 2B3=03 2BB=03");
+  }
+  EXPECT_TRUE(test.port(1).settings.empty());
+}
+
+TEST(ProgrammingMode, TheHandshakeGoesPortByPortAndEndsAtTheFirstSilentOne) {
+  TestLink test;
+  test.Activate({1, 2, 3});
+  for (const int port : {1, 3}) {
+    test.port(port).Answer("^", "v");
+    test.port(port).Answer("#", ">");
+  }
+  PutActiveCommsInProgMode(test.link);
+  EXPECT_EQ(test.Wire(), "1<^ 1>v 1<# 1>> 2<^");
+  EXPECT_TRUE(test.session.DownloadError);
+
+  ReleaseFromProgMode(test.link);
+  EXPECT_EQ(test.Wire(), "1<^ 2<^")
+      << "every radio that was spoken to is released, failed ones too";
+}
+
+TEST(ProgrammingMode, AnActionLeavesRadiosReleasedPortsClosedAndStatesAsTheyWere) {
+  TestLink test;
+  test.Activate({2});
+  test.session.DownloadError = true;
+  {
+    const Job job(test.link);
+    EXPECT_FALSE(test.session.DownloadError);
+    PutActiveCommsInProgMode(test.link);
+    EXPECT_EQ(test.States(), "2422");
+    test.Wire();
+  }
+  EXPECT_EQ(test.Wire(), "2<^");
+  EXPECT_EQ(test.States(), "2122");
+  EXPECT_FALSE(test.port(2).IsOpen());
+}
+
+TEST(Bootstrap, LoadersOfAWrongLengthAreNeverSent) {
+  for (const std::size_t size : {0U, 255U, 257U}) {
+    SCOPED_TRACE(size);
+    TestLink test;
+    StatusView view;
+    test.Activate({1});
+    test.folder.Write("bs.tsk", std::string(size, 'b'));
+    SendBootStrap1ToAllComms(test.link, view);
+    EXPECT_EQ(test.Wire(), "");
+    EXPECT_EQ(test.user.Boxes(), "information Invalid bootstrap file (bs.tsk) -> OK\n");
+    EXPECT_TRUE(test.session.CancelRequested);
+  }
+}
+
+TEST(Bootstrap, TheLoaderGoesOutBehindALeadingByteUntilTheLinkFails) {
+  TestLink test;
+  StatusView view;
+  test.Activate({1, 4});
+  test.folder.Write("bs.tsk", std::string(255, 'b') + "e");
+  SendBootStrap1ToAllComms(test.link, view);
+  std::string expected;
+  for (const std::string port : {"1", "4"}) {
+    expected += (expected.empty() ? "" : " ") + port + "<FF";
+    for (int i = 0; i < 255; ++i) expected += " " + port + "<b";
+    expected += " " + port + "<e";
+  }
+  EXPECT_EQ(test.Wire(), expected);
+  EXPECT_EQ(view.statuses,
+            "Writing bootstrap file 1 to communication port 1\nWriting bootstrap file 1 to "
+            "communication port 4\n");
+
+  test.session.DownloadError = true;
+  SendBootStrap1ToAllComms(test.link, view);
+  EXPECT_EQ(test.Wire(), "1<FF 4<FF") << "each port gets its leading byte and no more";
+}
+
+}  // namespace
+}  // namespace zep::link
