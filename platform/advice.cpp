@@ -18,7 +18,7 @@ constexpr std::array kRows = {
     Row{Advice::kPortNoHardware,
         "There is no hardware behind the name %0:s. Please choose another device from the list "
         "of ports."},
-    Row{Advice::kPortBusy,
+    Row{Advice::kInUse,
         "Another program is using %0:s. Please close that program, then try again."},
     Row{Advice::kPortBusyWith,
         "%0:s is in use by %1:s. Please close that program, then try again."},
@@ -58,8 +58,6 @@ constexpr std::array kRows = {
         "folder on another disk."},
     Row{Advice::kDiskReadOnly,
         "The disk of %0:s can only be read. Please choose a folder on another disk."},
-    Row{Advice::kFileInUse,
-        "Another program is using %0:s. Please close that program, then try again."},
     Row{Advice::kSettingsDamaged,
         "The settings file %0:s is damaged. The settings that can be read are used; the damaged "
         "file is kept as %1:s when a setting is saved."},

@@ -14,7 +14,7 @@ namespace zep::platform {
 enum class Advice {
   kPortMissing,        // %0 device
   kPortNoHardware,     // %0 device
-  kPortBusy,           // %0 device
+  kInUse,              // %0 device or file
   kPortBusyWith,       // %0 device, %1 program
   kPortJoinGroup,      // %0 device, %1 group, %2 user
   kPortLogInAgain,     // %0 device, %1 group
@@ -31,7 +31,6 @@ enum class Advice {
   kFolderForbidden,    // %0 folder
   kDiskFull,           // %0 file
   kDiskReadOnly,       // %0 file
-  kFileInUse,          // %0 file
   kSettingsDamaged,    // %0 file, %1 the name under which the damaged file is kept
   kSettingsLocked,     // %0 file
   kSettingName,        // %0 key, %1 name

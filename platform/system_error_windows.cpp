@@ -1,5 +1,5 @@
-#include <array>
 #include <windows.h>
+#include <array>
 
 #include "platform/system_error.h"
 #include "platform/wide_text.h"
