@@ -10,7 +10,8 @@ namespace zep::platform {
 LockState LockFile::TryAcquire(const std::string& path) {
   Release();
   error_ = {};
-  const int file = open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NOFOLLOW, 0666);
+  // Reading is enough for a lock, and works when another user has made the file.
+  const int file = open(path.c_str(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | O_NOFOLLOW, 0666);
   if (file < 0) {
     error_ = LastSystemError(path);
     return LockState::kFailed;
