@@ -1,0 +1,43 @@
+// A file of radio data as it is written, line by line while the records arrive.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/files.h"
+#include "services/session.h"
+
+namespace zep::radiodb {
+
+// While an existing file is written anew its former contents are kept beside it ("NAME.bak"). A
+// failure is reported once and cancels the job.
+class DataFileWriter {
+ public:
+  explicit DataFileWriter(services::Session& session) : session_(session) {}
+
+  // Makes or replaces the file. False when that is not possible; what it held is as before then.
+  bool Create(const std::string& path);
+  bool IsOpen() const { return file_.IsOpen(); }
+
+  // Writes a line and CRLF. Does nothing when there is no file.
+  void WriteLine(std::string_view line);
+
+  // Ends a file that is complete: closes it and removes the former contents. False when it could
+  // not be stored.
+  bool Finish();
+  // Ends a file that is not complete. What is to be told to the user of it; empty when there was no
+  // file.
+  std::string Abandon();
+
+ private:
+  bool KeepFormerContents();
+  void Fail(const platform::SystemError& error);
+
+  services::Session& session_;
+  platform::FileWriter file_;
+  std::string path_;
+  std::string former_;  // name of the file with the former contents; empty when there is none
+};
+
+}  // namespace zep::radiodb

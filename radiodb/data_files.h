@@ -1,0 +1,56 @@
+// The files of radio data around a transfer: how they are named, chosen and begun when a radio is
+// read, and checked against the radio before they are programmed into it.
+//
+//   *.ops   data file: personality database of a radio with one network
+//   *.omn   multi-network data file
+//   *.ocs   calibration database
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "radiodb/data_file_reader.h"
+#include "radiodb/data_file_writer.h"
+#include "radiodb/radio_db.h"
+
+namespace zep::radiodb {
+
+// Folders for default-named files (settings MainDBLocation and CalibrationDBLocation), with a
+// trailing separator.
+std::string DatabaseFolder(const services::Session& session);
+std::string CalibrationFolder(const services::Session& session);
+
+// The folder last used for data files (setting DefaultDataFilePath), with a trailing separator.
+std::string DefaultDataFilePath(const services::Session& session);
+// Keeps the folder of a file that the user has chosen.
+void SaveDefaultDataFilePath(services::Session& session, const std::string& file);
+
+// Extension of the data files of a radio with so many networks.
+const std::string& DatabaseExtension(const services::Session& session, int networks);
+
+// Default names, without folder: serial number, "v", version, extension.
+std::string DefaultDatabaseName(const services::Session& session, const RadioIdentity& identity);
+std::string DefaultCalibrationName(const services::Session& session, const RadioIdentity& identity);
+
+// Header lines, from "***" to "---".
+std::vector<std::string> DatabaseHeader(const services::Session& session, int networks);
+std::vector<std::string> CalibrationHeader(const services::Session& session);
+
+// The files that a read writes; those that its kind does not ask for stay closed.
+struct ReadFiles {
+  explicit ReadFiles(services::Session& session) : database(session), calibration(session) {}
+
+  DataFileWriter database;
+  DataFileWriter calibration;
+};
+
+// Chooses the files of db.transfer_kind with the user, makes them and writes header and identity
+// record. False when the user said No or gave up, or a file cannot be made; CancelRequested is set
+// then.
+bool OpenReadFiles(RadioDb& db, ReadFiles& files);
+
+// The checks before programming, in their order; the first that fails is shown. False, with
+// session.failure set, when the file must not be programmed.
+bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file);
+
+}  // namespace zep::radiodb

@@ -1,0 +1,44 @@
+// What is known of the radio whose database is being read or programmed, and of its files.
+#pragma once
+
+#include <string>
+
+#include "link/port_set.h"
+#include "radiodb/radio_identity.h"
+
+namespace zep::radiodb {
+
+// Which items a transfer takes, and how a read names its files.
+enum class TransferKind {
+  kChosenFile = 0,   // all but calibration; the user chooses the data file
+  kAutoSave = 1,     // all but calibration; under the default name
+  kCalibration = 2,  // calibration only
+  kBoth = 3,         // everything, into a data file and a calibration file
+};
+
+struct RadioDb {
+  explicit RadioDb(link::Link& the_link) : link(the_link) {}
+
+  link::Link& link;
+  RadioIdentity identity;  // as last read
+
+  TransferKind transfer_kind = TransferKind::kChosenFile;
+  int number_of_networks = 1;  // of the running transfer
+  int current_network = 1;
+  bool common_dynamic_item_skipped = false;  // by the last read
+
+  // Default-named files replace existing ones without a question.
+  bool overwrite_allowed = false;
+  // Folders for default-named files; empty: those of the settings.
+  std::string database_folder;
+  std::string calibration_folder;
+  // A name for the calibration file of a calibration read in place of the default one; may be
+  // empty.
+  std::string chosen_calibration_file;
+
+  // Full names of the files that the last read wrote, or of the data file last programmed.
+  std::string data_file;
+  std::string calibration_file;
+};
+
+}  // namespace zep::radiodb

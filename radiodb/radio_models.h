@@ -1,0 +1,28 @@
+// The radio models: what the two-digit model code of a radio, an image or a data file stands for.
+#pragma once
+
+#include <optional>
+#include <string_view>
+
+#include "services/session.h"
+
+namespace zep::radiodb {
+
+// The second digit of a model code.
+enum class RadioType { kConventional = 1, kTrunked = 2, kConventionalII = 3 };
+
+struct RadioModel {
+  int tier = 1;  // 1 to 13; its name is AppGetRadioModel(session, tier)
+  RadioType type = RadioType::kConventional;
+};
+
+// The model with this code; nothing when there is none.
+std::optional<RadioModel> FindRadioModel(std::string_view code);
+
+// The same, and the user is told when there is none.
+std::optional<RadioModel> LookUpRadioModel(services::Session& session, std::string_view code);
+
+// "Conventional" for 1 and 3, "Trunked" for 2, else an empty text. Untranslated.
+std::string_view ReturnTypeStringFromEnum(int type);
+
+}  // namespace zep::radiodb
