@@ -5,6 +5,7 @@
 #include <string>
 
 #include "firmware/firmware.h"
+#include "radiodb/radio_db.h"
 
 namespace zep::firmware {
 
@@ -26,25 +27,25 @@ void SaveDownloadChoices(services::Session& session, const DownloadChoices& choi
 // Whether the radio's data can be saved automatically: one port is Active.
 bool OffersAutoSave(link::Link& link);
 
-// The windows that a download opens one after the other. Each returns when its work is over; how it
-// went is told by the session's flags.
+// The windows that a download opens one after the other. Each returns when its work is over; the
+// session's flags tell how it went.
 class DownloadWindows {
  public:
   virtual ~DownloadWindows() = default;
 
-  // Reads the radio's database into a file of the default name and returns its full name.
-  virtual std::string SaveRadioData() = 0;
-  // Runs the engine, in the direction that TransferMode says.
+  // The read/write window: radiodb's ReadRadio, and its ProgramRadio. True when all was done.
+  virtual bool ReadRadioData(radiodb::RadioDb& db) = 0;
+  virtual bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) = 0;
+  // The engine's window: RunTransfer, in the direction that TransferMode says.
   virtual void TransferFirmware(Firmware& firmware) = 0;
-  // Programs a data file into the radio.
-  virtual void ProgramRadioData(const std::string& full_name) = 0;
 };
 
-// The Download button. True when everything that was asked for is done.
-bool DownloadFirmwareAndData(Firmware& firmware, const DownloadChoices& choices,
-                             DownloadWindows& windows);
+// The Download button: firmware, and data before and after it as chosen. True when everything that
+// was asked for is done; session.failure tells why not.
+bool DownloadFirmwareAndData(Firmware& firmware, radiodb::RadioDb& db,
+                             const DownloadChoices& choices, DownloadWindows& windows);
 
 // The Upload button: reads the flash of one radio into the file. True when that is done.
-bool UploadFirmware(Firmware& firmware, const std::string& full_name, DownloadWindows& windows);
+bool UploadFirmware(Firmware& firmware, const std::string& file, DownloadWindows& windows);
 
 }  // namespace zep::firmware
