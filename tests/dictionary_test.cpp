@@ -1,0 +1,261 @@
+// The dictionary against the program: every text that the sources, the string tables and the advice
+// of the platform show must be there, in all languages, with the same placeholders.
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+#include <regex>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "platform/advice.h"
+#include "services/string_table.h"
+#include "services/translation.h"
+
+namespace zep {
+namespace {
+
+using services::Language;
+using services::Translation;
+
+constexpr std::array kTranslations = {Language::kFrench, Language::kSpanish, Language::kChinese};
+
+// Texts that are the same in every language and need no entry: procedure names used as titles.
+const std::set<std::string, std::less<>> kNeutral = {"ConHexNumToLng"};
+
+std::string ReadFile(const std::filesystem::path& path) {
+  std::ifstream file(path, std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A C++ source as words, punctuation and string literals, the latter joined as the compiler joins
+// them.
+struct Token {
+  bool is_literal;
+  std::string text;
+};
+
+class Scanner {
+ public:
+  explicit Scanner(std::string source) : source_(std::move(source)) {}
+
+  std::vector<Token> Tokens() {
+    while (at_ < source_.size()) {
+      const char c = source_[at_];
+      if (source_.compare(at_, 2, "//") == 0) {
+        at_ = std::min(source_.find('\n', at_), source_.size());
+      } else if (c == '"') {
+        AddLiteral(Quoted('"'));
+      } else if (c == '\'' && !IsWordBefore()) {
+        Quoted('\'');
+      } else if (std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_') {
+        const std::size_t start = at_;
+        while (at_ < source_.size() && IsWord(source_[at_])) ++at_;
+        tokens_.push_back({false, source_.substr(start, at_ - start)});
+      } else {
+        if (std::isspace(static_cast<unsigned char>(c)) == 0)
+          tokens_.push_back({false, std::string(1, c)});
+        ++at_;
+      }
+    }
+    return std::move(tokens_);
+  }
+
+ private:
+  static bool IsWord(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
+  }
+  bool IsWordBefore() const { return at_ > 0 && IsWord(source_[at_ - 1]); }  // as in 1'000
+
+  std::string Quoted(char quote) {
+    std::string text;
+    for (++at_; at_ < source_.size() && source_[at_] != quote; ++at_) {
+      char c = source_[at_];
+      if (c == '\\') c = source_[++at_] == 'n' ? '\n' : source_[at_];
+      text += c;
+    }
+    ++at_;
+    return text;
+  }
+
+  void AddLiteral(const std::string& text) {
+    if (!tokens_.empty() && tokens_.back().is_literal) {
+      tokens_.back().text += text;
+    } else {
+      tokens_.push_back({true, text});
+    }
+  }
+
+  std::string source_;
+  std::size_t at_ = 0;
+  std::vector<Token> tokens_;
+};
+
+// The literals that stand by themselves in one argument of the call whose "(" is tokens[at].
+std::vector<std::string> LiteralsOfArgument(const std::vector<Token>& tokens, std::size_t at,
+                                            int argument) {
+  std::vector<std::string> literals;
+  int depth = 0;
+  for (; at < tokens.size(); ++at) {
+    const auto& [is_literal, text] = tokens[at];
+    if (is_literal) {
+      if (depth == 1 && argument == 0) literals.push_back(text);
+    } else if (text == "(" || text == "{" || text == "[") {
+      ++depth;
+    } else if (text == ")" || text == "}" || text == "]") {
+      if (--depth == 0) break;
+    } else if (text == "," && depth == 1) {
+      --argument;
+    }
+  }
+  return literals;
+}
+
+// What a source shows to the user: the text argument of the message procedures, and titles.
+std::vector<std::string> ShownTexts(const std::string& source) {
+  const std::map<std::string, int, std::less<>> kTextArgument = {
+      {"NLSText", 0}, {"NLSFmt", 1}, {"NLSMsgBox", 1}};
+  const std::vector<Token> tokens = Scanner(source).Tokens();
+  std::vector<std::string> texts;
+  for (std::size_t at = 0; at + 2 < tokens.size(); ++at) {
+    if (tokens[at].is_literal) continue;
+    const auto call = kTextArgument.find(tokens[at].text);
+    if (call != kTextArgument.end() && tokens[at + 1].text == "(") {
+      const auto literals = LiteralsOfArgument(tokens, at + 1, call->second);
+      texts.insert(texts.end(), literals.begin(), literals.end());
+    }
+    if (tokens[at].text == "title" && tokens[at + 1].text == "=" && tokens[at + 2].is_literal) {
+      texts.push_back(tokens[at + 2].text);
+    }
+  }
+  return texts;
+}
+
+// Every shown text and where it stands.
+std::map<std::string, std::string> AllShownTexts() {
+  std::map<std::string, std::string> texts;
+  for (const std::string_view text : platform::AdviceTexts())
+    texts.emplace(text, "platform/advice.cpp");
+  for (const std::string& name : services::StringTable::Names()) {
+    const services::StringTable table(name, "");
+    for (const int number : table.Numbers()) {
+      const bool is_shown = number == 104 || (number >= 500 && number < 900);
+      if (is_shown) texts.emplace(table.Get(number), name + ".strings " + std::to_string(number));
+    }
+  }
+  const std::filesystem::path root = ZEP_SOURCE_DIR;
+  for (const char* folder :
+       {"platform", "services", "link", "radiodb", "firmware", "upgrade", "cli", "shell"}) {
+    if (!std::filesystem::is_directory(root / folder)) continue;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(root / folder)) {
+      const std::string extension = entry.path().extension().string();
+      if (extension != ".cpp" && extension != ".h") continue;
+      const std::string where = std::filesystem::relative(entry.path(), root).string();
+      for (const std::string& text : ShownTexts(ReadFile(entry.path()))) texts.emplace(text, where);
+    }
+  }
+  return texts;
+}
+
+std::string EdgeBlanks(const std::string& text) {
+  const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
+  const std::size_t last = text.find_last_not_of(' ') + 1;
+  return std::string(first, '<') + std::string(text.size() - std::max(first, last), '>');
+}
+
+// What must be the same in all languages: placeholders, patterns of filters, line breaks,
+// mnemonics, dots at the end.
+std::multiset<std::string> FixedParts(const std::string& text) {
+  static const std::regex kFixed(R"(%[0-9]:s|\|\*[^|]*|\||\n|&|\.\.\.$)");
+  std::multiset<std::string> parts;
+  for (std::sregex_iterator part(text.begin(), text.end(), kFixed), end; part != end; ++part) {
+    parts.insert(part->str());
+  }
+  return parts;
+}
+
+bool HasChinese(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](char c) {
+    return static_cast<unsigned char>(c) >= 0xE4 && static_cast<unsigned char>(c) <= 0xE9;
+  });
+}
+
+const Translation& Dictionary() {
+  static const Translation dictionary = [] {
+    Translation loaded;
+    loaded.Load(ReadFile(std::filesystem::path(ZEP_SOURCE_DIR) / "resources/ZEPDLCA.mld"));
+    return loaded;
+  }();
+  return dictionary;
+}
+
+TEST(Dictionary, TheScanFindsTextsHoweverTheyAreWritten) {
+  const std::string source = R"SOURCE(
+    // NLSText("comment")
+    NLSMsgBox(session, NLSFmt(session, "joined "
+                                       "text", {"argument"}), {.title = "a title"});
+    const char c = '"'; Show(NLSText("quote \" and\nbreak"), "no text");
+    NLSFmt(f(1, 2), flag ? "one" : "other", {g("argument")});
+  )SOURCE";
+  EXPECT_EQ(ShownTexts(source), (std::vector<std::string>{"joined text", "a title",
+                                                          "quote \" and\nbreak", "one", "other"}));
+}
+
+TEST(Dictionary, IsWellFormed) { EXPECT_EQ(Dictionary().Problem(), ""); }
+
+TEST(Dictionary, HoldsEveryTextOfTheProgram) {
+  const auto texts = AllShownTexts();
+  EXPECT_GT(texts.size(), 90U);
+  for (const auto& [text, where] : texts) {
+    if (kNeutral.contains(text)) continue;
+    EXPECT_EQ(Dictionary().In(Language::kEnglish, text), text) << where;
+  }
+}
+
+TEST(Dictionary, EveryEntryHasAllLanguagesWithTheSamePlaceholders) {
+  for (const std::string& english : Dictionary().EnglishTexts()) {
+    for (const Language language : kTranslations) {
+      SCOPED_TRACE(std::string(services::LanguageCode(language)) + " of \"" + english + "\"");
+      const std::string text = Dictionary().In(language, english);
+      EXPECT_FALSE(text.empty());
+      EXPECT_EQ(FixedParts(text), FixedParts(english));
+      // A Chinese full-width colon brings its own blank.
+      if (!text.ends_with("：")) {
+        EXPECT_EQ(EdgeBlanks(text), EdgeBlanks(english));
+      }
+      EXPECT_EQ(HasChinese(text), language == Language::kChinese);
+    }
+  }
+}
+
+TEST(Dictionary, EveryEntryOfAMenuHasItsOwnMnemonic) {
+  const std::vector<std::vector<int>> menus = {
+      {706, 710, 711, 712, 713}, {720, 721},      {722, 723},
+      {724, 725, 726},           {700, 701, 702}, {703, 704, 705}};
+  const services::StringTable table("ZEP", "");
+  for (const auto& menu : menus) {
+    for (const Language language :
+         {Language::kEnglish, Language::kFrench, Language::kSpanish, Language::kChinese}) {
+      std::set<char> letters;
+      for (const int number : menu) {
+        const std::string text = Dictionary().In(language, table.Get(number));
+        const std::size_t at = text.find('&');
+        ASSERT_LT(at, text.size()) << text;
+        const char letter =
+            static_cast<char>(std::tolower(static_cast<unsigned char>(text[at + 1])));
+        EXPECT_TRUE(letters.insert(letter).second) << text;
+      }
+    }
+  }
+}
+
+}  // namespace
+}  // namespace zep
