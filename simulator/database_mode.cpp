@@ -65,23 +65,18 @@ void DatabaseMode::Prompt() {
 }
 
 void DatabaseMode::Execute(std::string_view command) {
-  const char letter = command.empty() ? kCarriageReturn : command[0];
-  const std::string_view argument = command.substr(command.empty() ? 0 : 1);
-  switch (letter) {
-    case 'l':
-      return voice_.Answer(Step::kList, [&] { return List(); });
+  if (command.empty()) return voice_.Say(std::string(kPrompt));
+  const std::string_view argument = command.substr(1);
+  if (command == "l") return voice_.Answer(Step::kList, [&] { return List(); });
+  if (command == "b") return voice_.Answer(Step::kBegin, [&] { return Begin(); });
+  if (command == "e") return voice_.Answer(Step::kEnd, [&] { return End(); });
+  switch (command.front()) {
     case 'r':
       return voice_.Answer(Step::kRead, [&] { return Read(argument); });
     case 'd':
       return voice_.Answer(Step::kNetwork, [&] { return SelectNetwork(argument); });
-    case 'b':
-      return voice_.Answer(Step::kBegin, [&] { return Begin(); });
     case 'w':
       return voice_.Answer(Step::kWrite, [&] { return Write(argument); });
-    case 'e':
-      return voice_.Answer(Step::kEnd, [&] { return End(); });
-    case kCarriageReturn:
-      return voice_.Say(std::string(kPrompt));
     default:
       return voice_.Say(voice_.ErrorReply("C01"));
   }

@@ -2,18 +2,19 @@
 
 #include <algorithm>
 #include <iterator>
-#include <random>
 #include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "simulator/noise.h"
+
 namespace zep::simulator {
 
 namespace {
 
-constexpr std::size_t kRecordSize =
-    32;  // bytes of data in a record, unless the item says otherwise
+// Bytes of data in a record, unless the item says otherwise.
+constexpr std::size_t kRecordSize = 32;
 
 constexpr std::uint8_t kChannels = 0x15;
 constexpr std::uint8_t kScanGroups = 0x16;
@@ -26,147 +27,75 @@ struct ItemLayout {
   ItemUse use = ItemUse::kPlain;
 };
 
+// clang-format off
 // What radios of all types have, besides the tables.
-constexpr ItemLayout kCommonLayout[] = {
-    {0x01, 16, ItemUse::kCommon},
-    {0x02, 8, ItemUse::kCommon},
-    {0x03, 12, ItemUse::kCommon},
-    {0x04, 32},
-    {0x05, 8},
-    {0x06, 6},
-    {0x07, 4},
-    {0x08, 20},
-    {0x09, 2},
-    {0x0A, 40},
-    {0x0B, 0},
-    {0x0C, 10},
-    {0x0D, 12},
-    {0x0E, 64},
-    {0x0F, 3},
-    {0x10, 16},
-    {0x11, 5},
-    {0x12, 96},
-    {0x13, 1},
-    {0x14, 30},
-    {0x17, 48},
-    {0x18, 0},
-    {0x19, 7},
-    {0x1A, 22},
-    {0x1B, 128},
-    {0x1C, 9},
-    {0x1D, 4},
-    {0x1F, 36},
-    {0x20, 2},
-    {0x21, 14},
-    {0x22, 80},
-    {0x23, 6},
-    {0x24, 11},
-    {0x25, 0},
-    {0x26, 18},
+constexpr ItemLayout kSharedLayout[] = {
+    {0x01, 16, ItemUse::kCommon}, {0x02, 8, ItemUse::kCommon}, {0x03, 12, ItemUse::kCommon},
+    {0x04, 32}, {0x05, 8},  {0x06, 6},  {0x07, 4},   {0x08, 20}, {0x09, 2},  {0x0A, 40}, {0x0B, 0},
+    {0x0C, 10}, {0x0D, 12}, {0x0E, 64}, {0x0F, 3},   {0x10, 16}, {0x11, 5},  {0x12, 96}, {0x13, 1},
+    {0x14, 30}, {0x17, 48}, {0x18, 0},  {0x19, 7},   {0x1A, 22}, {0x1B, 128}, {0x1C, 9}, {0x1D, 4},
+    {0x1F, 36}, {0x20, 2},  {0x21, 14}, {0x22, 80},  {0x23, 6},  {0x24, 11}, {0x25, 0},  {0x26, 18},
     {0x2B, 24, ItemUse::kCommon},
 };
 
 constexpr ItemLayout kConventionalLayout[] = {
-    {0x28, 4, ItemUse::kReadOnly},
-    {0x29, 8, ItemUse::kReadOnly},
-    {0x2D, 16, ItemUse::kReadOnly},
-    {0x2E, 2, ItemUse::kReadOnly},
-    {0x2F, 12},
-    {0x30, 20},
+    {0x28, 4, ItemUse::kReadOnly},  {0x29, 8, ItemUse::kReadOnly},
+    {0x2D, 16, ItemUse::kReadOnly}, {0x2E, 2, ItemUse::kReadOnly},
+    {0x2F, 12}, {0x30, 20},
 };
 
 constexpr ItemLayout kTrunkedLayout[] = {
-    {0x28, 4},
-    {0x29, 8},
-    {0x2D, 16},
-    {0x2E, 2},
-    {0x2F, 4, ItemUse::kReadOnly},
-    {0x30, 20},
-    {0x31, 9},
-    {0x32, 60, ItemUse::kCommon},
-    {0x33, 44, ItemUse::kCommon},
-    {0x34, 72},
-    {0x35, 18},
-    {0x36, 6},
-    {0x37, 33},
-    {0x38, 0},
-    {0x39, 10},
-    {0x3A, 96},
-    {0x3B, 5},
-    {0x3E, 8, ItemUse::kReadOnly},
-    {0x3F, 2, ItemUse::kReadOnly},
-    {0x41, 12},
-    {0x42, 7},
-    {0x43, 40},
-    {0x44, 3},
-    {0x45, 16, ItemUse::kReadOnly},
-    {0x46, 4, ItemUse::kReadOnly},
-    {0x48, 1, ItemUse::kReadOnly},
-    {0x49, 14},
-    {0x4A, 28},
-    {0x4B, 2},
-    {0x4C, 50},
+    {0x28, 4},  {0x29, 8},  {0x2D, 16}, {0x2E, 2},  {0x30, 20}, {0x31, 9},
+    {0x32, 60, ItemUse::kCommon},   {0x33, 44, ItemUse::kCommon},
+    {0x34, 72}, {0x35, 18}, {0x36, 6},  {0x37, 33}, {0x38, 0},  {0x39, 10}, {0x3A, 96}, {0x3B, 5},
+    {0x41, 12}, {0x42, 7},  {0x43, 40}, {0x44, 3},  {0x49, 14}, {0x4A, 28}, {0x4B, 2},  {0x4C, 50},
+    {0x2F, 4, ItemUse::kReadOnly},  {0x3E, 8, ItemUse::kReadOnly}, {0x3F, 2, ItemUse::kReadOnly},
+    {0x45, 16, ItemUse::kReadOnly}, {0x46, 4, ItemUse::kReadOnly}, {0x48, 1, ItemUse::kReadOnly},
 };
+// clang-format on
 
-// Bytes that look like settings: the same for the same radio on every computer, but others in
-// another version of the database, so that data written back after an upgrade can be told from data
-// that was there already.
-class Noise {
- public:
-  Noise(const RadioProfile& profile, int network, std::uint8_t item)
-      : random_(profile.serial_number.value_or(0) * 1000003U +
-                static_cast<unsigned>(VersionNumber(profile.versions.database)) * 7919U +
-                static_cast<unsigned>(network) * 257U + item) {}
-  Bytes Take(std::size_t count) {
-    Bytes bytes(count);
-    std::generate(bytes.begin(), bytes.end(),
-                  [this] { return static_cast<std::uint8_t>(random_() >> 24); });
-    return bytes;
-  }
-
- private:
-  std::mt19937 random_;
-};
+// Made-up contents of an item: the same for the same radio, but others in another version of the
+// database, so that data written back after an upgrade can be told from data that was there
+// already.
+Bytes Contents(const RadioProfile& profile, int network, std::uint8_t item, std::size_t size) {
+  std::string seed =
+      std::to_string(profile.serial_number.value_or(0)) + "/" + profile.versions.database;
+  seed += "/" + std::to_string(network) + "/" + HexByte(item);
+  return NoiseBytes(SeedOf(seed), size);
+}
 
 // Records that begin with their number, as channels and scan groups do.
-Bytes NumberedRecords(std::size_t count, std::size_t record_size, Noise& noise) {
-  Bytes table;
-  for (std::size_t number = 1; number <= count; ++number) {
-    table.push_back(static_cast<std::uint8_t>(number));
-    const Bytes rest = noise.Take(record_size - 1);
-    table.insert(table.end(), rest.begin(), rest.end());
+Item Table(const RadioProfile& profile, int network, std::uint8_t number, std::size_t records,
+           std::size_t record_size) {
+  Bytes data = Contents(profile, network, number, records * record_size);
+  for (std::size_t record = 0; record < records; ++record) {
+    data[record * record_size] = static_cast<std::uint8_t>(record + 1);
   }
-  return table;
+  return {ItemUse::kTable, 5 * data.size(), record_size, std::move(data)};
 }
 
 // Texts for the display, each ended by 0xFE, filled up with empty ones.
 Bytes DisplayTexts(std::size_t size) {
   Bytes texts{0x00};
   for (int key = 1; key <= 40; ++key) {
-    for (const char letter : "KEY " + std::to_string(key))
-      texts.push_back(static_cast<std::uint8_t>(letter));
-    texts.push_back(0xFE);
+    const Bytes text = BytesOf("KEY " + std::to_string(key) + "\xFE");
+    texts.insert(texts.end(), text.begin(), text.end());
   }
   texts.resize(size, 0xFE);
   return texts;
 }
 
-// Its layout is told by its length, which follows the calibration version.
+// Bytes of calibration data from version 100 on; the layout is told by the length.
+constexpr std::size_t kCalibrationSizes[] = {130, 138, 141, 134};
+
 std::size_t CalibrationSize(std::string_view version) {
-  switch (VersionNumber(version)) {
-    case 100:
-      return 130;
-    case 101:
-      return 138;
-    case 102:
-      return 141;
-    default:
-      return 134;
-  }
+  const int number = std::clamp(VersionNumber(version), 100, 103);
+  return kCalibrationSizes[number - 100];
 }
 
-Bytes MakeCalibration(std::size_t size, Noise& noise) {
-  Bytes calibration = noise.Take(size);
+Bytes MakeCalibration(const RadioProfile& profile) {
+  const std::size_t size = CalibrationSize(profile.versions.calibration);
+  Bytes calibration = Contents(profile, 0, CalibrationItem(profile), size);
   const std::uint16_t sum = CalibrationSum(calibration);
   calibration[size - 2] = static_cast<std::uint8_t>(sum / 256);
   calibration[size - 1] = static_cast<std::uint8_t>(sum % 256);
@@ -215,23 +144,13 @@ void AddIdentity(Items& items, const RadioProfile& profile) {
   }
 }
 
-void AddTables(Items& items, const RadioProfile& profile, int network) {
-  const int version = VersionNumber(profile.versions.database);
-  const std::size_t channel_size = version < 400 ? 19 : 18;
-  Noise channels(profile, network, kChannels);
-  Noise scan_groups(profile, network, kScanGroups);
-  items[kChannels] = {ItemUse::kTable, 200 * channel_size, channel_size,
-                      NumberedRecords(40, channel_size, channels)};
-  items[kScanGroups] = {ItemUse::kTable, 32 * kScanGroupSize, kScanGroupSize,
-                        NumberedRecords(8, kScanGroupSize, scan_groups)};
-}
-
-Items NetworkItems(const RadioProfile& profile, std::span<const ItemLayout> layouts, int network) {
+// The items of one network (counted from 1), or with network 0 those that all share.
+Items MakeItems(const RadioProfile& profile, std::span<const ItemLayout> layouts, int network) {
   Items items;
   for (const ItemLayout& layout : layouts) {
     if ((layout.use == ItemUse::kPlain) != (network > 0)) continue;
-    Noise noise(profile, network, layout.number);
-    items[layout.number] = {layout.use, layout.size, kRecordSize, noise.Take(layout.size)};
+    items[layout.number] =
+        FactoryItem(layout.use, Contents(profile, network, layout.number, layout.size));
   }
   return items;
 }
@@ -239,25 +158,27 @@ Items NetworkItems(const RadioProfile& profile, std::span<const ItemLayout> layo
 }  // namespace
 
 Personality MakePersonality(const RadioProfile& profile) {
-  std::vector<ItemLayout> layouts(std::begin(kCommonLayout), std::end(kCommonLayout));
-  const std::span<const ItemLayout> of_type =
-      profile.IsTrunked() ? std::span<const ItemLayout>(kTrunkedLayout)
-                          : std::span<const ItemLayout>(kConventionalLayout);
-  layouts.insert(layouts.end(), of_type.begin(), of_type.end());
+  std::vector<ItemLayout> layouts(std::begin(kSharedLayout), std::end(kSharedLayout));
+  if (profile.IsTrunked()) {
+    layouts.insert(layouts.end(), std::begin(kTrunkedLayout), std::end(kTrunkedLayout));
+  } else {
+    layouts.insert(layouts.end(), std::begin(kConventionalLayout), std::end(kConventionalLayout));
+  }
+  const int version = VersionNumber(profile.versions.database);
+  const std::size_t channel_size = version < 400 ? 19 : 18;
+  const std::size_t display_size = version < 402 ? 402 : 625;
 
   Personality personality;
-  personality.common = NetworkItems(profile, layouts, 0);
+  personality.common = MakeItems(profile, layouts, 0);
   AddIdentity(personality.common, profile);
-  Bytes texts = DisplayTexts(VersionNumber(profile.versions.database) < 402 ? 402 : 625);
-  personality.common[kDisplayTexts] = FactoryItem(ItemUse::kCommon, std::move(texts));
-  Noise noise(profile, 0, CalibrationItem(profile));
-  Bytes calibration = MakeCalibration(CalibrationSize(profile.versions.calibration), noise);
+  personality.common[kDisplayTexts] = FactoryItem(ItemUse::kCommon, DisplayTexts(display_size));
   personality.common[CalibrationItem(profile)] =
-      FactoryItem(ItemUse::kCommon, std::move(calibration));
+      FactoryItem(ItemUse::kCommon, MakeCalibration(profile));
   for (int network = 1; network <= profile.networks; ++network) {
     Items& items = personality.networks.at(static_cast<std::size_t>(network - 1));
-    items = NetworkItems(profile, layouts, network);
-    AddTables(items, profile, network);
+    items = MakeItems(profile, layouts, network);
+    items[kChannels] = Table(profile, network, kChannels, 40, channel_size);
+    items[kScanGroups] = Table(profile, network, kScanGroups, 8, kScanGroupSize);
   }
   return personality;
 }

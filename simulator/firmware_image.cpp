@@ -1,7 +1,8 @@
 #include "simulator/firmware_image.h"
 
 #include <algorithm>
-#include <random>
+
+#include "simulator/noise.h"
 
 namespace zep::simulator {
 
@@ -19,22 +20,14 @@ constexpr std::size_t kVersionsLength = 14;  // "0303,0402,0103"
 constexpr std::size_t kMicroAreaOffset = 0xFF;
 constexpr std::size_t kMicroAreaLength = 128;
 
-Bytes RandomBytes(std::size_t count, std::string_view seed) {
-  std::seed_seq sequence(seed.begin(), seed.end());
-  std::mt19937 random(sequence);
-  Bytes bytes(count);
-  std::generate(bytes.begin(), bytes.end(),
-                [&] { return static_cast<std::uint8_t>(random() >> 24); });
-  return bytes;
-}
-
 }  // namespace
 
 Bytes MakeFirmwareImage(const ImageOptions& options) {
   const Versions& versions = options.versions;
   const std::string identity = std::string(kMarker) + options.model_code + " " + versions.firmware +
                                "," + versions.database + "," + versions.calibration;
-  Bytes image = RandomBytes(options.size, identity + (options.micro == Micro::kA1 ? "A1" : "E1"));
+  const std::string_view micro = options.micro == Micro::kA1 ? "A1" : "E1";
+  Bytes image = NoiseBytes(SeedOf(identity + std::string(micro)), options.size);
   std::copy(identity.begin(), identity.end(), image.begin() + kMarkerOffset);
   if (options.micro == Micro::kE1) {
     std::fill_n(image.begin() + kMicroAreaOffset, kMicroAreaLength, std::uint8_t{0xFF});
