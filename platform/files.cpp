@@ -217,6 +217,11 @@ void FileWriter::Write(std::string_view bytes) {
   if (std::fwrite(bytes.data(), 1, bytes.size(), file_) != bytes.size()) KeepError();
 }
 
+void FileWriter::WriteThrough(std::string_view bytes) {
+  Write(bytes);
+  if (file_ != nullptr && !error_ && std::fflush(file_) != 0) KeepError();
+}
+
 SystemError FileWriter::Flush() {
   if (file_ != nullptr && !error_ && (std::fflush(file_) != 0 || !SyncToDisk(file_))) KeepError();
   return error_;

@@ -68,6 +68,8 @@ class FileWriter {
   bool IsOpen() const { return file_ != nullptr; }
 
   void Write(std::string_view bytes);
+  // The same, and the bytes are kept even when the program dies.
+  void WriteThrough(std::string_view bytes);
   // Returns when all is on the disk.
   SystemError Flush();
   // Returns the first error since Open().

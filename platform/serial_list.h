@@ -15,7 +15,7 @@ struct SerialDeviceInfo {
   std::string usb_id;         // vendor and product, "0403:6001"; empty when it is no USB adapter
   std::string serial_number;  // of the USB adapter; may be empty
   SerialDeviceState state = SerialDeviceState::kFree;
-  std::string busy_with;  // the program that has it open, "minicom (process 4711)"; may be empty
+  std::string busy_with;  // the program that has it open, "minicom (4711)"; may be empty
 };
 
 // Where Linux keeps what is read; tests give their own.
