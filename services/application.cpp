@@ -1,21 +1,33 @@
 #include "services/application.h"
 
+#include <utility>
+
 #include "platform/files.h"
 
 namespace zep::services {
+namespace {
 
-void LoadTexts(Session& session) {
+Language LanguageOfSettings(const Session& session) {
+  const int number = session.settings.AppGetUserNumber(AppType::kRoot, "UILanguage", 1);
+  const bool is_language = number >= 1 && number <= kLanguageCount;
+  return is_language ? static_cast<Language>(number) : Language::kEnglish;
+}
+
+}  // namespace
+
+platform::SystemError LoadTexts(Session& session, std::optional<Language> wanted) {
+  if (!session.strings.Problem().empty()) session.log.Error(session.strings.Problem());
+  const Language language = wanted ? *wanted : LanguageOfSettings(session);
+  session.translation.SetLanguage(language);
+  if (language == Language::kEnglish) return {};
+
   const std::string path = FindApplicationFile(session.paths, kDictionaryFile);
-  const platform::FileContents file = platform::ReadWholeFile(path);
+  platform::FileContents file = platform::ReadWholeFile(path);
   session.translation.Load(file.bytes);
   if (file.error) session.log.Error(path + ": " + file.error.description);
   if (!session.translation.Problem().empty())
     session.log.Error(path + ": " + session.translation.Problem());
-  if (!session.strings.Problem().empty()) session.log.Error(session.strings.Problem());
-
-  const int number = session.settings.AppGetUserNumber(AppType::kRoot, "UILanguage", 1);
-  const bool is_language = number >= 1 && number <= kLanguageCount;
-  session.translation.SetLanguage(is_language ? static_cast<Language>(number) : Language::kEnglish);
+  return std::move(file.error);
 }
 
 }  // namespace zep::services

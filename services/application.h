@@ -1,8 +1,10 @@
 // What every program of ours does with these services when it starts.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
+#include "platform/system_error.h"
 #include "services/session.h"
 
 namespace zep::services {
@@ -11,9 +13,10 @@ namespace zep::services {
 inline constexpr std::string_view kLogFile = "zepdlca.log";
 inline constexpr std::string_view kDictionaryFile = "ZEPDLCA.mld";
 
-// Reads the dictionary and chooses the language of the shared setting UILanguage; English when the
-// value is none of the four languages. Without a dictionary all texts are English; what is wrong
-// with it, or with the string table, is logged.
-void LoadTexts(Session& session);
+// Chooses the wanted language, else that of the shared setting UILanguage, which is English when
+// the value is none of the four languages, and reads the dictionary for any language but English.
+// Without a dictionary all texts are English; what is wrong with it, or with the string table, is
+// logged. Returns why the dictionary could not be read.
+platform::SystemError LoadTexts(Session& session, std::optional<Language> wanted = std::nullopt);
 
 }  // namespace zep::services

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest-spi.h>
 #include <gtest/gtest.h>
 
 #include "services/application.h"
@@ -185,6 +186,8 @@ TEST_F(SettingsTest, ReadNumbersAndSkipWhatIsNone) {
   }
   machine.Write(kDownload, "Port1", "4");
   EXPECT_EQ(settings.AppGetUserNumber(AppType::kDownload, "Port1", 7), 4);
+  user.Write(kDownload, "Port1", "5");
+  EXPECT_EQ(settings.AppGetUserNumber(AppType::kDownload, "Port1", 7), 5);
 }
 
 TEST_F(SettingsTest, AreWrittenForTheUserAndOnlyWhenTheyChange) {
@@ -289,7 +292,7 @@ TEST(StringTables, BuildOnZepAndDifferInTheirIdentity) {
     for (int tier = 1; tier <= 13; ++tier) names.insert(AppGetRadioModel(test->session, tier));
     EXPECT_EQ(names.size(), 13U);
     EXPECT_FALSE(names.contains(""));
-    EXPECT_EQ(AppGetRadioModel(test->session, 0) + AppGetRadioModel(test->session, 14), "");
+    for (const int other : {0, 14, 100, -96}) EXPECT_EQ(AppGetRadioModel(test->session, other), "");
   }
 }
 
@@ -336,6 +339,13 @@ TEST(Translations, AreReadFromTheDictionary) {
   EXPECT_EQ(translation.Translate("Blank  "), "空  ");
 }
 
+TEST(Translations, BelongToTheEnglishTextOfTheirBlock) {
+  Translation translation;
+  translation.Load("en \"A\"\n\nfr \"B\"\n");
+  EXPECT_EQ(translation.Problem(), "line 3: there is no English text above this translation");
+  EXPECT_EQ(translation.In(Language::kFrench, "A"), "");
+}
+
 TEST(Translations, OfADamagedDictionaryAreUsedAsFarAsTheyCanBeRead) {
   struct Row {
     std::string_view contents;
@@ -343,17 +353,16 @@ TEST(Translations, OfADamagedDictionaryAreUsedAsFarAsTheyCanBeRead) {
   };
   constexpr std::string_view kNoText =
       "this is no language (en, fr, es, zh) with a text in double quotes";
-  for (const Row& row : std::vector<Row>{
-           {"en \"A\"\nfr \"B\n", kNoText},
-           {"en \"A\"\nfr B\"\n", kNoText},
-           {"en \"A\"\nfr \"B\"C\"\n", kNoText},
-           {"en \"A\"\nfr \"B\\\"\n", kNoText},
-           {"en \"A\"\nfr \"\\t\"\n", kNoText},
-           {"en \"A\"\nfr \"\"\n", kNoText},
-           {"en \"A\"\nde \"B\"\n", kNoText},
-           {"en \"A\"\nfr\"B\"\n", kNoText},
-           {"\nfr \"B\"\nen \"A\"\n", "there is no English text above this translation"},
-           {"en \"A\"\nen \"A\"\n", "this text has an entry already"}}) {
+  for (const Row& row :
+       std::vector<Row>{{"en \"A\"\nfr \"B\n", kNoText},
+                        {"en \"A\"\nfr B\"\n", kNoText},
+                        {"en \"A\"\nfr \"B\"C\"\n", kNoText},
+                        {"en \"A\"\nfr \"B\\\"\n", kNoText},
+                        {"en \"A\"\nfr \"\\t\"\n", kNoText},
+                        {"en \"A\"\nfr \"\"\n", kNoText},
+                        {"en \"A\"\nde \"B\"\n", kNoText},
+                        {"en \"A\"\nfr\"B\"\n", kNoText},
+                        {"en \"A\"\nen \"A\"\n", "this text has an entry already"}}) {
     SCOPED_TRACE(std::string(row.contents));
     Translation translation;
     translation.Load(std::string(row.contents) + "\nen \"X\"\nfr \"Y\"\n");
@@ -376,10 +385,13 @@ TEST(Translations, AreLoadedInTheLanguageOfTheSettings) {
     test.settings.AppSaveSharedUserSetting("UILanguage", setting);
     LoadTexts(test.session);
     EXPECT_EQ(NLSFmt(test.session, "On"), text);
+    EXPECT_NE(services::LanguageCode(test.translation.GetLanguage()), "");
     EXPECT_FALSE(test.folder.Read("application.log"));
   }
   TestSession bare;
-  LoadTexts(bare.session);
+  bare.settings.AppSaveSharedUserSetting("UILanguage", "2");
+  EXPECT_NE(LoadTexts(bare.session, Language::kSpanish).number, 0);
+  EXPECT_EQ(bare.translation.GetLanguage(), Language::kSpanish);
   EXPECT_NE(bare.folder.Read("application.log").value_or("").find("ZEPDLCA.mld"),
             std::string::npos);
 }
@@ -468,6 +480,28 @@ TEST(Log, KeepsOneLineForEachCall) {
             "2026-11-21 07:05:33  two lines\n2026-11-21 07:06:33  Error: bad\n");
   ApplicationLog(test.clock, "").Line("nowhere");
   ApplicationLog(test.clock, test.folder.Path("missing/x.log")).Line("lost");
+}
+
+void AskWithout(std::string_view script) {
+  testing::TestUser user;
+  if (!script.empty()) user.WillAnswer(std::string(script), Answer::kYes);
+  const Answer answer =
+      user.ShowMessage({"Overwrite?", "", Icon::kQuestion, Buttons::kYesNo, Notice::kPlain});
+  EXPECT_EQ(answer, script.empty() ? Answer::kNo : Answer::kYes);
+  user.WillAnswer("nothing", Answer::kYes);
+}
+
+TEST(TestUsers, FailTheTestWhenAQuestionOrAnAnswerIsLeftOver) {
+  EXPECT_NONFATAL_FAILURE(AskWithout("write"), "never asked: nothing");
+  ::testing::TestPartResultArray failures;
+  {
+    const ::testing::ScopedFakeTestPartResultReporter reporter(
+        ::testing::ScopedFakeTestPartResultReporter::INTERCEPT_ONLY_CURRENT_THREAD, &failures);
+    AskWithout("");
+  }
+  ASSERT_EQ(failures.size(), 2);
+  EXPECT_STREQ(failures.GetTestPartResult(0).message(),
+               "Failed\nunexpected question: Overwrite?\n  expected nothing more");
 }
 
 }  // namespace
