@@ -18,6 +18,7 @@ namespace zep::radiodb {
 inline constexpr std::string_view kCommonDynamicItemLine = "Insert Common Dynamic Item Here";
 
 inline constexpr int kMostNetworks = 4;
+inline constexpr std::size_t kSmallestDataFile = 50;  // bytes
 
 // Removes a leading "f" from a line.
 void StripForceMark(std::string& line);
@@ -65,11 +66,14 @@ struct DataFileCheck {
   std::optional<FileIdentity> identity;
   int networks = 1;
   int records = 0;
-  std::vector<Finding> findings;  // in the order of the file; empty when it is sound
+  std::vector<Finding> findings;  // of the whole, then line by line; empty when it is sound
 };
 
 // Checks a file without a radio: that it is long enough, who it is for, the number of networks, and
 // each record's digits, length and checksum. Findings are translated.
-DataFileCheck CheckDataFile(services::Session& session, const DataFile& file);
+DataFileCheck CheckDataFile(const services::Session& session, const DataFile& file);
+
+// The finding as the user sees it: "Line 12: ...".
+std::string FindingText(const services::Session& session, const Finding& finding);
 
 }  // namespace zep::radiodb

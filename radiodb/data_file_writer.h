@@ -1,7 +1,6 @@
 // A file of radio data as it is written, line by line while the records arrive.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -31,13 +30,14 @@ class DataFileWriter {
   std::string Abandon();
 
  private:
-  bool KeepFormerContents();
+  bool KeepFormerContents(const std::string& path);
   void Fail(const platform::SystemError& error);
 
   services::Session& session_;
   platform::FileWriter file_;
-  std::string path_;
-  std::string former_;  // name of the file with the former contents; empty when there is none
+  std::string path_;    // of the file that is being written; empty when there is none
+  std::string former_;  // of the file with its former contents; empty when there is none
+  bool failed_ = false;
 };
 
 }  // namespace zep::radiodb

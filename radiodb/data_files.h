@@ -42,6 +42,8 @@ struct ReadFiles {
 
   DataFileWriter database;
   DataFileWriter calibration;
+  int database_records = 0;     // written to the data file behind its identity record
+  int calibration_network = 0;  // the network that gave the calibration item; 0: none yet
 };
 
 // Chooses the files of db.transfer_kind with the user, makes them and writes header and identity

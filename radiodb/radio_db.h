@@ -32,8 +32,7 @@ struct RadioDb {
   // Folders for default-named files; empty: those of the settings.
   std::string database_folder;
   std::string calibration_folder;
-  // A name for the calibration file of a calibration read in place of the default one; may be
-  // empty.
+  // A name for the calibration file in place of the default one; may be empty.
   std::string chosen_calibration_file;
 
   // Full names of the files that the last read wrote, or of the data file last programmed.

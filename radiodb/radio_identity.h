@@ -15,6 +15,9 @@ namespace zep::radiodb {
 // Band letter, bandwidth and compliance code of a radio whose band information item is blank.
 inline constexpr char kUnknownCode = 'x';
 
+// The serial number of a radio whose serial number item holds 0.
+inline constexpr std::int64_t kSerialNumberOffset = 10'000'000;
+
 struct RadioIdentity {
   std::string model_string;  // 9 characters; empty when item 0 has an unknown format
   std::string model_code;    // 2 characters of it

@@ -1,0 +1,99 @@
+#include "radiodb/read_write_radio.h"
+
+#include <algorithm>
+
+#include "link/byte_exchange.h"
+#include "link/programming_mode.h"
+#include "radiodb/data_files.h"
+#include "radiodb/item_records.h"
+#include "services/messages.h"
+
+namespace zep::radiodb {
+namespace {
+
+using services::Failure;
+using services::Icon;
+using services::NLSFmt;
+using services::NLSMsgBox;
+using services::Session;
+
+void CloseRadio(link::Link& link) {
+  ReleaseFromProgMode(link);
+  CloseAllComms(link);
+}
+
+void CloseRadio(link::Link& link, ReadWriteView& view) {
+  view.ShowStatus(NLSFmt(link.session, "Closing communication ports..."));
+  CloseRadio(link);
+}
+
+// A radio whose item 0 cannot be read has no identity record, without which a file could never be
+// programmed.
+bool ReadIdentityForTransfer(RadioDb& db) {
+  Session& session = db.link.session;
+  if (!ReadRadioIdentity(db.link, IdentityUse::kTransfer, db.identity)) return false;
+  db.number_of_networks = std::max(1, db.identity.networks);
+  db.current_network = 1;
+  db.common_dynamic_item_skipped = false;
+  if (!db.identity.database_record.empty()) return true;
+  NLSMsgBox(session,
+            "The identity of this radio (item 00) has an unknown format, so its data can neither "
+            "be saved nor programmed. Please use another version of this application.",
+            {.icon = Icon::kCritical});
+  if (session.failure == Failure::kNone) session.failure = Failure::kRefused;
+  return false;
+}
+
+// Ends the files of a read; tells the user of those that are not complete.
+bool EndFiles(Session& session, ReadFiles& files, bool complete) {
+  if (complete) {
+    const bool database = files.database.Finish();
+    const bool calibration = files.calibration.Finish();
+    if (database && calibration) return true;
+  }
+  std::string text = files.database.Abandon();
+  const std::string calibration = files.calibration.Abandon();
+  if (!text.empty() && !calibration.empty()) text += "\n";
+  text += calibration;
+  if (!text.empty()) NLSMsgBox(session, text, {.icon = Icon::kCritical});
+  return false;
+}
+
+bool ProgramFile(RadioDb& db, ReadWriteView& view, const std::string& path) {
+  if (!ReadIdentityForTransfer(db)) return false;
+  const std::optional<DataFile> file = ReadDataFile(db.link.session, path);
+  if (!file || !CheckFileAgainstRadio(db, *file)) return false;
+  return WriteItems(db, view, *file);
+}
+
+}  // namespace
+
+bool ReadRadio(RadioDb& db, ReadWriteView& view) {
+  Session& session = db.link.session;
+  session.TransferMode = services::Transfer::kRead;
+  view.SetCaption(NLSFmt(session, "Reading Radio"));
+  ReadFiles files(session);
+  const bool complete =
+      ReadIdentityForTransfer(db) && OpenReadFiles(db, files) && ReadAllItems(db, view, files);
+  CloseRadio(db.link, view);
+  return EndFiles(session, files, complete);
+}
+
+bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
+  Session& session = db.link.session;
+  session.TransferMode = services::Transfer::kProgram;
+  view.SetCaption(NLSFmt(session, "Programming Radio"));
+  db.data_file = file;
+  const bool complete = ProgramFile(db, view, file);
+  CloseRadio(db.link, view);
+  return complete;
+}
+
+bool ReadSpecification(RadioDb& db) {
+  db.link.session.TransferMode = services::Transfer::kRead;
+  const bool complete = ReadRadioIdentity(db.link, IdentityUse::kView, db.identity);
+  CloseRadio(db.link);
+  return complete;
+}
+
+}  // namespace zep::radiodb
