@@ -36,37 +36,38 @@ struct ImageFile {
 };
 
 // Makes a file, given by its full name, the chosen image. The identity is kept.
-void ChooseImageFile(ImageFile& image, std::string_view full_name);
+void ChooseImageFile(ImageFile& image, std::string_view file);
 
 enum class ImageProblem {
   kNone,
   kMissing,
   kFolder,
-  kUnreadable,  // error holds the operating system's words
-  kTooShort,    // ends before the area in which the marker is looked for does
-  kCutMarker,   // that area ends within something that begins like the marker
+  kUnreadable,
+  kTooShort,   // ends before the area in which the marker is looked for does
+  kCutMarker,  // that area ends within something that begins like the marker
   kNoMarker,
   kWrongSize,
 };
 
 // What a file tells, found out without a word to the user.
 struct ImageInspection {
-  ImageProblem problem = ImageProblem::kMissing;
-  platform::SystemError error;  // for kUnreadable, kTooShort and kCutMarker
-  std::uint64_t size = 0;       // in bytes
+  ImageProblem problem = ImageProblem::kNone;
+  // Its advice is what is wrong with the file and what to do about it. The number is 0 where the
+  // problem is the file's contents and not an error of reading it.
+  platform::SystemError error;
 
-  std::string model_code;  // the two characters behind the marker; empty without a marker
-  std::int32_t radio_model = 0;
+  std::uint64_t size = 0;        // in bytes
+  std::string model_code;        // the two characters behind the marker; empty without a marker
+  std::int32_t radio_model = 0;  // these four as in ImageFile
   std::string radio_type;
-  std::int32_t micro_type = 0;  // 0: the file is too short to tell
-  std::int32_t flash_size = 0;  // 0: neither size
+  std::int32_t micro_type = 0;
+  std::int32_t flash_size = 0;
 };
 
-ImageInspection InspectImage(const std::string& full_name);
+ImageInspection InspectImage(const std::string& file);
 
 // What is wrong with the file and what to do about it; empty when nothing is.
-std::string ImageProblemText(const services::Session& session, const ImageInspection& inspection,
-                             const std::string& full_name);
+std::string ImageProblemText(const services::Session& session, const ImageInspection& inspection);
 
 // Whether the chosen file is an image, with its identity filled in. Tells the user of a wrong size,
 // an unknown model code and a file that cannot be read; a missing file and one without a marker are
@@ -81,6 +82,9 @@ inline constexpr std::size_t kSearchWindow = 32768;
 // partial match runs past the buffer's end: what follows cannot be told.
 std::optional<std::int32_t> FindMarkerInBuffer(std::span<const char, kSearchWindow> buffer,
                                                std::string_view pattern);
+
+// The error of reading more than an image file of this size holds.
+platform::SystemError InputPastEndOfFile(const std::string& file, std::uint64_t size);
 
 // Compares the image with what every port slot has reported of its radio, and refuses what cannot
 // work with a box for each radio and DownloadError.

@@ -14,6 +14,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "firmware/firmware.h"
@@ -76,8 +77,13 @@ struct TransferRun {
   bool done = false;  // finished normally
   TransferResult result;
 
+  // What the steps of the run keep for one another.
   bool asking_to_cancel = false;
-  std::array<bool, link::kPortCount> used{};  // Active when the run was loaded
+  std::array<bool, link::kPortCount> used{};  // by slot: Active when the run was loaded
+  std::array<link::PortState, link::kPortCount> shown_states{};
+  std::string status;         // shown in the status bar, untranslated
+  int blocks_counted = 0;     // on the progress bar
+  bool upload_begun = false;  // the file of an upload has been opened
 };
 
 // Load, run and unload. Cancel may be called in turns of the user interface meanwhile.
@@ -99,30 +105,13 @@ void Cancel(TransferRun& run);
 // has not finished normally, and fills in the outcomes.
 void UnloadTransfer(TransferRun& run);
 
-// Sends both loaders: the first at 1200 baud to radios that the user has put into bootstrap mode,
-// then the flash downloader at 9600 baud, which reports what the radio carries.
-//
-//   bootstrap 1  sends    0xFF and bs.tsk              expects nothing, or a configuration byte
-//   bootstrap 2  sends    "0" at 1200, "B", dl.tsk, "E" expects  manufacturer, device, micro type
-//                sends    "r" (download) or "t"        expects  the same byte
-//                sends    "0"                          expects  the same byte
-void SendBootstrap1(TransferRun& run);
-void SendBootstrap2(TransferRun& run);
-
-// Transfers the image row by row of the memory map.
-//
-//   sends    bank, start address (high, low), blocks (high, low)   expects each byte back
-//   download sends 128 bytes   expects "."                         for each block
-//   upload   sends "."         expects 128 bytes                   for each block
-//
-// An upload that fails leaves no file behind.
-void WriteRadioSoftware(TransferRun& run);
-
 // "Status: " and the phase, in the status bar.
 void UpdateStatusBar(TransferRun& run, std::string_view text);
 // The slot's status label from its port's state.
 void UpdateStatus(TransferRun& run, int slot);
 // Greys out the labels of the slots that are not Active.
 void UpdateLabels(TransferRun& run);
+// Both for all slots, when a port's state is not the one shown.
+void ShowChangedStates(TransferRun& run);
 
 }  // namespace zep::firmware

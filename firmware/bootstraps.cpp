@@ -1,0 +1,194 @@
+#include "firmware/bootstraps.h"
+
+#include <algorithm>
+#include <string>
+
+#include "link/byte_exchange.h"
+#include "link/programming_mode.h"
+#include "platform/files.h"
+#include "platform/thread_priority.h"
+#include "services/messages.h"
+#include "services/paths.h"
+#include "services/radio_model.h"
+#include "services/waits.h"
+
+namespace zep::firmware {
+namespace {
+
+using link::kAllPorts;
+using link::Link;
+using services::Failure;
+using services::Icon;
+using services::NLSFmt;
+using services::NLSMsgBox;
+using services::NLSText;
+using services::Session;
+
+// Models of this tier listen to the first loader only while their On button is held.
+constexpr std::int32_t kModelHeldOn = 3;
+// The downloader must fit into the radio's RAM.
+constexpr std::size_t kLongestDownloader = 2000;
+// Bytes that may wait on a port, so that the progress bar is true and Cancel stops the loader.
+constexpr int kBytesAhead = 32;
+
+void StopForFile(Session& session, std::string_view text) {
+  NLSMsgBox(session, text, {.icon = Icon::kCritical});
+  session.RequestCancel(Failure::kFile);
+}
+
+void AskForBootstrapMode(TransferRun& run) {
+  const Session& session = run.firmware.link.session;
+  std::string text = NLSFmt(session, "Please put radio in Bootstrap mode.");
+  if (run.firmware.image.FirmwareRadioModel == kModelHeldOn) {
+    text += "\n\n" + NLSFmt(session,
+                            "NOTE: For %0:s radios the On button must be pressed until bootstrap1 "
+                            "file is loaded",
+                            {AppGetRadioModel(session, kModelHeldOn)});
+  }
+  NLSMsgBox(run.firmware.link.session, text, {.notice = services::Notice::kAwaitsAction});
+}
+
+// False when the run must not go on without the priority. Only Windows grants it to everybody;
+// elsewhere the loader is sent at normal priority.
+bool SetPriority(Session& session, bool time_critical) {
+  const platform::SystemError error = platform::SetThreadTimeCritical(time_critical);
+  if (!error) return true;
+#ifdef _WIN32
+  ReportError(session, error, "WriteRadioSW");
+  session.RequestCancel(Failure::kRefused);
+  return false;
+#else
+  session.log.Error("The first loader is sent at normal priority: " + error.description);
+  return true;
+#endif
+}
+
+void SendBytes(TransferRun& run, const std::string& downloader) {
+  Link& link = run.firmware.link;
+  int sent = 0;
+  for (const char byte : downloader) {
+    SendByteToAllComms(link, static_cast<std::uint8_t>(byte));
+    if (++sent % kBytesAhead == 0) DrainOutput(link);
+    link.session.PumpEvents();
+    if (link.session.Stopped()) return;
+    run.view.SetProgress(sent);
+  }
+}
+
+void SwitchToDownloadSpeed(Link& link) {
+  const bool high_speed = link.session.high_speed;
+  SendByteToAllComms(link, high_speed ? 0x00 : '0');
+  services::WaitSeconds(link.session, 0.5);
+  SelectBaudRate(link, high_speed ? 125000 : 9600);
+}
+
+// Loads the downloader into every radio's RAM and starts it.
+void LoadDownloader(TransferRun& run, const std::string& file_name) {
+  Link& link = run.firmware.link;
+  Session& session = link.session;
+  SwitchToDownloadSpeed(link);
+  SendByteToAllComms(link, 'B');
+  const platform::FileContents downloader = platform::ReadWholeFile(file_name);
+  if (downloader.error) {
+    ReportError(session, downloader.error, "WriteRadioSW");
+    return session.RequestCancel(Failure::kFile);
+  }
+  if (downloader.bytes.empty() || downloader.bytes.size() > kLongestDownloader)
+    return StopForFile(session,
+                       NLSText("The file dl.tsk is corrupt. Please reinstall this application."));
+  run.view.SetProgressMaximum(static_cast<int>(downloader.bytes.size()));
+  UpdateStatusBar(run, NLSText("Writing bootstrap file 2"));
+  ClearInputBuffers(link);
+  SendBytes(run, downloader.bytes);
+  if (session.Stopped()) return;
+  SendByteToAllComms(link, 'E');
+  DrainOutput(link);
+  services::WaitSecondsYielding(session, 1);
+}
+
+void IdentifyRadios(TransferRun& run) {
+  Session& session = run.firmware.link.session;
+  run.phase = TransferPhase::kIdentifying;
+  for (const int slot : kAllPorts) {
+    UpdateStatus(run, slot);
+    UpdateFlashMicro(run.firmware, run.view, slot);
+  }
+  // No radio has told which map is its own; the user knows why already.
+  if (!session.Stopped() && run.firmware.micro_type.empty())
+    session.SetDownloadError(Failure::kRefused);
+}
+
+void CheckRadios(TransferRun& run) {
+  Session& session = run.firmware.link.session;
+  run.phase = TransferPhase::kChecking;
+  run.view.Repaint();
+  ShowChangedStates(run);
+  VerifyFlashFile(run.firmware);
+  if (session.DownloadError) return;
+  const auto any = [&](std::string_view micro) {
+    return std::any_of(run.firmware.labels.begin(), run.firmware.labels.end(),
+                       [micro](const link::SlotLabels& labels) { return labels.micro == micro; });
+  };
+  if (!any("A1") || !any("E1")) return;
+  NLSMsgBox(session, "You cannot program an E1 and an A1 radio at the same time",
+            {.icon = Icon::kCritical});
+  session.SetDownloadError(Failure::kRefused);
+}
+
+void SendMode(Link& link) {
+  const bool download = link.session.TransferMode == services::Transfer::kProgram;
+  for (const char byte : {download ? 'r' : 't', '0'}) {
+    const auto command = static_cast<std::uint8_t>(byte);
+    SendByteToAllComms(link, command, {.wait = true, .expected = command});
+  }
+}
+
+}  // namespace
+
+void RunBootstrap1(TransferRun& run) {
+  Link& link = run.firmware.link;
+  Session& session = link.session;
+  run.phase = TransferPhase::kBootstrap1;
+  if (!platform::FileExists(services::FindApplicationFile(session.paths, "bs.tsk")))
+    return StopForFile(
+        session, NLSText("The file bs.tsk does not exist. Please reinstall this application."));
+  run.view.EnableCancel(false);
+  AskForBootstrapMode(run);
+  run.view.ShowBootstrapHint(true);
+  run.view.Repaint();
+  SelectBaudRate(link, 1200);
+  if (!SetPriority(session, true)) return;
+  SendBootStrap1ToAllComms(link, run.view);
+  if (!SetPriority(session, false)) return;
+  if (session.Stopped()) return;
+
+  services::WaitSecondsYielding(session, 1);
+  CheckConfig(link);
+  services::WaitSecondsYielding(session, 1);
+  if (session.Stopped()) return;
+  for (const int slot : kAllPorts) UpdateStatus(run, slot);
+  run.view.EnableCancel(true);
+}
+
+void RunBootstrap2(TransferRun& run) {
+  Link& link = run.firmware.link;
+  Session& session = link.session;
+  run.phase = TransferPhase::kBootstrap2;
+  const std::string downloader = services::FindApplicationFile(session.paths, "dl.tsk");
+  if (!platform::FileExists(downloader))
+    return StopForFile(
+        session, NLSText("The file dl.tsk does not exist. Please reinstall this application."));
+  run.view.ShowProgress(true);
+  run.view.ShowCancel(true);
+  run.view.ShowBootstrapHint(false);
+  ClearInputBuffers(link);
+  LoadDownloader(run, downloader);
+  if (session.Stopped()) return;
+  IdentifyRadios(run);
+  if (session.Stopped()) return;
+  CheckRadios(run);
+  if (session.Stopped()) return;
+  SendMode(link);
+}
+
+}  // namespace zep::firmware

@@ -1,0 +1,24 @@
+// The two loaders that a radio is given before its flash can be written or read: the first one by
+// the radio's own ROM, in bootstrap mode, and the flash downloader by the first.
+#pragma once
+
+#include "firmware/transfer_engine.h"
+
+namespace zep::firmware {
+
+// Has the user put the radios into bootstrap mode, sends the first loader at 1200 baud and looks at
+// the configuration registers. Cancel is disabled meanwhile.
+//
+//   sends    0xFF, bs.tsk   expects nothing; a radio may send its configuration register by itself
+void RunBootstrap1(TransferRun& run);
+
+// Sends the flash downloader, finds out what the radios carry, refuses what cannot work and chooses
+// the direction.
+//
+//   sends    "0"                              at 1200 baud, everything that follows at 9600
+//   sends    "B", dl.tsk, "E"                 expects manufacturer, device, micro type
+//   sends    "r" (download) or "t" (upload)   expects the same byte
+//   sends    "0"                              expects the same byte
+void RunBootstrap2(TransferRun& run);
+
+}  // namespace zep::firmware

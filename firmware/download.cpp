@@ -1,0 +1,145 @@
+#include "firmware/download.h"
+
+#include "link/byte_exchange.h"
+#include "link/programming_mode.h"
+#include "services/messages.h"
+#include "services/paths.h"
+
+namespace zep::firmware {
+namespace {
+
+using link::Link;
+using radiodb::RadioDb;
+using radiodb::TransferKind;
+using services::Failure;
+using services::Icon;
+using services::NLSFmt;
+using services::NLSMsgBox;
+using services::NLSText;
+using services::Session;
+using services::Transfer;
+
+// Models of this tier switch off after a download.
+constexpr std::int32_t kModelSwitchedOff = 3;
+
+// Tells a trunked radio that its firmware is new. It does not answer.
+constexpr std::string_view kTrunkedRecord = "\rw4F80010000\r";
+
+bool Refuse(Session& session, std::string_view text) {
+  NLSMsgBox(session, text, {.icon = Icon::kCritical});
+  if (session.failure == Failure::kNone) session.failure = Failure::kFile;
+  return false;
+}
+
+bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
+  Session& session = firmware.link.session;
+  ImageFile& image = firmware.image;
+  image.BinaryFilePath = services::WithSeparator(choices.BinaryFilePath);
+  image.BinaryFileName = choices.BinaryFileName;
+  if (image.BinaryFileName.empty())
+    return Refuse(session, NLSText("Please select a valid file to down load."));
+  if (!CheckForValidFile(session, image))
+    return Refuse(session, NLSText("The selected file is not valid. Please select another file."));
+  return true;
+}
+
+bool DownloadFirmware(Firmware& firmware, DownloadWindows& windows) {
+  firmware.link.session.TransferMode = Transfer::kProgram;
+  windows.TransferFirmware(firmware);
+  return firmware.link.session.DownloadSucceeded;
+}
+
+// The firmware between a read and a write-back of the radio's data.
+bool DownloadKeepingData(Firmware& firmware, RadioDb& db, DownloadWindows& windows) {
+  Session& session = firmware.link.session;
+  session.TransferMode = Transfer::kRead;
+  db.transfer_kind = TransferKind::kAutoSave;
+  if (!windows.ReadRadioData(db) || session.Stopped()) return false;
+  const std::string saved = db.data_file;
+  if (!DownloadFirmware(firmware, windows) || session.Stopped()) return false;
+  if (firmware.image.FirmwareRadioModel == kModelSwitchedOff) {
+    NLSMsgBox(session, "Please turn radio on so data may be programmed.",
+              {.notice = services::Notice::kAwaitsAction});
+  }
+  session.TransferMode = Transfer::kProgram;
+  return windows.ProgramRadioData(db, saved) && !session.Stopped();
+}
+
+bool WriteTrunkedRecord(Link& link) {
+  Session& session = link.session;
+  if (!InitialiseComms(link)) return false;
+  SelectBaudRate(link, 9600);
+  session.ReportRadioErrors = services::ReportErrors::kSilent;
+  PutActiveCommsInProgMode(link);
+  session.ReportRadioErrors = services::ReportErrors::kShow;
+  if (session.Stopped()) return false;
+  for (const int port : link::kAllPorts) SendStringToSpecificComms(link, kTrunkedRecord, port);
+  SendCaretToActiveComms(link);
+  return true;
+}
+
+bool ProgramDataFile(RadioDb& db, const DownloadChoices& choices, DownloadWindows& windows) {
+  Session& session = db.link.session;
+  const std::string file = services::AppMakePath(choices.DataFilePath, choices.DataFileName);
+  const services::Answer answer =
+      NLSMsgBox(session, NLSFmt(session, "Program default data file: ") + file,
+                {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo});
+  if (answer != services::Answer::kYes) return true;
+  session.TransferMode = Transfer::kProgram;
+  db.transfer_kind = TransferKind::kChosenFile;
+  return windows.ProgramRadioData(db, file) && !session.Stopped();
+}
+
+std::string ReadText(const Session& session, std::string_view name,
+                     const std::string& default_value) {
+  return session.settings.AppGetUserSetting(session.settings.OwnType(), name, default_value);
+}
+
+}  // namespace
+
+DownloadChoices LoadDownloadChoices(const Session& session) {
+  const std::string folder = services::AppMakePath(session.paths.application_folder, "Data Files");
+  DownloadChoices choices;
+  choices.BinaryFileName = ReadText(session, "BinaryFileName", "");
+  choices.BinaryFilePath = services::WithSeparator(ReadText(session, "BinaryFilePath", folder));
+  choices.DataFileName = ReadText(session, "DataFileName", "");
+  choices.DataFilePath = services::WithSeparator(ReadText(session, "DataFilePath", folder));
+  return choices;
+}
+
+void SaveDownloadChoices(Session& session, const DownloadChoices& choices) {
+  const auto save = [&session](std::string_view name, const std::string& value) {
+    session.settings.AppSaveUserSetting(session.settings.OwnType(), name, value);
+  };
+  save("BinaryFileName", choices.BinaryFileName);
+  save("BinaryFilePath", services::WithSeparator(choices.BinaryFilePath));
+  save("DataFileName", choices.DataFileName);
+  save("DataFilePath", services::WithSeparator(choices.DataFilePath));
+}
+
+bool OffersAutoSave(Link& link) { return CountActivePorts(link) == 1; }
+
+bool DownloadFirmwareAndData(Firmware& firmware, RadioDb& db, const DownloadChoices& choices,
+                             DownloadWindows& windows) {
+  Link& link = firmware.link;
+  const link::Job job(link);
+  if (!InitialiseComms(link)) return false;
+  ClearInputBuffers(link);
+  if (!CheckChosenImage(firmware, choices)) return false;
+  const bool downloaded = choices.auto_save ? DownloadKeepingData(firmware, db, windows)
+                                            : DownloadFirmware(firmware, windows);
+  if (!downloaded) return false;
+  if (firmware.image.FirmwareRadioType == "Trunked" && !WriteTrunkedRecord(link)) return false;
+  if (choices.auto_save || choices.DataFileName.empty()) return true;
+  return ProgramDataFile(db, choices, windows);
+}
+
+bool UploadFirmware(Firmware& firmware, const std::string& file, DownloadWindows& windows) {
+  const link::Job job(firmware.link);
+  ChooseImageFile(firmware.image, file);
+  firmware.link.session.TransferMode = Transfer::kRead;
+  windows.TransferFirmware(firmware);
+  return firmware.link.session.DownloadSucceeded;
+}
+
+}  // namespace zep::firmware

@@ -1,0 +1,10 @@
+#include "firmware/firmware.h"
+
+namespace zep::firmware {
+
+Firmware::Firmware(link::Link& program_link)
+    : link(program_link),
+      A1MemoryMap(BuildA1MemoryMap(program_link.session)),
+      E1MemoryMap(BuildE1MemoryMap(program_link.session)) {}
+
+}  // namespace zep::firmware
