@@ -67,7 +67,7 @@ void UpdateFlashMicro(Firmware& firmware, link::TransferView& view, int slot) {
   firmware.micro_type = micro_type;
   link::SlotLabels& labels = firmware.Labels(slot);
   labels.micro = micro_type;
-  labels.flash = firmware.Flash(slot).Name;
+  labels.flash = NLSFmt(link.session, firmware.Flash(slot).Name);
   view.SetSlot(slot, labels);
 }
 
