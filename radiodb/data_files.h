@@ -43,6 +43,7 @@ struct ReadFiles {
   DataFileWriter database;
   DataFileWriter calibration;
   int database_records = 0;     // written to the data file behind its identity record
+  int calibration_records = 0;  // written to the calibration file, likewise
   int calibration_network = 0;  // the network that gave the calibration item; 0: none yet
 };
 

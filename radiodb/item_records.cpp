@@ -117,7 +117,9 @@ void StoreRecord(const RadioDb& db, const std::string& record, ReadFiles& files)
   if (record.starts_with(CalibrationItem(db.identity.type))) {
     // All networks of a radio share its calibration: once is enough.
     if (files.calibration_network == 0) files.calibration_network = db.current_network;
-    if (files.calibration_network == db.current_network) files.calibration.WriteLine(record);
+    if (files.calibration_network != db.current_network) return;
+    files.calibration.WriteLine(record);
+    ++files.calibration_records;
   } else if (db.transfer_kind != TransferKind::kCalibration) {
     files.database.WriteLine(record);
     ++files.database_records;

@@ -38,6 +38,9 @@ struct RadioDb {
   // Full names of the files that the last read wrote, or of the data file last programmed.
   std::string data_file;
   std::string calibration_file;
+  // Records that the last read has put into them, identity records not counted.
+  int database_records = 0;
+  int calibration_records = 0;
 };
 
 }  // namespace zep::radiodb

@@ -76,6 +76,8 @@ bool ReadRadio(RadioDb& db, ReadWriteView& view) {
   const bool complete =
       ReadIdentityForTransfer(db) && OpenReadFiles(db, files) && ReadAllItems(db, view, files);
   CloseRadio(db.link, view);
+  db.database_records = files.database_records;
+  db.calibration_records = files.calibration_records;
   return EndFiles(session, files, complete);
 }
 
