@@ -282,12 +282,17 @@ std::string ReadReplyFromComms(Link& link, int port, std::string_view mode) {
       if (!link.session.CancelRequested) link.session.SetDownloadError(Failure::kNoAnswer);
       break;
     }
-    if (character == kCarriageReturn) {
-      reply += mode == "List" ? GetListData(link.session, line) : GetRecordData(link.session, line);
-      line.clear();
-    } else {
+    if (character != kCarriageReturn) {
       line += character;
+      continue;
     }
+    if (mode == "List") {
+      reply += GetListData(link.session, line);
+    } else {
+      reply += GetRecordData(link.session, line);
+      if (!IsIntactRecord(link.session, line)) ReportRadioError(link.session, "{C02}");
+    }
+    line.clear();
   }
   return reply;
 }

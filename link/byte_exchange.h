@@ -73,8 +73,8 @@ void SendStringToFirstActiveComms(Link& link, std::string_view text);
 std::uint8_t WaitForDotFromActiveComms(Link& link);
 
 // Reads a reply of text lines up to the prompt ">" and returns the data of its lines, joined. Mode
-// "List": a line is two characters, a count, the data; any other mode: an item record. Silence sets
-// DownloadError and returns what came.
+// "List": a line is two characters, a count, the data; any other mode: an item record, of which a
+// corrupted one is reported as "{C02}". Silence sets DownloadError and returns what came.
 std::string ReadReplyFromComms(Link& link, int port, std::string_view mode);
 
 // The same from every Active port in turn; the last reply that is not empty.

@@ -24,13 +24,6 @@ constexpr platform::Duration kSerialTimeOut = std::chrono::milliseconds(4000);
 
 std::string StateSetting(int port) { return "CommPort" + std::to_string(port) + "State"; }
 
-// Out of range values, as a damaged settings file may hold, count as Available.
-PortState ReadState(const Link& link, int port) {
-  const services::Settings& settings = link.session.settings;
-  const int value = settings.AppGetUserNumber(settings.OwnType(), StateSetting(port), 2);
-  return value >= 1 && value <= 4 ? static_cast<PortState>(value) : PortState::kAvailable;
-}
-
 bool CanBeOpened(platform::SerialPort& port) {
   port.Open();
   const bool opened = port.IsOpen();
@@ -110,6 +103,12 @@ Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& 
 
 Link::~Link() { session.on_turn = nullptr; }
 
+PortState StateOfSettings(const Link& link, int port) {
+  const services::Settings& settings = link.session.settings;
+  const int value = settings.AppGetUserNumber(settings.OwnType(), StateSetting(port), 2);
+  return value >= 1 && value <= 4 ? static_cast<PortState>(value) : PortState::kAvailable;
+}
+
 int CheckCommPorts(Link& link, bool read_settings) {
   if (AnyPortOpen(link)) {
     return static_cast<int>(kPortCount - std::count(link.CommStates.begin(), link.CommStates.end(),
@@ -118,7 +117,7 @@ int CheckCommPorts(Link& link, bool read_settings) {
   int openable = 0;
   for (const int port : kAllPorts) {
     PortState& state = link.State(port);
-    if (read_settings) state = ReadState(link, port);
+    if (read_settings) state = StateOfSettings(link, port);
     if (!CanBeOpened(link.Port(port))) {
       state = PortState::kNotAvailable;
       continue;

@@ -92,6 +92,10 @@ struct Link {
   static std::size_t Index(int port) { return static_cast<std::size_t>(port - 1); }
 };
 
+// The state that the user's settings hold for the port. Values out of range, as a damaged settings
+// file may hold them, count as Available.
+PortState StateOfSettings(const Link& link, int port);
+
 // Finds out which ports can be opened and sets the states accordingly; with read_settings the
 // user's choice is read first. Returns how many can be opened. While a job holds ports open no port
 // is touched and no state changes.

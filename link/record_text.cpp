@@ -20,6 +20,16 @@ bool IsEmptyRecord(std::string_view record) {
   return record.size() >= 6 && record.substr(4, 2) == "00";
 }
 
+bool IsIntactRecord(services::Session& session, std::string_view record) {
+  if (record.size() < 8) return false;
+  const auto length =
+      static_cast<std::size_t>(services::ConHexByteToInt(session, record.substr(4, 2)));
+  const std::size_t checksum_at = 6 + 2 * length;
+  return record.size() >= checksum_at + 2 &&
+         services::CalcHexChecksum(session, record.substr(0, checksum_at)) ==
+             record.substr(checksum_at, 2);
+}
+
 std::string GetRecordData(services::Session& session, std::string_view record) {
   return DataAfterLength(session, record, 4);
 }

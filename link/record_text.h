@@ -14,6 +14,10 @@ namespace zep::link {
 // The length field is "00": such a record is never stored and never sent.
 bool IsEmptyRecord(std::string_view record);
 
+// The record is as long as its length field says and its checksum is right. What follows is not
+// looked at.
+bool IsIntactRecord(services::Session& session, std::string_view record);
+
 // The data characters of a record, or of a line of the item list; what there is of them when the
 // line is too short, nothing when it is too short for its length field.
 std::string GetRecordData(services::Session& session, std::string_view record);

@@ -186,14 +186,15 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
     bool error;
   };
   const std::vector<Row> rows = {
-      {"a record", "27000300002AD3\r>", "", "00002A", false},
-      {"two records of an item", "05000201020A\r0501010AEF\r>", "", "01020A", false},
+      {"a record", "27000300002AAC\r>", "", "00002A", false},
+      {"two records of an item", "0500020102F6\r0501010AEF\r>", "", "01020A", false},
+      {"a corrupted record", "27000300002AAD\r>", "", "00002A", true},
       {"an empty record", "050000FB\r>", "", "", false},
       {"an item list", "0003002A27FF\r>", "List", "002A27", false},
       {"a list in two lines, with tails", "000100\r00022A27EE\r>", "List", "002A27", false},
       {"a line too short for a count", "000\r0001FF\r>", "List", "FF", false},
       {"an error reply", "{C04}>", "", "", true},
-      {"silence after a line", "050001010A\r", "", "01", true},
+      {"silence after a line", "05000101F9\r", "", "01", true},
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
