@@ -88,7 +88,7 @@ void SimulatedPort::Write(std::span<const std::uint8_t> bytes) {
 void SimulatedPort::WaitForInput(platform::Duration longest) {
   const platform::Duration end = clock_.Now() + longest;
   while (InputCount() == 0 && clock_.Now() < end) {
-    if (open_ && line_.IsCut()) return;
+    if (HasNewError()) return;
     const platform::Duration next = std::min(line_.NextEvent().value_or(end), end);
     clock_.Sleep(next - clock_.Now());
   }
@@ -103,7 +103,8 @@ void SimulatedPort::WaitForOutput(platform::Duration longest) {
 
 platform::SystemError SimulatedPort::TakeError() {
   Advance();
-  if (!open_ || !line_.IsCut() || std::exchange(error_taken_, true)) return {};
+  if (!HasNewError()) return {};
+  error_taken_ = true;
   return WithAdvice({kInputOutputError, "Input/output error", device_, {}, {}},
                     platform::Advice::kPortGone, {device_});
 }

@@ -43,6 +43,8 @@ class SimulatedPort final : public platform::SerialPort {
 
  private:
   void Advance();
+  // A failure that nobody has asked for yet ends a wait; afterwards a wait takes its time.
+  bool HasNewError() const { return open_ && line_.IsCut() && !error_taken_; }
   bool Works() const { return open_ && !line_.IsCut(); }
 
   std::string device_;
