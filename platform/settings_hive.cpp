@@ -1,7 +1,6 @@
 #include "platform/settings_hive.h"
 
 #include "platform/advice.h"
-#include "platform/clock.h"
 #include "platform/files.h"
 #include "platform/lock_file.h"
 #include "platform/settings_text.h"
@@ -14,7 +13,8 @@ constexpr std::uint64_t kLargestSettingsFile = 4 * 1024 * 1024;
 
 class FileHive final : public SettingsHive {
  public:
-  explicit FileHive(std::string path) : path_(std::move(path)) {}
+  FileHive(std::string path, Duration longest_lock)
+      : path_(std::move(path)), longest_lock_(longest_lock) {}
 
   std::optional<std::string> Read(std::string_view key, std::string_view name) const override {
     return SettingsText(Load().bytes).Find(key, name);
@@ -28,6 +28,7 @@ class FileHive final : public SettingsHive {
   std::string NameForDamaged(std::string_view contents) const;
 
   std::string path_;
+  Duration longest_lock_;
 };
 
 // A file that does not exist is an empty one.
@@ -40,7 +41,7 @@ FileContents FileHive::Load() const {
 LockState FileHive::Lock(LockFile& lock) const {
   using namespace std::chrono_literals;
   SystemClock clock;
-  const Duration end = clock.Now() + 2s;
+  const Duration end = clock.Now() + longest_lock_;
   LockState state = lock.TryAcquire(path_ + ".lock");
   while (state == LockState::kHeldByAnother && clock.Now() < end) {
     clock.Sleep(2ms);
@@ -91,8 +92,8 @@ SystemError FileHive::Problem() const {
 
 }  // namespace
 
-std::unique_ptr<SettingsHive> MakeFileHive(std::string path) {
-  return std::make_unique<FileHive>(std::move(path));
+std::unique_ptr<SettingsHive> MakeFileHive(std::string path, Duration longest_lock) {
+  return std::make_unique<FileHive>(std::move(path), longest_lock);
 }
 
 std::optional<std::string> MemoryHive::Read(std::string_view key, std::string_view name) const {

@@ -10,6 +10,7 @@
 #include <string_view>
 #include <utility>
 
+#include "platform/clock.h"
 #include "platform/system_error.h"
 
 namespace zep::platform {
@@ -46,7 +47,8 @@ std::unique_ptr<SettingsHive> OpenMachineHive();
 // programs keep each other's values, and replaces it at once, so that it is never half written. Of
 // a damaged file, what can be read is used; before the first write its original is kept beside it
 // as PATH.damaged.
-std::unique_ptr<SettingsHive> MakeFileHive(std::string path);
+std::unique_ptr<SettingsHive> MakeFileHive(std::string path,
+                                           Duration longest_lock = std::chrono::seconds(2));
 
 // A hive that is forgotten when the program ends; for tests and for trying things out.
 class MemoryHive final : public SettingsHive {
