@@ -10,6 +10,7 @@ namespace zep::services {
 namespace {
 
 constexpr int kOverflow = 6;
+constexpr std::string_view kHexDigits = "0123456789ABCDEF";
 
 bool IsDigit(char character) { return character >= '0' && character <= '9'; }
 
@@ -76,8 +77,7 @@ std::int16_t ConHexByteToInt(Session& session, std::string_view text) {
 }
 
 std::string ConBytNumToHex(std::uint8_t byte) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  return {kDigits[byte / 16U], kDigits[byte % 16U]};
+  return {kHexDigits[byte / 16U], kHexDigits[byte % 16U]};
 }
 
 std::uint8_t GetHighByte(std::int32_t number) { return static_cast<std::uint8_t>(number / 256); }

@@ -1,7 +1,5 @@
 #include "services/paths.h"
 
-#include <array>
-
 #include "platform/files.h"
 #include "platform/program_paths.h"
 
@@ -9,7 +7,10 @@ namespace zep::services {
 namespace {
 
 // Windows takes both.
-bool IsSeparator(char character) { return character == kPathSeparator || character == '/'; }
+bool IsSeparator(char character) {
+  constexpr std::string_view separators = kPathSeparator == '/' ? "/" : "\\/";
+  return separators.find(character) != std::string_view::npos;
+}
 
 bool EndsWithSeparator(std::string_view folder) {
   return !folder.empty() && IsSeparator(folder.back());
@@ -37,7 +38,7 @@ std::string SharedDataFolder(const std::string& program_folder) {
 std::string FindApplicationFolder(const std::string& program_folder) {
   const bool is_installed = platform::IsFolder(SharedDataFolder(program_folder));
   if (!is_installed && platform::IsWritableFolder(program_folder)) return program_folder;
-  const std::string user_folder = platform::UserDataFolder();
+  std::string user_folder = platform::UserDataFolder();
   if (user_folder.empty() || platform::MakeFolders(user_folder)) return program_folder;
   return user_folder;
 }
@@ -72,7 +73,7 @@ std::string FileTitleOf(std::string_view path) {
 }
 
 std::string FindApplicationFile(const ApplicationPaths& paths, std::string_view name) {
-  const std::string at_home = AppMakePath(paths.application_folder, name);
+  std::string at_home = AppMakePath(paths.application_folder, name);
   for (const std::string& path : {at_home, AppMakePath(paths.program_folder, name),
                                   AppMakePath(SharedDataFolder(paths.program_folder), name)}) {
     if (platform::FileExists(path)) return path;

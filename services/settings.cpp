@@ -102,15 +102,15 @@ bool Settings::AppGetAppLocation(AppType type, AppLocation& location) const {
     return false;
   }
 #ifdef _WIN32
-  constexpr int kFolder = kResSuiteFolderWindows;
-  constexpr int kExecutable = kResExecutableWindows;
+  constexpr int folder = kResSuiteFolderWindows;
+  constexpr int relative_path = kResExecutableWindows;
 #else
-  constexpr int kFolder = kResSuiteFolder;
-  constexpr int kExecutable = kResExecutable;
+  constexpr int folder = kResSuiteFolder;
+  constexpr int relative_path = kResExecutable;
 #endif
   const std::string executable =
-      IsApplication(type) ? strings_.Get(kExecutable + static_cast<int>(type)) : "";
-  location.folder = AppGetUserSetting(type, "ApplicationPath", strings_.Get(kFolder));
+      IsApplication(type) ? strings_.Get(relative_path + static_cast<int>(type)) : "";
+  location.folder = AppGetUserSetting(type, "ApplicationPath", strings_.Get(folder));
   location.executable = AppGetUserSetting(type, "Application", executable);
   return !location.executable.empty() &&
          platform::FileExists(AppMakePath(location.folder, location.executable));

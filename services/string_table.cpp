@@ -12,7 +12,7 @@
 namespace zep::services {
 namespace {
 
-constexpr std::uint64_t kLargestTable = 1024 * 1024;
+constexpr std::uint64_t kLargestTable = 1'000'000;
 constexpr std::string_view kBase = "base ";
 
 const BuiltInTable* FindBuiltIn(std::string_view name) {
@@ -88,9 +88,9 @@ void StringTable::Complain(const std::string& problem) {
 }
 
 const std::string& StringTable::Get(int number) const {
-  static const std::string kNothing;
+  static const std::string nothing;
   const auto found = entries_.find(number);
-  return found == entries_.end() ? kNothing : found->second;
+  return found == entries_.end() ? nothing : found->second;
 }
 
 std::vector<int> StringTable::Numbers() const {

@@ -5,11 +5,12 @@
 
 namespace zep::services {
 
+inline constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+
 // Calls use(line, number) for every line of a UTF-8 text, numbered from 1. Line ends may be LF or
 // CRLF; a byte-order mark at the beginning is left out.
 template <typename Use>
 void ForEachLine(std::string_view contents, Use use) {
-  constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
   if (contents.substr(0, kByteOrderMark.size()) == kByteOrderMark)
     contents.remove_prefix(kByteOrderMark.size());
   for (int number = 1; !contents.empty(); ++number) {

@@ -121,14 +121,14 @@ std::vector<std::string> LiteralsOfArgument(const std::vector<Token>& tokens, st
 
 // What a source shows to the user: the text argument of the message procedures, and titles.
 std::vector<std::string> ShownTexts(const std::string& source) {
-  const std::map<std::string, int, std::less<>> kTextArgument = {
+  const std::map<std::string, int, std::less<>> text_argument = {
       {"NLSText", 0}, {"NLSFmt", 1}, {"NLSMsgBox", 1}};
   const std::vector<Token> tokens = Scanner(source).Tokens();
   std::vector<std::string> texts;
   for (std::size_t at = 0; at + 2 < tokens.size(); ++at) {
     if (tokens[at].is_literal) continue;
-    const auto call = kTextArgument.find(tokens[at].text);
-    if (call != kTextArgument.end() && tokens[at + 1].text == "(") {
+    const auto call = text_argument.find(tokens[at].text);
+    if (call != text_argument.end() && tokens[at + 1].text == "(") {
       const auto literals = LiteralsOfArgument(tokens, at + 1, call->second);
       texts.insert(texts.end(), literals.begin(), literals.end());
     }
@@ -174,9 +174,9 @@ std::string EdgeBlanks(const std::string& text) {
 // What must be the same in all languages: placeholders, patterns of filters, line breaks,
 // mnemonics, dots at the end.
 std::multiset<std::string> FixedParts(const std::string& text) {
-  static const std::regex kFixed(R"(%[0-9]:s|\|\*[^|]*|\||\n|&|\.\.\.$)");
+  static const std::regex fixed(R"(%[0-9]:s|\|\*[^|]*|\||\n|&|\.\.\.$)");
   std::multiset<std::string> parts;
-  for (std::sregex_iterator part(text.begin(), text.end(), kFixed), end; part != end; ++part) {
+  for (std::sregex_iterator part(text.begin(), text.end(), fixed), end; part != end; ++part) {
     parts.insert(part->str());
   }
   return parts;
@@ -220,39 +220,45 @@ TEST(Dictionary, HoldsEveryTextOfTheProgram) {
   }
 }
 
+void CheckTranslation(const std::string& english, Language language) {
+  SCOPED_TRACE(std::string(services::LanguageCode(language)) + " of \"" + english + "\"");
+  const std::string text = Dictionary().In(language, english);
+  EXPECT_FALSE(text.empty());
+  EXPECT_EQ(FixedParts(text), FixedParts(english));
+  // A Chinese full-width colon brings its own blank.
+  EXPECT_EQ(EdgeBlanks(text), text.ends_with("：") ? "" : EdgeBlanks(english));
+  EXPECT_EQ(HasChinese(text), language == Language::kChinese && !kNeutral.contains(english));
+}
+
 TEST(Dictionary, EveryEntryHasAllLanguagesWithTheSamePlaceholders) {
   for (const std::string& english : Dictionary().EnglishTexts()) {
-    for (const Language language : kTranslations) {
-      SCOPED_TRACE(std::string(services::LanguageCode(language)) + " of \"" + english + "\"");
-      const std::string text = Dictionary().In(language, english);
-      EXPECT_FALSE(text.empty());
-      EXPECT_EQ(FixedParts(text), FixedParts(english));
-      // A Chinese full-width colon brings its own blank.
-      if (!text.ends_with("：")) {
-        EXPECT_EQ(EdgeBlanks(text), EdgeBlanks(english));
-      }
-      EXPECT_EQ(HasChinese(text), language == Language::kChinese);
-    }
+    for (const Language language : kTranslations) CheckTranslation(english, language);
   }
+}
+
+// The letters that choose the entries of a menu, lower case, in order.
+std::string Mnemonics(const std::vector<int>& menu, Language language) {
+  const services::StringTable table("ZEP", "");
+  std::string letters;
+  for (const int number : menu) {
+    const std::string text = Dictionary().In(language, table.Get(number));
+    const std::size_t at = text.find('&') + 1;
+    if (at > 0) letters += static_cast<char>(std::tolower(static_cast<unsigned char>(text[at])));
+  }
+  std::sort(letters.begin(), letters.end());
+  return letters;
 }
 
 TEST(Dictionary, EveryEntryOfAMenuHasItsOwnMnemonic) {
   const std::vector<std::vector<int>> menus = {
       {706, 710, 711, 712, 713}, {720, 721},      {722, 723},
       {724, 725, 726},           {700, 701, 702}, {703, 704, 705}};
-  const services::StringTable table("ZEP", "");
   for (const auto& menu : menus) {
-    for (const Language language :
-         {Language::kEnglish, Language::kFrench, Language::kSpanish, Language::kChinese}) {
-      std::set<char> letters;
-      for (const int number : menu) {
-        const std::string text = Dictionary().In(language, table.Get(number));
-        const std::size_t at = text.find('&');
-        ASSERT_LT(at, text.size()) << text;
-        const char letter =
-            static_cast<char>(std::tolower(static_cast<unsigned char>(text[at + 1])));
-        EXPECT_TRUE(letters.insert(letter).second) << text;
-      }
+    for (int language = 1; language <= 4; ++language) {
+      std::string letters = Mnemonics(menu, static_cast<Language>(language));
+      EXPECT_EQ(letters.size(), menu.size()) << menu.front();
+      const bool is_unique = std::unique(letters.begin(), letters.end()) == letters.end();
+      EXPECT_TRUE(is_unique) << letters << " of menu " << menu.front();
     }
   }
 }

@@ -34,20 +34,20 @@ void Check(const Convert& convert, const std::vector<HexRow>& rows) {
 }
 
 TEST(HexText, ReadsNumbersAndTellsWhatItCannotRead) {
-  constexpr auto kOverflow = "critical [ConHexNumToLng] Error Number: 6, Overflow -> OK\n";
-  constexpr auto kBadCharacter = "critical [ConHexNumToLng] Error Number: 0,  -> OK\n";
+  constexpr auto overflow = "critical [ConHexNumToLng] Error Number: 6, Overflow -> OK\n";
+  constexpr auto bad_character = "critical [ConHexNumToLng] Error Number: 0,  -> OK\n";
   Check(ConHexNumToLng, {{"", "0"},
                          {"FF", "255"},
                          {"1000000", "16777216"},
                          {"000000007FFFFFFF", "2147483647"},
-                         {"80000000", "0", kOverflow},
-                         {"7FFFFFFf", "0", kOverflow},  // the sum, not a term
-                         {"1" + std::string(40, '0'), "0", kOverflow},
+                         {"80000000", "0", overflow},
+                         {"7FFFFFFf", "0", overflow},  // the sum, not a term
+                         {"1" + std::string(40, '0'), "0", overflow},
                          {"a", "42"},  // a lower-case letter counts 32 more
                          {"1f", "63"},
-                         {"1G", "0", kBadCharacter},
-                         {"G80000000", "0", kOverflow},  // read from the right
-                         {" 1", "0", kBadCharacter}});
+                         {"1G", "0", bad_character},
+                         {"G80000000", "0", overflow},  // read from the right
+                         {" 1", "0", bad_character}});
 }
 
 TEST(HexText, ReadsBytesAndComplainsOnlyAboutTheirLength) {
@@ -62,7 +62,7 @@ TEST(HexText, ReadsBytesAndComplainsOnlyAboutTheirLength) {
 }
 
 TEST(HexText, ChecksumMakesTheSumAMultipleOf256) {
-  const std::string bytes_of_ff(2 * 128, 'F');
+  const std::string bytes_of_ff(256, 'F');
   Check(CalcHexChecksum,
         {{"", "00"},
          {"FF01", "00"},

@@ -171,24 +171,26 @@ TEST(Paths, TheApplicationFolderIsTheProgramsOwnUnlessGiven) {
 
 TEST(StringTables, BuildOnZepAndDifferInTheirIdentity) {
   EXPECT_EQ(StringTable::Names(), (std::vector<std::string>{"ZEP", "Torvik", "Vorn PMR II"}));
-  const TestSession zep;
-  const TestSession torvik("Torvik");
-  const TestSession vorn("Vorn PMR II");
-  EXPECT_EQ(zep.strings.Get(100), "ZEP");
-  EXPECT_EQ(torvik.strings.Get(100), "Torvik");
-  EXPECT_EQ(vorn.strings.Get(100), "Vorn PMR II");
-  EXPECT_EQ(torvik.strings.Get(102), R"(Software\Vorn Electronics Ltd\ZEP)");
-  EXPECT_EQ(zep.strings.Get(101).find('@'), std::string::npos);
-  EXPECT_EQ(zep.strings.Get(507),
+  for (const std::string& name : StringTable::Names()) {
+    const StringTable table(name, "");
+    EXPECT_EQ(table.Problem() + table.Get(100), name);
+    EXPECT_EQ(table.Get(102), R"(Software\Vorn Electronics Ltd\ZEP)");
+  }
+  const StringTable zep("ZEP", "");
+  EXPECT_EQ(zep.Get(101).find('@'), std::string::npos);
+  EXPECT_EQ(zep.Get(507),
             "ZEP Data files(*.ops)|*.ops|ZEP Multi-Network Data Files(*.omn)|*.omn|All Files|*.*");
-  EXPECT_EQ(zep.strings.Get(99), "");
-  for (const TestSession* test : {&zep, &torvik, &vorn}) {
-    EXPECT_EQ(test->strings.Problem(), "");
+  EXPECT_EQ(zep.Get(99), "");
+}
+
+TEST(StringTables, NameTheModelsOfThirteenTiers) {
+  for (const char* table : {"ZEP", "Torvik", "Vorn PMR II"}) {
+    const TestSession test(table);
     std::set<std::string> names;
-    for (int tier = 1; tier <= 13; ++tier) names.insert(AppGetRadioModel(test->session, tier));
-    EXPECT_EQ(names.size(), 13U);
-    EXPECT_FALSE(names.contains(""));
-    for (const int other : {0, 14, 100, -96}) EXPECT_EQ(AppGetRadioModel(test->session, other), "");
+    for (int tier = -200; tier <= 300; ++tier) names.insert(AppGetRadioModel(test.session, tier));
+    EXPECT_EQ(names.size(), 14U) << "all different, and empty for every other number";
+    EXPECT_FALSE(AppGetRadioModel(test.session, 1).empty());
+    EXPECT_FALSE(AppGetRadioModel(test.session, 13).empty());
   }
 }
 
@@ -247,17 +249,17 @@ TEST(Translations, OfADamagedDictionaryAreUsedAsFarAsTheyCanBeRead) {
     std::string_view contents;
     std::string_view problem;
   };
-  constexpr std::string_view kNoText =
+  constexpr std::string_view no_text =
       "this is no language (en, fr, es, zh) with a text in double quotes";
   for (const Row& row :
-       std::vector<Row>{{"en \"A\"\nfr \"B\n", kNoText},
-                        {"en \"A\"\nfr B\"\n", kNoText},
-                        {"en \"A\"\nfr \"B\"C\"\n", kNoText},
-                        {"en \"A\"\nfr \"B\\\"\n", kNoText},
-                        {"en \"A\"\nfr \"\\t\"\n", kNoText},
-                        {"en \"A\"\nfr \"\"\n", kNoText},
-                        {"en \"A\"\nde \"B\"\n", kNoText},
-                        {"en \"A\"\nfr\"B\"\n", kNoText},
+       std::vector<Row>{{"en \"A\"\nfr \"B\n", no_text},
+                        {"en \"A\"\nfr B\"\n", no_text},
+                        {"en \"A\"\nfr \"B\"C\"\n", no_text},
+                        {"en \"A\"\nfr \"B\\\"\n", no_text},
+                        {"en \"A\"\nfr \"\\t\"\n", no_text},
+                        {"en \"A\"\nfr \"\"\n", no_text},
+                        {"en \"A\"\nde \"B\"\n", no_text},
+                        {"en \"A\"\nfr\"B\"\n", no_text},
                         {"en \"A\"\nen \"A\"\n", "this text has an entry already"}}) {
     SCOPED_TRACE(std::string(row.contents));
     Translation translation;
