@@ -286,12 +286,11 @@ std::string ReadReplyFromComms(Link& link, int port, std::string_view mode) {
       line += character;
       continue;
     }
-    if (mode == "List") {
-      reply += GetListData(link.session, line);
-    } else {
-      reply += GetRecordData(link.session, line);
-      if (!IsIntactRecord(link.session, line)) ReportRadioError(link.session, "{C02}");
-    }
+    const bool is_list = mode == "List";
+    reply += is_list ? GetListData(link.session, line) : GetRecordData(link.session, line);
+    const bool is_intact =
+        is_list ? IsIntactListLine(link.session, line) : IsIntactRecord(link.session, line);
+    if (!is_intact) ReportRadioError(link.session, "{C02}");
     line.clear();
   }
   return reply;

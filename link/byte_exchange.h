@@ -73,7 +73,7 @@ void SendStringToFirstActiveComms(Link& link, std::string_view text);
 std::uint8_t WaitForDotFromActiveComms(Link& link);
 
 // Reads a reply of text lines up to the prompt ">" and returns the data of its lines, joined. Mode
-// "List": a line is two characters, a count, the data; any other mode: an item record, of which a
+// "List": a line is two characters, a count, the data; any other mode: an item record. A
 // corrupted one is reported as "{C02}". Silence sets DownloadError and returns what came.
 std::string ReadReplyFromComms(Link& link, int port, std::string_view mode);
 

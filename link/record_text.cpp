@@ -5,37 +5,57 @@
 namespace zep::link {
 namespace {
 
-// The data behind a length field of two characters that starts at this offset.
+constexpr std::size_t kRecordLengthAt = 4;
+constexpr std::size_t kListLengthAt = 2;
+
+// The number of data characters that the length field at this offset announces; 0 when the line
+// ends before it.
+std::size_t DataLength(services::Session& session, std::string_view line, std::size_t length_at) {
+  if (line.size() < length_at + 2) return 0;
+  return 2 *
+         static_cast<std::size_t>(services::ConHexByteToInt(session, line.substr(length_at, 2)));
+}
+
 std::string DataAfterLength(services::Session& session, std::string_view line,
                             std::size_t length_at) {
-  if (line.size() < length_at + 2) return {};
-  const auto length =
-      static_cast<std::size_t>(services::ConHexByteToInt(session, line.substr(length_at, 2)));
-  return std::string(line.substr(length_at + 2, 2 * length));
+  const std::size_t length = DataLength(session, line, length_at);
+  return length == 0 ? std::string() : std::string(line.substr(length_at + 2, length));
+}
+
+bool IsHex(std::string_view text) {
+  return text.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
 }
 
 }  // namespace
 
 bool IsEmptyRecord(std::string_view record) {
-  return record.size() >= 6 && record.substr(4, 2) == "00";
+  return record.size() >= kRecordLengthAt + 2 && record.substr(kRecordLengthAt, 2) == "00";
 }
 
 bool IsIntactRecord(services::Session& session, std::string_view record) {
-  if (record.size() < 8) return false;
-  const auto length =
-      static_cast<std::size_t>(services::ConHexByteToInt(session, record.substr(4, 2)));
-  const std::size_t checksum_at = 6 + 2 * length;
-  return record.size() >= checksum_at + 2 &&
-         services::CalcHexChecksum(session, record.substr(0, checksum_at)) ==
-             record.substr(checksum_at, 2);
+  const std::size_t checksum_at =
+      kRecordLengthAt + 2 + DataLength(session, record, kRecordLengthAt);
+  if (record.size() < checksum_at + 2) return false;
+  const std::string_view summed = record.substr(0, checksum_at);
+  return IsHex(summed) &&
+         services::CalcHexChecksum(session, summed) == record.substr(checksum_at, 2);
+}
+
+bool IsIntactListLine(services::Session& session, std::string_view line) {
+  constexpr std::size_t kHeaderLength = kListLengthAt + 2;
+  constexpr std::size_t kChecksumLength = 2;
+  if (line.size() < kHeaderLength) return true;
+  const std::size_t length = DataLength(session, line, kListLengthAt);
+  return length == 0 ? line.size() <= kHeaderLength + kChecksumLength
+                     : line.size() >= kHeaderLength + length;
 }
 
 std::string GetRecordData(services::Session& session, std::string_view record) {
-  return DataAfterLength(session, record, 4);
+  return DataAfterLength(session, record, kRecordLengthAt);
 }
 
 std::string GetListData(services::Session& session, std::string_view line) {
-  return DataAfterLength(session, line, 2);
+  return DataAfterLength(session, line, kListLengthAt);
 }
 
 }  // namespace zep::link

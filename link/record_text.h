@@ -18,6 +18,10 @@ bool IsEmptyRecord(std::string_view record);
 // looked at.
 bool IsIntactRecord(services::Session& session, std::string_view record);
 
+// The line of the item list holds as many items as its count says, and with a count of 0 nothing
+// but a checksum. A line too short for a count holds no items and is none the worse.
+bool IsIntactListLine(services::Session& session, std::string_view line);
+
 // The data characters of a record, or of a line of the item list; what there is of them when the
 // line is too short, nothing when it is too short for its length field.
 std::string GetRecordData(services::Session& session, std::string_view record);

@@ -105,11 +105,11 @@ std::optional<std::string> ReceiveRecord(RadioDb& db, ReadWriteView& view, std::
       !ReceiveUpTo(db.link, checksum, 2)) {
     return std::nullopt;
   }
-  // A record with a wrong checksum is kept all the same.
-  if (checksum != services::CalcHexChecksum(session, record))
-    link::ReportRadioError(session, "{C02}");
+  record += checksum;
+  // A corrupted record is kept all the same.
+  if (!link::IsIntactRecord(session, record)) link::ReportRadioError(session, "{C02}");
   ReceiveCharacter(db.link, kCarriageReturn);
-  return record + checksum;
+  return record;
 }
 
 void StoreRecord(const RadioDb& db, const std::string& record, ReadFiles& files) {
