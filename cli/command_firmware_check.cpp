@@ -1,0 +1,47 @@
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/image_report.h"
+#include "cli/text_layout.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+namespace {
+
+using firmware::ImageInspection;
+using services::NLSFmt;
+using services::NLSText;
+
+std::string ImageTable(const services::Session& session, const ImageInspection& image,
+                       const std::string& name) {
+  Table table;
+  const auto row = [&](std::string_view title, std::string value) {
+    table.AddRow({NLSFmt(session, title), std::move(value)});
+  };
+  row(NLSText("File"), name);
+  row(NLSText("Size"), NLSFmt(session, "%0:s bytes", {std::to_string(image.size)}));
+  row(NLSText("Model"), ImageModelText(session, image));
+  row(NLSText("Type"), NLSFmt(session, image.radio_type));
+  row(NLSText("Micro"), std::string(MicroName(image)));
+  row(NLSText("Flash"), std::string(FlashName(image)));
+  return table.Text();
+}
+
+ExitStatus Check(Program& program, const std::string& name) {
+  const ImageInspection image = firmware::InspectImage(name);
+  program.Json()["image"] = ImageJson(program.session, image, name);
+  if (!IsUsableImage(program, image)) return ExitStatus::kFile;
+  program.Print(ImageTable(program.session, image, name));
+  return ExitStatus::kDone;
+}
+
+}  // namespace
+
+Action DeclareFirmwareCheck(CLI::App& app) {
+  auto image = std::make_shared<std::string>();
+  app.add_option("IMAGE", *image, std::string(NLSText("firmware image (.bin)")))->required();
+  return [image](Program& program) { return Check(program, *image); };
+}
+
+}  // namespace zep::cli

@@ -1,0 +1,31 @@
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/identity_report.h"
+#include "radiodb/read_write_radio.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+namespace {
+
+ExitStatus Identify(Program& program) {
+  link::Link* link = program.LinkForJob();
+  if (link == nullptr) return program.JobStatus(false);
+  const link::Job job(*link);
+  program.progress.SetText(services::NLSFmt(program.session, "Reading Radio"));
+  radiodb::RadioDb db(*link);
+  const bool done = ReadSpecification(db);
+  program.progress.EndPhase();
+  if (done) {
+    program.Print(IdentityTable(program.session, db.identity).Text());
+    program.Json()["radio"] = IdentityJson(db.identity);
+  }
+  return program.JobStatus(done);
+}
+
+}  // namespace
+
+Action DeclareIdentify(CLI::App&) { return Identify; }
+
+}  // namespace zep::cli

@@ -1,0 +1,54 @@
+#include <CLI/CLI.hpp>
+#include <nlohmann/json.hpp>
+
+#include "cli/command.h"
+#include "cli/displays.h"
+#include "cli/identity_report.h"
+#include "radiodb/data_file_reader.h"
+#include "radiodb/read_write_radio.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+namespace {
+
+using radiodb::TransferKind;
+using services::NLSFmt;
+using services::NLSText;
+
+ExitStatus ProgramFile(Program& program, const std::string& name) {
+  // A file that cannot be read is no reason to trouble a radio.
+  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(program.session, name);
+  if (!file) return program.JobStatus(false);
+  const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
+
+  link::Link* link = program.LinkForJob();
+  if (link == nullptr) return program.JobStatus(false);
+  const link::Job job(*link);
+  radiodb::RadioDb db(*link);
+  db.transfer_kind =
+      identity && identity->is_calibration ? TransferKind::kCalibration : TransferKind::kChosenFile;
+  bool done = false;
+  {
+    ReadWriteDisplay display(program);
+    done = ProgramRadio(db, display, name);
+  }
+  if (!done) return program.JobStatus(false);
+  program.Print(NLSFmt(program.session, "Radio %0:s is programmed with %1:s.",
+                       {RadioName(db.identity), name}) +
+                "\n");
+  program.Json()["radio"] = IdentityJson(db.identity);
+  program.Json()["data_file"] = name;
+  return program.JobStatus(true);
+}
+
+}  // namespace
+
+Action DeclareProgram(CLI::App& app) {
+  auto file = std::make_shared<std::string>();
+  app.add_option("FILE", *file,
+                 std::string(NLSText("data file (.ops, .omn) or calibration file (.ocs)")))
+      ->required();
+  return [file](Program& program) { return ProgramFile(program, *file); };
+}
+
+}  // namespace zep::cli

@@ -1,0 +1,112 @@
+#include "cli/data_report.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "cli/identity_report.h"
+#include "link/record_text.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+namespace {
+
+using radiodb::DataFile;
+using radiodb::DataFileCheck;
+using radiodb::DataFileLine;
+using services::NLSFmt;
+using services::NLSText;
+
+constexpr std::string_view kHexDigits = "0123456789ABCDEF";
+
+bool IsRecord(std::string_view line) {
+  return line.size() >= 8 && line.find_first_not_of(kHexDigits) == std::string_view::npos;
+}
+
+std::string KindName(const services::Session& session, const DataFileCheck& check) {
+  if (check.identity && check.identity->is_calibration) return NLSFmt(session, "calibration file");
+  return check.networks > 1 ? NLSFmt(session, "multi-network data file")
+                            : NLSFmt(session, "data file");
+}
+
+}  // namespace
+
+std::vector<ItemSummary> SummariseItems(services::Session& session, const DataFile& file) {
+  std::vector<ItemSummary> items;
+  int network = 1;
+  for (const DataFileLine& line : file.lines) {
+    if (radiodb::IsNetworkSeparator(line.text)) ++network;
+    if (!IsRecord(line.text)) continue;
+    const std::string item = line.text.substr(0, 2);
+    const auto same = std::find_if(items.rbegin(), items.rend(), [&](const ItemSummary& summary) {
+      return summary.network == network && summary.item == item;
+    });
+    ItemSummary& summary =
+        same != items.rend()
+            ? *same
+            : items.emplace_back(ItemSummary{.item = item, .network = network, .records = {}});
+    summary.bytes += static_cast<int>(link::GetRecordData(session, line.text).size() / 2);
+    summary.records.push_back(&line);
+  }
+  return items;
+}
+
+std::string FileTypeName(const services::Session& session, const radiodb::FileIdentity& identity) {
+  const auto model = radiodb::FindRadioModel(identity.model_code);
+  return model ? NLSFmt(session, TypeName(model->type)) : std::string();
+}
+
+Table FileIdentityTable(const services::Session& session, const DataFile& file,
+                        const DataFileCheck& check) {
+  Table table;
+  const auto row = [&](std::string_view title, const std::string& value) {
+    if (!value.empty()) table.AddRow({NLSFmt(session, title), value});
+  };
+  row(NLSText("File"), file.path);
+  row(NLSText("Kind"), KindName(session, check));
+  for (const std::string& line : file.header) {
+    if (line.starts_with("Saved with")) row(NLSText("Header"), line);
+  }
+  if (const auto& identity = check.identity) {
+    row(NLSText("Model"),
+        ModelName(session, identity->model_code) + " (" + identity->model_code + ")");
+    row(NLSText("Model string"), identity->model_string);
+    row(NLSText("Type"), FileTypeName(session, *identity));
+    row(NLSText("Database version"), identity->database_version);
+    row(NLSText("Hardware version"), identity->hardware_version);
+    row(NLSText("Serial number"), NLSFmt(session, identity->serial_number));
+  }
+  row(NLSText("Networks"), std::to_string(check.networks));
+  row(NLSText("Records"), std::to_string(check.records));
+  return table;
+}
+
+nlohmann::ordered_json FileIdentityJson(const services::Session& session, const DataFile& file,
+                                        const DataFileCheck& check) {
+  nlohmann::ordered_json json;
+  json["file"] = file.path;
+  json["size"] = file.size;
+  json["header"] = file.header;
+  if (const auto& identity = check.identity) {
+    json["calibration"] = identity->is_calibration;
+    json["model_code"] = identity->model_code;
+    json["model"] = radiodb::FindRadioModel(identity->model_code)
+                        ? ModelName(session, identity->model_code)
+                        : "";
+    json["model_string"] = identity->model_string;
+    json["database_version"] = identity->database_version;
+    json["hardware_version"] = identity->hardware_version;
+    json["serial_number"] = identity->serial_number;
+  }
+  json["networks"] = check.networks;
+  json["records"] = check.records;
+  return json;
+}
+
+nlohmann::ordered_json FindingsJson(const DataFileCheck& check) {
+  nlohmann::ordered_json json = nlohmann::ordered_json::array();
+  for (const radiodb::Finding& finding : check.findings)
+    json.push_back({{"line", finding.line}, {"text", finding.text}});
+  return json;
+}
+
+}  // namespace zep::cli

@@ -1,0 +1,35 @@
+// What a data file holds, for people and for programs.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+#include "cli/text_layout.h"
+#include "radiodb/data_file_reader.h"
+
+namespace zep::cli {
+
+// An item of one network: its records in the order of the file.
+struct ItemSummary {
+  std::string item;  // two hexadecimal digits
+  int network = 1;
+  int bytes = 0;  // of data
+  std::vector<const radiodb::DataFileLine*> records;
+};
+
+// The items of a file, in its order; the file outlives them. Lines that are no records are left
+// out.
+std::vector<ItemSummary> SummariseItems(services::Session& session, const radiodb::DataFile& file);
+
+Table FileIdentityTable(const services::Session& session, const radiodb::DataFile& file,
+                        const radiodb::DataFileCheck& check);
+nlohmann::ordered_json FileIdentityJson(const services::Session& session,
+                                        const radiodb::DataFile& file,
+                                        const radiodb::DataFileCheck& check);
+nlohmann::ordered_json FindingsJson(const radiodb::DataFileCheck& check);
+
+// "Conventional", "Trunked", "Conventional II", translated; empty for any other type digit.
+std::string FileTypeName(const services::Session& session, const radiodb::FileIdentity& identity);
+
+}  // namespace zep::cli

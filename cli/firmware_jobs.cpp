@@ -1,0 +1,73 @@
+#include "cli/firmware_jobs.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "cli/displays.h"
+#include "cli/text_layout.h"
+#include "radiodb/read_write_radio.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+namespace {
+
+using firmware::SlotOutcome;
+using services::NLSFmt;
+using services::NLSText;
+
+std::string_view OutcomeName(SlotOutcome outcome) {
+  return outcome == SlotOutcome::kDone ? NLSText("done") : NLSText("failed");
+}
+
+}  // namespace
+
+bool FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
+  ReadWriteDisplay display(program_);
+  return ReadRadio(db, display);
+}
+
+bool FirmwareWindows::ProgramRadioData(radiodb::RadioDb& db, const std::string& file) {
+  ReadWriteDisplay display(program_);
+  has_programmed_ = ProgramRadio(db, display, file);
+  return has_programmed_;
+}
+
+void FirmwareWindows::TransferFirmware(firmware::Firmware& firmware) {
+  TransferDisplay display(program_);
+  firmware::TransferRun run(firmware, display, options_);
+  program_.user.SetCancelAction([&run] { Cancel(run); });
+  result_ = RunTransfer(run);
+  program_.user.SetCancelAction(nullptr);
+}
+
+bool FirmwareWindows::AllDone() const {
+  return result_.succeeded && std::ranges::count(result_.outcomes, SlotOutcome::kFailed) == 0;
+}
+
+void FirmwareWindows::Report(const firmware::Firmware& firmware) {
+  const services::Session& session = program_.session;
+  Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
+               NLSFmt(session, "Flash"), NLSFmt(session, "Result")});
+  nlohmann::ordered_json& json = program_.Json()["radios"] = nlohmann::ordered_json::array();
+  for (const int slot : link::kAllPorts) {
+    const std::size_t index = link::Link::Index(slot);
+    if (result_.outcomes[index] == SlotOutcome::kNotUsed) continue;
+    const std::string device = firmware.link.ports[index]->Device();
+    const link::SlotLabels& labels = firmware.labels[index];
+    const std::string_view outcome = OutcomeName(result_.outcomes[index]);
+    table.AddRow(
+        {std::to_string(slot), device, labels.micro, labels.flash, NLSFmt(session, outcome)});
+    json.push_back({{"slot", slot},
+                    {"device", device},
+                    {"micro", labels.micro},
+                    {"flash", labels.flash},
+                    {"result", outcome}});
+  }
+  if (!table.IsEmpty()) program_.Print(table.Text());
+  const firmware::TransferStatistics& statistics = result_.statistics;
+  program_.Json()["bytes"] = statistics.bytes;
+  program_.Json()["seconds"] =
+      std::chrono::duration<double>(statistics.ended - statistics.began).count();
+}
+
+}  // namespace zep::cli

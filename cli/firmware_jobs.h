@@ -1,0 +1,34 @@
+// The windows that a firmware download or upload opens one after the other, at a terminal.
+#pragma once
+
+#include "cli/program.h"
+#include "firmware/download.h"
+#include "firmware/transfer_engine.h"
+
+namespace zep::cli {
+
+class FirmwareWindows final : public firmware::DownloadWindows {
+ public:
+  FirmwareWindows(Program& program, const firmware::TransferOptions& options)
+      : program_(program), options_(options) {}
+
+  bool ReadRadioData(radiodb::RadioDb& db) override;
+  bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override;
+  void TransferFirmware(firmware::Firmware& firmware) override;
+
+  // How the last transfer ended, and whether every radio that took part is done.
+  const firmware::TransferResult& Result() const { return result_; }
+  bool AllDone() const;
+  bool HasProgrammed() const { return has_programmed_; }
+
+  // The radios with what became of them; empty when no transfer was begun.
+  void Report(const firmware::Firmware& firmware);
+
+ private:
+  Program& program_;
+  firmware::TransferOptions options_;
+  firmware::TransferResult result_;
+  bool has_programmed_ = false;
+};
+
+}  // namespace zep::cli

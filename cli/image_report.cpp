@@ -1,0 +1,47 @@
+#include "cli/image_report.h"
+
+#include <nlohmann/json.hpp>
+
+#include "cli/identity_report.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+
+using firmware::ImageInspection;
+
+std::string ImageModelText(const services::Session& session, const ImageInspection& image) {
+  return ModelName(session, image.model_code) + " (" + image.model_code + ")";
+}
+
+std::string_view MicroName(const ImageInspection& image) {
+  if (image.micro_type == 0) return {};
+  return image.micro_type == 1 ? "A1" : "E1";
+}
+
+std::string_view FlashName(const ImageInspection& image) {
+  if (image.flash_size == 0) return {};
+  return image.flash_size == 1 ? "1 Mbit" : "2 Mbit";
+}
+
+nlohmann::ordered_json ImageJson(const services::Session& session, const ImageInspection& image,
+                                 const std::string& name) {
+  nlohmann::ordered_json json;
+  json["file"] = name;
+  json["size"] = image.size;
+  json["valid"] = image.problem == firmware::ImageProblem::kNone;
+  json["model_code"] = image.model_code;
+  json["model"] = image.radio_model == 0 ? "" : ModelName(session, image.model_code);
+  json["type"] = image.radio_type;
+  json["micro"] = MicroName(image);
+  json["flash"] = FlashName(image);
+  return json;
+}
+
+bool IsUsableImage(Program& program, const ImageInspection& image) {
+  if (image.problem == firmware::ImageProblem::kNone) return true;
+  NLSMsgBox(program.session, ImageProblemText(program.session, image),
+            {.icon = services::Icon::kCritical});
+  return false;
+}
+
+}  // namespace zep::cli

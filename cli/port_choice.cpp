@@ -1,0 +1,157 @@
+#include "cli/port_choice.h"
+
+#include <algorithm>
+
+#include "cli/terminal_user.h"
+#include "link/port_slots.h"
+#include "platform/serial_device.h"
+#include "services/messages.h"
+#include "simulator/radio_text.h"
+#include "simulator/simulated_port.h"
+
+namespace zep::cli {
+namespace {
+
+using link::kAllPorts;
+using link::Link;
+using link::PortState;
+using services::Failure;
+using services::Icon;
+using services::NLSFmt;
+using services::NLSMsgBox;
+
+struct PortOption {
+  int slot = 0;  // 0: the next free one
+  std::string device;
+};
+
+PortOption ParsePort(const std::string& value) {
+  const std::size_t equals = value.find('=');
+  const bool has_slot =
+      equals != std::string::npos && equals > 0 && value.find_first_not_of("0123456789") == equals;
+  if (!has_slot) return {0, value};
+  const int slot = equals == 1 ? value[0] - '0' : link::kPortCount + 1;
+  return {slot >= 1 && slot <= link::kPortCount ? slot : -1, value.substr(equals + 1)};
+}
+
+// What is wrong with one value of -p; empty when nothing is.
+std::string PortProblem(const services::Session& session, const PortOption& option,
+                        const std::string& value, const SlotDevices& devices) {
+  if (option.device.empty() || option.slot < 0)
+    return NLSFmt(session,
+                  "%0:s names no port. Please give a device, as in \"-p /dev/ttyUSB0\", or a slot "
+                  "from 1 to 4 and a device, as in \"-p 2=/dev/ttyUSB0\".",
+                  {value});
+  if (option.slot > 0 && !devices[Link::Index(option.slot)].empty())
+    return NLSFmt(session, "Slot %0:s is named twice. Please name each slot once.",
+                  {std::to_string(option.slot)});
+  if (std::find(devices.begin(), devices.end(), option.device) != devices.end() &&
+      !simulator::IsSimulatedDevice(option.device))
+    return NLSFmt(session, "%0:s is named twice. Please name each device once.", {option.device});
+  return simulator::IsSimulatedDevice(option.device) ? simulator::ParseRadio(option.device).error
+                                                     : std::string();
+}
+
+// Tells why a port cannot be opened.
+void ReportPort(Link& link, int port) {
+  const platform::SystemError error = link.Port(port).Open();
+  link.Port(port).Close();
+  if (error) ReportError(link.session, error, "InitialiseComms", port);
+}
+
+void FailForPort(Link& link) {
+  if (link.session.failure == Failure::kNone) link.session.failure = Failure::kPort;
+}
+
+// "1 (/dev/ttyUSB0), 2 (/dev/ttyUSB1)"
+std::string ActivePorts(Link& link) {
+  std::string text;
+  for (const int port : kAllPorts) {
+    if (!link.IsActive(port)) continue;
+    text +=
+        (text.empty() ? "" : ", ") + std::to_string(port) + " (" + link.Port(port).Device() + ")";
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string ParsePorts(const services::Session& session, const std::vector<std::string>& values,
+                       SlotDevices& devices) {
+  if (values.size() > devices.size())
+    return NLSFmt(session, "There are four slots. Please name four ports at most.");
+  // Those with a slot of their own come first.
+  for (const bool takes_next_free : {false, true}) {
+    for (const std::string& value : values) {
+      const PortOption option = ParsePort(value);
+      if ((option.slot == 0) != takes_next_free) continue;
+      if (std::string problem = PortProblem(session, option, value, devices); !problem.empty())
+        return problem;
+      auto slot = takes_next_free ? std::find(devices.begin(), devices.end(), std::string())
+                                  : devices.begin() + option.slot - 1;
+      *slot = option.device;
+    }
+  }
+  return {};
+}
+
+std::unique_ptr<platform::SerialPort> MakePort(const std::string& device, platform::Clock& clock) {
+  if (!simulator::IsSimulatedDevice(device)) return platform::MakeSerialDevice(device);
+  simulator::Parsed<std::unique_ptr<simulator::SimulatedPort>> port =
+      simulator::MakeSimulatedPort(device, clock);
+  if (!port.value) return platform::MakeSerialDevice(device);
+  return std::move(*port.value);
+}
+
+bool ActivateNamedPorts(Link& link, const SlotDevices& devices) {
+  for (const int port : kAllPorts) {
+    const bool named = !devices[Link::Index(port)].empty();
+    link.State(port) = named ? PortState::kActive : PortState::kNotAvailable;
+  }
+  link::CheckCommPorts(link, false);
+  bool all_can_be_opened = true;
+  for (const int port : kAllPorts) {
+    if (devices[Link::Index(port)].empty() || link.IsActive(port)) continue;
+    ReportPort(link, port);
+    all_can_be_opened = false;
+  }
+  if (!all_can_be_opened) FailForPort(link);
+  return all_can_be_opened;
+}
+
+void TellOfMissingPort(Link& link) {
+  for (const int port : kAllPorts) {
+    const bool is_chosen = link::StateOfSettings(link, port) == PortState::kActive;
+    if (is_chosen && !link.IsActive(port)) ReportPort(link, port);
+  }
+  NLSMsgBox(link.session,
+            "No port is chosen. Please name the radio's port, as in \"zepctl -p /dev/ttyUSB0 "
+            "identify\"; \"zepctl ports\" shows the serial devices of this computer.",
+            {.icon = Icon::kCritical});
+  FailForPort(link);
+}
+
+void TerminalLinkWindows::ShowPreferences(Link& link) { TellOfMissingPort(link); }
+
+void TerminalLinkWindows::ShowPortSelection(Link& link) {
+  const std::string choices = ActivePorts(link);
+  const bool reads = link.session.TransferMode == services::Transfer::kRead;
+  const std::string title =
+      NLSFmt(link.session, reads ? services::NLSText("Select Port to Read")
+                                 : services::NLSText("Select Port to Program"));
+  while (const std::optional<std::string> typed = user_.AskLine(title + ": " + choices + " ")) {
+    if (typed->empty()) break;
+    const int port = typed->size() == 1 ? typed->front() - '0' : 0;
+    if (port < 1 || port > link::kPortCount || !link.IsActive(port)) continue;
+    SelectPort(link, port);
+    return;
+  }
+  NLSMsgBox(
+      link.session,
+      NLSFmt(link.session, "This works on one radio at a time. Please name one port with -p: %0:s.",
+             {choices}),
+      {.icon = Icon::kCritical});
+  FailForPort(link);
+}
+
+}  // namespace zep::cli

@@ -1,0 +1,49 @@
+// The serial ports that a command works on: those named with -p, else those of the settings.
+#pragma once
+
+#include <array>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "link/port_set.h"
+
+namespace zep::cli {
+
+class TerminalUser;
+
+// Devices by slot; empty: none.
+using SlotDevices = std::array<std::string, link::kPortCount>;
+
+// Fills in what the values of -p say: "N=DEVICE" goes into slot N, "DEVICE" into the next free one.
+// Returns what is wrong with them, translated; empty when nothing is.
+std::string ParsePorts(const services::Session& session, const std::vector<std::string>& values,
+                       SlotDevices& devices);
+
+// A closed port on a serial device of this computer, or with a simulated radio at its end when the
+// device begins with "sim:". No device gives a port that does not exist.
+std::unique_ptr<platform::SerialPort> MakePort(const std::string& device, platform::Clock& clock);
+
+// Makes the named ports Active and leaves all others alone. False when one of them cannot be
+// opened; the user has been told why and what to do.
+bool ActivateNamedPorts(link::Link& link, const SlotDevices& devices);
+
+// Tells the user that there is no Active port, how to name one, and why the ones that the settings
+// choose cannot be opened.
+void TellOfMissingPort(link::Link& link);
+
+// Stands in for the windows of the link.
+class TerminalLinkWindows final : public link::LinkWindows {
+ public:
+  explicit TerminalLinkWindows(TerminalUser& user) : user_(user) {}
+
+  // There is no such window: the user is told what to type.
+  void ShowPreferences(link::Link& link) override;
+  // Asks which port. Who cannot be asked is told the choices, and several ports stay Active.
+  void ShowPortSelection(link::Link& link) override;
+
+ private:
+  TerminalUser& user_;
+};
+
+}  // namespace zep::cli

@@ -1,0 +1,197 @@
+#include "cli/program.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "link/port_slots.h"
+#include "platform/files.h"
+#include "services/application.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+namespace {
+
+using services::Icon;
+using services::Language;
+using services::NLSFmt;
+using services::NLSMsgBox;
+
+// The high-speed card, which zepctl does not drive.
+class NoIoPorts final : public platform::IoPorts {
+ public:
+  void Out(std::uint16_t, std::uint8_t) override {}
+};
+
+std::optional<bool> AnswerToAll(const Options& options) {
+  if (options.yes) return true;
+  if (options.no) return false;
+  return std::nullopt;
+}
+
+std::optional<Language> FindLanguage(const std::string& code) {
+  for (int number = 1; number <= services::kLanguageCount; ++number) {
+    const auto language = static_cast<Language>(number);
+    if (services::LanguageCode(language) == code) return language;
+  }
+  return std::nullopt;
+}
+
+bool IsStringTable(const std::string& name, const std::string& application_folder) {
+  const std::vector<std::string> names = services::StringTable::Names();
+  return std::find(names.begin(), names.end(), name) != names.end() ||
+         platform::FileExists(services::AppMakePath(application_folder, name + ".strings"));
+}
+
+std::string_view Name(Icon icon) {
+  switch (icon) {
+    case Icon::kInformation:
+      return "information";
+    case Icon::kCritical:
+      return "critical";
+    case Icon::kQuestion:
+      return "question";
+  }
+  return {};
+}
+
+nlohmann::ordered_json Describe(const ShownMessage& message) {
+  nlohmann::ordered_json described;
+  described["icon"] = message.answer ? Name(Icon::kQuestion) : Name(message.icon);
+  described["text"] = message.text;
+  if (message.answer) {
+    described["answer"] =
+        *message.answer == services::Answer::kYes || *message.answer == services::Answer::kOk;
+  }
+  return described;
+}
+
+}  // namespace
+
+Program::Ground::Ground(const Options& options, const Surroundings& world)
+    : paths(services::FindApplicationPaths(options.application_folder)),
+      strings(options.string_table, paths.application_folder),
+      log(world.clock, services::AppMakePath(paths.application_folder, services::kLogFile)),
+      settings(world.user_hive, world.machine_hive, strings, log) {}
+
+Program::Program(const Options& program_options, const Surroundings& world)
+    : options(program_options),
+      surroundings(world),
+      user(world.console, AnswerToAll(program_options)),
+      ground_(program_options, world),
+      session({.clock = world.clock,
+               .user = user,
+               .settings = ground_.settings,
+               .strings = ground_.strings,
+               .translation = ground_.translation,
+               .log = ground_.log},
+              ground_.paths),
+      progress(world.console, session, byte_count_, program_options.quiet),
+      json_(std::make_unique<nlohmann::ordered_json>(nlohmann::ordered_json::object())),
+      io_ports_(std::make_unique<NoIoPorts>()),
+      windows_(std::make_unique<TerminalLinkWindows>(user)) {
+  user.Attach(session, progress);
+  session.in_house = options.in_house;
+}
+
+Program::~Program() = default;
+
+std::string Program::ChooseLanguage() {
+  const std::optional<Language> wanted = FindLanguage(options.language);
+  const platform::SystemError error = services::LoadTexts(session, wanted);
+  if (error) ShowNote(error);
+  if (wanted || options.language.empty()) return {};
+  return NLSFmt(session, "There is no language %0:s. Please choose en, fr, es or zh.",
+                {options.language});
+}
+
+ExitStatus Program::Start() {
+  const std::string& folder = options.application_folder;
+  if (!folder.empty() && !platform::IsFolder(folder)) {
+    user.Say(NLSFmt(session,
+                    "There is no folder %0:s. Please make the folder, or choose another one.",
+                    {folder}));
+    return ExitStatus::kFile;
+  }
+  if (!IsStringTable(options.string_table, session.paths.application_folder)) {
+    return UsageError(NLSFmt(session,
+                             "There is no string table %0:s. Please choose ZEP, \"Vorn PMR II\" or "
+                             "Torvik.",
+                             {options.string_table}));
+  }
+  if (!session.strings.Problem().empty()) user.Say(session.strings.Problem());
+  if (const std::string problem = ParsePorts(session, options.ports, devices_); !problem.empty())
+    return UsageError(problem);
+  ShowNote(surroundings.user_hive.Problem());
+  ShowNote(surroundings.machine_hive.Problem());
+  if (options.trace.empty()) return ExitStatus::kDone;
+  trace_ = std::make_unique<WireTrace>(surroundings.clock);
+  const platform::SystemError error = trace_->Open(options.trace);
+  if (!error) return ExitStatus::kDone;
+  ReportError(session, error, "--trace");
+  return ExitStatus::kFile;
+}
+
+link::Link& Program::Link() {
+  if (link_) return *link_;
+  link::Ports ports;
+  for (const int number : link::kAllPorts) {
+    const std::size_t index = link::Link::Index(number);
+    const std::string device =
+        NamesPorts() ? devices_[index] : link::SlotDevice(session.settings, number);
+    ports[index] =
+        std::make_unique<WatchedPort>(surroundings.make_port(device), byte_count_, trace_.get());
+  }
+  link_ = std::make_unique<link::Link>(session, std::move(ports), *windows_, *io_ports_);
+  if (!NamesPorts()) link::CheckCommPorts(*link_, true);
+  return *link_;
+}
+
+link::Link* Program::LinkForJob() {
+  link::Link& link = Link();
+  if (NamesPorts()) return ActivateNamedPorts(link, devices_) ? &link : nullptr;
+  if (link::FirstActivePort(link) != 0) return &link;
+  TellOfMissingPort(link);
+  return nullptr;
+}
+
+void Program::Print(const std::string& text) {
+  progress.StepAside();
+  if (!options.json) surroundings.console.WriteOutput(text);
+}
+
+ExitStatus Program::UsageError(const std::string& text) {
+  user.Say(text);
+  user.Say(NLSFmt(session, "\"zepctl --help\" shows the commands and options."));
+  return ExitStatus::kUsage;
+}
+
+ExitStatus Program::JobStatus(bool done) const {
+  if (session.failure != services::Failure::kNone) return StatusOf(session.failure);
+  if (user.BrokeOff()) return ExitStatus::kCancelled;
+  return done ? ExitStatus::kDone : ExitStatus::kRefused;
+}
+
+void Program::Finish(ExitStatus status) {
+  progress.EndPhase();
+  if (trace_ && trace_->Error()) ReportError(session, trace_->Error(), "--trace");
+  ShowNote(session.settings.WriteProblem());
+  if (!options.json || status == ExitStatus::kUsage) return;
+  nlohmann::ordered_json all;
+  all["ok"] = status == ExitStatus::kDone;
+  all["exit_status"] = static_cast<int>(status);
+  all.update(*json_);
+  all["messages"] = nlohmann::ordered_json::array();
+  for (const ShownMessage& message : user.Messages()) all["messages"].push_back(Describe(message));
+  // Text from a radio or a file need not be UTF-8.
+  surroundings.console.WriteOutput(
+      all.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+}
+
+void Program::ShowNote(const platform::SystemError& error) {
+  if (!error) return;
+  std::string text = error.subject + ": " + error.description + ".";
+  if (!error.advice.empty()) text = NLSFmt(session, error.advice, error.advice_arguments);
+  user.Say(text);
+}
+
+}  // namespace zep::cli

@@ -1,0 +1,104 @@
+// What a command works with: the session at a terminal, the link over the chosen ports, and the
+// ways to answer.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <vector>
+
+#include "cli/console.h"
+#include "cli/exit_status.h"
+#include "cli/options.h"
+#include "cli/port_choice.h"
+#include "cli/progress.h"
+#include "cli/terminal_user.h"
+#include "cli/wire_trace.h"
+#include "link/port_set.h"
+#include "platform/serial_list.h"
+#include "services/session.h"
+
+namespace zep::cli {
+
+// The world around the program; a test has its own. All of it outlives the program.
+struct Surroundings {
+  Console& console;
+  platform::Clock& clock;
+  platform::SettingsHive& user_hive;
+  platform::SettingsHive& machine_hive;
+  std::function<std::unique_ptr<platform::SerialPort>(const std::string& device)> make_port;
+  std::function<std::vector<platform::SerialDeviceInfo>()> list_devices;
+};
+
+class Program {
+  // What the session stands on.
+  struct Ground {
+    Ground(const Options& options, const Surroundings& world);
+
+    services::ApplicationPaths paths;
+    services::StringTable strings;
+    services::Translation translation;
+    services::ApplicationLog log;
+    services::Settings settings;
+  };
+
+ public:
+  Program(const Options& program_options, const Surroundings& world);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  const Options& options;
+  const Surroundings& surroundings;
+  TerminalUser user;
+
+ private:
+  Ground ground_;
+
+ public:
+  services::Session session;
+  ProgressMeter progress;
+
+  // Chooses the language; with an unknown one, what to tell the user. Has to come before the first
+  // text.
+  std::string ChooseLanguage();
+  // Checks the options, tells what is wrong with settings and texts, and starts the trace. Anything
+  // but kDone ends the program; the user has been told.
+  ExitStatus Start();
+
+  // The link over the ports of the options or of the settings, with their states checked.
+  link::Link& Link();
+  // The same for a job. Null when none is Active, or one that was named cannot be used; the user
+  // has been told and session.failure is kPort.
+  link::Link* LinkForJob();
+  // Whether the ports were named with -p, rather than left to the settings.
+  bool NamesPorts() const { return !options.ports.empty(); }
+
+  // A result for people: left out with --json.
+  void Print(const std::string& text);
+  // The object that --json prints at the end.
+  nlohmann::ordered_json& Json() { return *json_; }
+
+  // Says that the command was not given as it should be.
+  ExitStatus UsageError(const std::string& text);
+  // How a job ended. done: all that it should do is done.
+  ExitStatus JobStatus(bool done) const;
+
+  // What is left to be said at the end: the object of --json, settings that could not be stored.
+  void Finish(ExitStatus status);
+
+ private:
+  void ShowNote(const platform::SystemError& error);
+
+  std::uint64_t byte_count_ = 0;
+  SlotDevices devices_;  // named with -p
+  std::unique_ptr<nlohmann::ordered_json> json_;
+  std::unique_ptr<WireTrace> trace_;
+  std::unique_ptr<platform::IoPorts> io_ports_;
+  std::unique_ptr<link::LinkWindows> windows_;
+  std::unique_ptr<link::Link> link_;
+};
+
+}  // namespace zep::cli

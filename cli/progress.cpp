@@ -1,0 +1,184 @@
+#include "cli/progress.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdio>
+#include <utility>
+
+#include "cli/text_layout.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+namespace {
+
+using platform::Duration;
+using services::NLSFmt;
+
+constexpr Duration kBetweenDrawings = std::chrono::milliseconds(100);
+constexpr Duration kBetweenPlainLines = std::chrono::seconds(1);
+constexpr int kPlainStep = 10;  // percent
+constexpr int kWidestBar = 30;
+constexpr int kNarrowestBar = 8;
+
+double Seconds(Duration duration) { return std::chrono::duration<double>(duration).count(); }
+
+// "0:42", "1:02:03"
+std::string Time(double seconds) {
+  const auto total = static_cast<long>(seconds + 0.5);
+  std::array<char, 32> text{};
+  if (total < 3600) {
+    std::snprintf(text.data(), text.size(), "%ld:%02ld", total / 60, total % 60);
+  } else {
+    std::snprintf(text.data(), text.size(), "%ld:%02ld:%02ld", total / 3600, total / 60 % 60,
+                  total % 60);
+  }
+  return text.data();
+}
+
+// "958 B/s", "9.4 kB/s"
+std::string Rate(double bytes_per_second) {
+  std::array<char, 32> text{};
+  if (bytes_per_second < 1000) {
+    std::snprintf(text.data(), text.size(), "%.0f B/s", bytes_per_second);
+  } else if (bytes_per_second < 1e6) {
+    std::snprintf(text.data(), text.size(), "%.1f kB/s", bytes_per_second / 1e3);
+  } else {
+    std::snprintf(text.data(), text.size(), "%.1f MB/s", bytes_per_second / 1e6);
+  }
+  return text.data();
+}
+
+std::string Bar(int percent, int width) {
+  const auto inside = static_cast<std::size_t>(width - 2);
+  const std::size_t full = inside * static_cast<std::size_t>(percent) / 100;
+  std::string bar(full, '=');
+  if (full < inside) bar += '>';
+  bar.resize(inside, ' ');
+  return "[" + bar + "]";
+}
+
+std::string WithoutDots(std::string text) {
+  text.erase(text.find_last_not_of(". ") + 1);
+  return text;
+}
+
+}  // namespace
+
+ProgressMeter::ProgressMeter(Console& console, const services::Session& session,
+                             const std::uint64_t& bytes_on_the_wire, bool quiet)
+    : console_(console),
+      session_(session),
+      bytes_on_the_wire_(bytes_on_the_wire),
+      quiet_(quiet),
+      draws_bar_(!quiet && console.ShowsToPerson()) {}
+
+void ProgressMeter::SetText(std::string text) {
+  text = WithoutDots(std::move(text));
+  if (text == text_) return;
+  if (IsMoving()) EndPhase();
+  text_ = std::move(text);
+  Tick();
+}
+
+void ProgressMeter::SetMaximum(int maximum) {
+  EndPhase();
+  maximum_ = maximum;
+}
+
+void ProgressMeter::SetValue(int value) {
+  value_ = std::clamp(value, 0, maximum_);
+  if (quiet_) return;
+  if (draws_bar_) {
+    Tick();
+  } else {
+    ShowPlainLines();
+  }
+}
+
+void ProgressMeter::Tick() {
+  if (!draws_bar_ || text_.empty()) return;
+  const Duration now = session_.clock.Now();
+  if (columns_drawn_ > 0 && now - last_shown_ < kBetweenDrawings) return;
+  last_shown_ = now;
+  Draw(BarLine(false));
+}
+
+void ProgressMeter::ShowLine(const std::string& line) {
+  if (quiet_) return;
+  StepAside();
+  console_.WriteError(line + "\n");
+}
+
+void ProgressMeter::StepAside() {
+  if (columns_drawn_ == 0) return;
+  console_.WriteError("\r" + std::string(static_cast<std::size_t>(columns_drawn_), ' ') + "\r");
+  columns_drawn_ = 0;
+}
+
+void ProgressMeter::EndPhase() {
+  if (IsMoving() && draws_bar_ && !text_.empty()) {
+    Draw(BarLine(true));
+    console_.WriteError("\n");
+    columns_drawn_ = 0;
+  } else {
+    StepAside();
+  }
+  Restart();
+}
+
+int ProgressMeter::Percent() const {
+  return maximum_ > 0 ? static_cast<int>(100LL * value_ / maximum_) : 0;
+}
+
+std::string ProgressMeter::RateAndTime(bool at_the_end) const {
+  const double elapsed = Seconds(session_.clock.Now() - started_);
+  if (elapsed <= 0 || value_ <= 0) return {};
+  std::string text;
+  if (const std::uint64_t bytes = bytes_on_the_wire_ - bytes_at_start_; bytes > 0)
+    text += "  " + Rate(static_cast<double>(bytes) / elapsed);
+  if (at_the_end) return text + "  " + NLSFmt(session_, "in %0:s", {Time(elapsed)});
+  return text + "  " +
+         NLSFmt(session_, "%0:s left", {Time(elapsed * (maximum_ - value_) / value_)});
+}
+
+std::string ProgressMeter::BarLine(bool at_the_end) const {
+  const int room = console_.Width() - 1;
+  if (maximum_ <= 0) return CutTo(text_, room);
+  std::string percent = std::to_string(Percent()) + " %";
+  percent.insert(0, 5 - std::min<std::size_t>(percent.size(), 5), ' ');
+  const std::string tail = "  " + percent + RateAndTime(at_the_end);
+  const int left = room - DisplayWidth(text_) - DisplayWidth(tail) - 2;
+  if (left < kNarrowestBar) return CutTo(text_, room - DisplayWidth(tail)) + tail;
+  return text_ + "  " + Bar(Percent(), std::min(left, kWidestBar)) + tail;
+}
+
+void ProgressMeter::Draw(const std::string& line) {
+  const int columns = DisplayWidth(line);
+  console_.WriteError("\r" + PadTo(line, columns_drawn_));
+  columns_drawn_ = columns;
+}
+
+void ProgressMeter::ShowPlainLines() {
+  if (!IsMoving() || text_.empty()) return;
+  const Duration now = session_.clock.Now();
+  if (percent_shown_ < 0) {
+    console_.WriteError(text_ + "\n");
+    percent_shown_ = 0;
+    last_shown_ = now;
+  }
+  const int percent = Percent() / kPlainStep * kPlainStep;
+  const bool is_last = percent == 100;
+  if (percent == percent_shown_ || (!is_last && now - last_shown_ < kBetweenPlainLines)) return;
+  percent_shown_ = percent;
+  last_shown_ = now;
+  console_.WriteError(text_ + "  " + std::to_string(percent) + " %" + RateAndTime(is_last) + "\n");
+}
+
+void ProgressMeter::Restart() {
+  value_ = 0;
+  percent_shown_ = -1;
+  started_ = session_.clock.Now();
+  bytes_at_start_ = bytes_on_the_wire_;
+}
+
+}  // namespace zep::cli

@@ -1,0 +1,44 @@
+#include "cli/zepctl.h"
+
+#include "cli/command_line.h"
+#include "services/messages.h"
+#include "services/resource_ids.h"
+
+namespace zep::cli {
+namespace {
+
+ExitStatus Run(CommandLine& command_line, CommandLine::Outcome outcome, Program& program) {
+  Console& console = program.surroundings.console;
+  const std::string language_problem = program.ChooseLanguage();
+  switch (outcome) {
+    case CommandLine::Outcome::kHelp:
+      console.WriteOutput(command_line.Help(program.session, console.Width()));
+      return ExitStatus::kDone;
+    case CommandLine::Outcome::kVersion:
+      console.WriteOutput("zepctl " + program.session.strings.Get(services::kResVersion) + "\n");
+      return ExitStatus::kDone;
+    case CommandLine::Outcome::kNothing:
+      console.WriteError(command_line.Help(program.session, console.Width()));
+      return ExitStatus::kUsage;
+    case CommandLine::Outcome::kProblem:
+      return program.UsageError(command_line.Problem(program.session));
+    case CommandLine::Outcome::kRun:
+      break;
+  }
+  if (!language_problem.empty()) return program.UsageError(language_problem);
+  const ExitStatus start = program.Start();
+  return start == ExitStatus::kDone ? command_line.action(program) : start;
+}
+
+}  // namespace
+
+ExitStatus RunZepctl(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
+  CommandLine command_line;
+  const CommandLine::Outcome outcome = command_line.Parse(arguments);
+  Program program(command_line.options, surroundings);
+  const ExitStatus status = Run(command_line, outcome, program);
+  program.Finish(status);
+  return status;
+}
+
+}  // namespace zep::cli

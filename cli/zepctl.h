@@ -1,0 +1,15 @@
+// zepctl: every job of the application from a terminal.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/exit_status.h"
+#include "cli/program.h"
+
+namespace zep::cli {
+
+// Runs the program with these arguments, in UTF-8 and without its own name.
+ExitStatus RunZepctl(const std::vector<std::string>& arguments, const Surroundings& surroundings);
+
+}  // namespace zep::cli
