@@ -98,7 +98,8 @@ bool ChooseFileWithUser(RadioDb& db) {
     return false;
   }
   SaveDefaultDataFilePath(session, file);
-  if (platform::FileExists(file) && !UserSaysYes(session, "File exists overwrite?")) return false;
+  if (platform::FileExists(file) && !UserSaysYes(session, NLSText("File exists overwrite?")))
+    return false;
   db.data_file = file;
   return true;
 }
