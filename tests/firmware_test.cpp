@@ -1,0 +1,193 @@
+#include <cstdio>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "firmware/download.h"
+#include "tests/firmware_testing.h"
+
+namespace zep::firmware {
+namespace {
+
+using testing::ImageBytes;
+using testing::TestLink;
+using testing::TestSession;
+
+// Bank/kind start-end @file offset *blocks.
+std::string RowText(const MemoryMapEntry& row) {
+  std::array<char, 64> text{};
+  std::snprintf(text.data(), text.size(), "%d/%d %X-%X @%X *%d", row.Bank, row.Kind,
+                static_cast<unsigned>(row.StartAddress), static_cast<unsigned>(row.EndAddress),
+                static_cast<unsigned>(row.FileOffset), row.Blocks);
+  return text.data();
+}
+
+TEST(MemoryMaps, AreAsTheDownloadersExpectThem) {
+  TestSession test;
+  const MemoryMap a1 = BuildA1MemoryMap(test.session);
+  const MemoryMap e1 = BuildE1MemoryMap(test.session);
+  std::string all;
+  std::string different;
+  for (std::size_t at = 0; at < a1.size(); ++at) {
+    all += RowText(a1[at]) + "\n";
+    if (RowText(e1[at]) != RowText(a1[at]))
+      different += std::to_string(at + 1) + ": " + RowText(e1[at]) + "\n";
+  }
+  EXPECT_EQ(all,
+            "0/2 0-100 @0 *2\n0/1 100-1000 @100 *30\n0/2 1000-1080 @1000 *1\n"
+            "0/1 1080-5000 @1080 *127\n0/2 5000-8000 @5000 *96\n0/1 8000-B600 @8000 *108\n"
+            "0/2 B600-B800 @B600 *4\n0/1 B800-FFFF @B800 *144\n1/3 0-100 @10000 *2\n"
+            "1/1 100-1000 @10100 *30\n1/3 1000-1080 @11000 *1\n1/1 1080-5000 @11080 *127\n"
+            "1/3 5000-8100 @15000 *98\n2/1 100-1000 @18100 *30\n2/3 1000-1080 @19000 *1\n"
+            "2/1 1080-5000 @19080 *127\n2/3 D000-1FFFF @1D000 *96\n3/2 0-100 @20000 *2\n"
+            "3/1 100-1000 @20100 *30\n3/2 1000-1080 @21000 *1\n3/1 1080-5000 @21080 *127\n"
+            "3/2 5000-8000 @25000 *96\n3/1 8000-B600 @28000 *108\n3/2 B600-B800 @2B600 *4\n"
+            "3/1 B800-FFFF @2B800 *144\n4/3 0-100 @30000 *2\n4/1 100-1000 @30100 *30\n"
+            "4/3 1000-1080 @31000 *1\n4/1 1080-5000 @31080 *127\n4/3 5000-8100 @35000 *98\n"
+            "5/1 100-1000 @38100 *30\n5/3 1000-1080 @39000 *1\n5/1 1080-5000 @39080 *127\n"
+            "5/3 D000-1FFFF @3D000 *96\n");
+  EXPECT_EQ(different,
+            "1: 0/2 0-200 @0 *4\n2: 0/1 200-1000 @200 *28\n9: 1/3 0-200 @10000 *4\n"
+            "10: 1/1 200-1000 @10200 *28\n13: 1/3 5000-8200 @15000 *100\n"
+            "14: 2/1 200-1000 @18200 *28\n18: 3/2 0-200 @20000 *4\n19: 3/1 200-1000 @20200 *28\n"
+            "26: 4/3 0-200 @30000 *4\n27: 4/1 200-1000 @30200 *28\n30: 4/3 5000-8200 @35000 *100\n"
+            "31: 5/1 200-1000 @38200 *28\n");
+}
+
+TEST(FlashDevices, AreKnownByMakerAndDevice) {
+  const auto text = [](std::uint8_t manufacturer, std::uint8_t device) {
+    const FlashDevice flash = IdentifyFlashDevice(manufacturer, device);
+    return flash.Name + " " + std::to_string(flash.Size);
+  };
+  EXPECT_EQ(text(0x1F, 0xD5), "AT29C010A 1MBit 1");
+  EXPECT_EQ(text(0x1F, 0xDA), "AT29C020 2MBit 2");
+  EXPECT_EQ(text(0x1F, 0x00), " 0");
+  EXPECT_EQ(text(0xBF, 0x10), "SST29EE020 2MBit 2");
+  EXPECT_EQ(text(0xBF, 0x24), "SST29SF020 2MBit 2");
+  EXPECT_EQ(text(0xBF, 0xD5), " 0");
+  EXPECT_EQ(text(0x01, 0x02), "Unknown 3");
+}
+
+TEST(ImageFiles, AreRecognisedByMarkerAndSize) {
+  const auto a1 = [](std::string_view identity, std::size_t offset, std::size_t size = 131072) {
+    return ImageBytes(size, identity, offset);
+  };
+  const std::string e1 = a1("ZEP-xx52 ", 0x8000).replace(0xFF, 128, 128, '\xFF');
+  const std::string unknown = "information Radio Model is invalid, will be set to 'ZEP 1100'.; ";
+  const std::string past_end =
+      "critical Error: 62 Input past end of file [CheckForValidFile]\nThe file F ";
+  struct Row {
+    std::string name, contents, found;  // model, type, micro, flash, after 9, X, 9, 9; boxes
+  };
+  for (const Row& row : std::vector<Row>{
+           {"A1", a1("ZEP-xx52 ", 0x8000), "valid 7 Trunked 1 1|"},
+           {"2 Mbit E1", e1 + std::string(131072, '\0'), "valid 7 Trunked 2 2|"},
+           {"last of the area", std::string(e1).replace(0x17E, 1, "1"), "valid 7 Trunked 1 1|"},
+           {"before the area", std::string(e1).replace(0xFE, 1, "1"), "valid 7 Trunked 2 1|"},
+           {"behind the area", std::string(e1).replace(0x17F, 1, "1"), "valid 7 Trunked 2 1|"},
+           {"first in the window", a1("ZEP-xx43 ", 0x7FFF), "valid 10 Conventional 1 1|"},
+           {"before the window", a1("ZEP-xx43 ", 0x7FFE), "refused 9 X 1 9|"},
+           {"last in the window", a1("ZEP-xx81 ", 0xFFF9), "valid 12 Conventional 1 1|"},
+           {"behind the window", a1("ZEP-xx81 ", 0xFFFF), "refused 9 X 1 9|"},
+           {"cut by the window's end", a1("ZEP-xx81 ", 0xFFFA),
+            "refused 9 X 9 9|critical Error: 9 Subscript out of range [CheckForValidFile]\nThe "
+            "file F "
+            "does not say which radio it is for (there is no \"ZEP-xx\" in it), so it is no "
+            "firmware file.; "},
+           {"repeated start", a1("ZZEP-xx11", 0x8000), "valid 1 Conventional 1 1|"},
+           {"unknown model", a1("ZEP-xx92 ", 0x8000), "valid 0 Trunked 1 1|" + unknown},
+           {"no digit", a1("ZEP-xx5A ", 0x8000), "valid 0  1 1|" + unknown},
+           {"one byte short", a1("ZEP-xx52 ", 0x8000, 262143),
+            "refused 7 Trunked 9 9|information File size: 262143 incorrect; "},
+           {"one byte long", a1("ZEP-xx11 ", 0x8000, 131073),
+            "refused 1 Conventional 9 9|information File size: 131073 incorrect; "},
+           {"only the window", a1("", 0, 65535), "refused 9 X 9 9|"},
+           {"ends in the identity", a1("ZEP-xx1", 0xFFF9, 65535),
+            "refused 9 X 9 9|" + past_end +
+                "has 65535 bytes, but a firmware file has 131072 or 262144.; "},
+           {"empty", "", "refused 9 X 9 9|" + past_end + "is empty.; "}}) {
+    SCOPED_TRACE(row.name);
+    TestSession test;
+    ImageFile image{"", "", 9, "X", 9, 9};
+    ChooseImageFile(image, test.folder.Write("a.bin", row.contents));
+    std::string found = CheckForValidFile(test.session, image) ? "valid " : "refused ";
+    found += std::to_string(image.FirmwareRadioModel) + " " + image.FirmwareRadioType + " " +
+             std::to_string(image.FirmwareMicroType) + " " +
+             std::to_string(image.FirmwareFlashSize) + "|" + testing::Brief(test.user.Boxes());
+    if (const auto at = found.find(image.FullName()); at != std::string::npos)
+      found.replace(at, image.FullName().size(), "F");
+    EXPECT_EQ(found, row.found);
+  }
+}
+
+TEST(ImageFiles, ThatCannotBeUsedAreExplained) {
+  TestSession test;
+  ImageFile image{test.folder.Path(""), "a.bin", 0, "", 0, 0};
+  const std::string name = image.FullName();
+  const auto problem = [&] {
+    EXPECT_FALSE(CheckForValidFile(test.session, image));
+    return ImageProblemText(test.session, InspectImage(name));
+  };
+  EXPECT_EQ(problem(), "There is no file " + name +
+                           ". Please check its name and folder, or choose another file.");
+  test.folder.Write("a.bin/b", "");
+  EXPECT_EQ(problem(), name + " is a folder. Please choose a file.");
+  EXPECT_EQ(test.user.Boxes(), "");
+  std::filesystem::remove_all(name);
+  test.folder.Write("a.bin", ImageBytes(131073, "ZEP-xx11 ", 0x8000));
+  EXPECT_EQ(problem(), "The file " + name +
+                           " has 131073 bytes, but a firmware file has 131072 or "
+                           "262144. Please choose another file.");
+}
+
+TEST(ImageFiles, AreComparedWithEveryRadio) {
+  const std::string a1_into_e1 = "critical You cannot program an A1 file into a E1 radio. -> OK\n";
+  const std::string too_large =
+      "critical You cannot load a 2 megabit file into a 1 megabit flash. -> OK\n";
+  const std::string hardware =
+      "critical The version of firmware you have selected to download is incompatible with the "
+      "radio hardware - the firmware will not run on this radio's microprocessor. -> OK\n";
+  const std::string unknown = "critical A flash device is not recognised. -> OK\n";
+  struct Row {
+    std::string image, radios, boxes;  // model, micro, flash; micro and flash, from slot 2 on
+    bool in_house = false;
+  };
+  for (const Row& row : std::vector<Row>{{"311", "A1 1", ""},
+                                         {"422", "E1 2", ""},
+                                         {"321", "A1 1", ""},
+                                         {"111", "A1 2", ""},
+                                         {"111", "E1 2 A1 1 E1 1", a1_into_e1 + a1_into_e1},
+                                         {"112", "none 1", too_large},
+                                         {"421", "A1 1", hardware},
+                                         {"421", "A1 1", "", true},
+                                         {"412", "A1 1 E1 2", too_large + hardware + a1_into_e1},
+                                         {"112", "A1 0", ""},
+                                         {"111", "A1 3 A1 3", unknown},
+                                         {"111", "A1 3 E1 1", a1_into_e1}}) {
+    SCOPED_TRACE(row.image + " into " + row.radios);
+    TestLink test;
+    Firmware firmware(test.link);
+    firmware.image = {"", "", row.image[0] - '0', "", row.image[1] - '0', row.image[2] - '0'};
+    test.session.in_house = row.in_house;
+    std::istringstream radios(row.radios);
+    for (int slot = 2; radios >> firmware.Labels(slot).micro >> firmware.Flash(slot).Size;) ++slot;
+    VerifyFlashFile(firmware);
+    EXPECT_EQ(test.user.Boxes(), row.boxes);
+    EXPECT_EQ(test.session.DownloadError, !row.boxes.empty());
+  }
+}
+
+TEST(DownloadChoices, AreKeptWithTheirSeparators) {
+  TestSession test;
+  const std::string separator(1, services::kPathSeparator);
+  EXPECT_EQ(LoadDownloadChoices(test.session).DataFilePath,
+            test.folder.Path("Data Files") + separator);
+  SaveDownloadChoices(test.session, {"a.bin", "typed", "b.ops", "kept" + separator, false});
+  const DownloadChoices choices = LoadDownloadChoices(test.session);
+  EXPECT_EQ(choices.BinaryFilePath + choices.BinaryFileName, "typed" + separator + "a.bin");
+  EXPECT_EQ(choices.DataFilePath + choices.DataFileName, "kept" + separator + "b.ops");
+}
+
+}  // namespace
+}  // namespace zep::firmware

@@ -1,0 +1,279 @@
+#include "firmware/transfer_engine.h"
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "firmware/download.h"
+#include "platform/files.h"
+#include "tests/firmware_testing.h"
+
+namespace zep::firmware {
+namespace {
+
+using services::Answer;
+using services::Failure;
+using services::Transfer;
+using std::chrono::milliseconds;
+using testing::FirmwareBench;
+using testing::ImageBytes;
+
+TEST(TransferEngine, TwoRadiosMoveInLockstep) {
+  FirmwareBench bench;
+  bench.Script({1, 3});
+  EXPECT_EQ(bench.Run(), "1010 2 0");
+  EXPECT_EQ(testing::Shorten(bench.Wire()),
+            "1<FF 1<b*256 3<FF 3<b*256 1<0 3<0 1<B 3<B 1<d 3<d 1<E 3<E 1>1F 1>D5 1>a 3>1F 3>D5 3>a "
+            "1<r 1>r 3<r 3>r 1<0 1>0 3<0 3>0 "
+            "1<00 1>00 3<00 3>00 1<01 1>01 3<01 3>01 1<00 1>00 3<00 3>00 1<00 1>00 3<00 3>00 "
+            "1<02 1>02 3<02 3>02 1<A5*128 3<A5*128 1>. 3>. 1<A5*128 3<A5*128 1>. 3>. "
+            "1<FF 3<FF 1<^ 3<^");
+  EXPECT_EQ(bench.view.notes,
+            "Downloading Radio Firmware\ncancel off\n"
+            "0 to 256\nWriting bootstrap file 1 to communication port 1\n"
+            "0 to 256\nWriting bootstrap file 1 to communication port 3\n"
+            "cancel on\n0 to 1\nStatus: Writing bootstrap file 2\n"
+            "0 to 723\nStatus: Downloading radio firmware\n"
+            "Completed writing data\nCompleted writing data\n"
+            "Status: Closing communication ports...\n");
+  EXPECT_EQ(bench.Boxes(), "ask; done 1; done 3; ");
+  const link::SlotLabels& labels = bench.view.slots[3];
+  EXPECT_EQ(labels.status + " " + labels.micro + " " + labels.flash, "Active A1 AT29C010A 1MBit");
+  EXPECT_FALSE(bench.view.slots[2].enabled);
+  EXPECT_EQ(bench.port(3).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
+  // 1 s, 1 s, 0.5 s, 1 s, a header's 0.02 s, 1 s, 0.5 s, 1 s.
+  EXPECT_EQ(bench.clock.Now(), milliseconds(6020));
+  EXPECT_FALSE(bench.link.Port(1).IsOpen());
+}
+
+TEST(TransferEngine, RunsEndAsTheRadiosAre) {
+  const std::string a1 = ImageBytes(131072, "ZEP-xx11 ", 0x8000);
+  const std::string large = ImageBytes(262144, "ZEP-xx31 ", 0x8000);
+  const std::string e1 = ImageBytes(131072, "ZEP-xx12 ", 0x8000).replace(0xFF, 128, 128, '\xFF');
+  struct Row {
+    std::string radios, image, result, boxes;  // boxes behind "ask"
+  };
+  const std::string hold =
+      "\n\nNOTE: For ZEP 1300 radios the On button must be pressed until bootstrap1 file is loaded";
+  const std::string config = "critical Invalid value in the Config Register of the radio on Com ";
+  const std::string micro = "critical Unknown Micro type returned.; ";
+  const std::string mixed = "critical You cannot program an E1 and an A1 radio at the same time; ";
+  for (const Row& row : std::vector<Row>{
+           {"torvik", a1, "1000 723 0", "; done 1; "},
+           {"model31", large, "1000 1446 0", hold + "; done 1; "},
+           {"conventional", e1, "1000 717 0", "; done 1; "},
+           {"torvik torvik torvik,fault=silent@block:100 torvik", a1, "1121 723 3",
+            "; silent; done 1; done 2; failed 3; done 4; "},
+           {"torvik,fault=silent@block:5 torvik,fault=silent@header:9", a1, "2200 30 3",
+            "; silent; silent; nobody; "},
+           {"torvik,fault=silent@identification:3,flash=unknown torvik", a1, "2100 723 3",
+            "; silent; failed 1; done 2; "},
+           {"torvik torvik,fault=brace@header:7=C04", a1, "1200 723 4",
+            "; critical [Radio reported error] {C04} Item not recognized; done 1; failed 2; "},
+           {"torvik torvik,fault=cut@block:9", a1, "1200 723 2",
+            "; critical Error: 5 Input/output error "
+            "[SendBytesToAllComms]\nsim:torvik,fault=cut@block:9,unpaced is gone: its adapter was "
+            "unplugged or failed. Please plug it in again and repeat the job.; done 1; failed 2; "},
+           {"torvik,config=43 torvik", a1, "2100 723 1", "; " + config + "1.; failed 1; done 2; "},
+           {"torvik,config=42 torvik,config=44 torvik,config=00 torvik,config=7B", a1, "1111 723 0",
+            "; done 1; done 2; done 3; done 4; "},
+           {"torvik,config=43", a1, "2000 0 1", "; " + config + "1.; nobody; "},
+           {"torvik,fault=wrong@identification:3=7A", a1, "2000 0 1", "; " + micro},
+           {"torvik torvik,fault=wrong@identification:3=7A", a1, "1100 723 0",
+            "; " + micro + "done 1; done 2; "},
+           {"torvik conventional", e1, "2200 0 1", "; " + mixed},
+           {"torvik,flash=unknown", a1, "2000 0 1",
+            "; critical A flash device is not recognised.; "}}) {
+    SCOPED_TRACE(row.radios);
+    FirmwareBench bench;
+    bench.Simulate(row.radios);
+    bench.Choose(row.image);
+    EXPECT_EQ(bench.Run(), row.result);
+    EXPECT_EQ(bench.Boxes(), "ask" + row.boxes);
+    for (std::size_t at = 0; at < bench.simulated.size(); ++at)
+      EXPECT_EQ(bench.simulated[at]->Radio().FlashMatches(simulator::BytesOf(row.image)),
+                row.result[at] == '1');
+  }
+}
+
+TEST(TransferEngine, LooksAtTheLoadersBeforeUse) {
+  struct Row {
+    const char* file;
+    int length;  // -1: no file
+    std::string boxes, last_sent;
+  };
+  const std::string missing = " does not exist. Please reinstall this application.; ";
+  const std::string corrupt =
+      "ask; critical The file dl.tsk is corrupt. Please reinstall this application.; ";
+  for (const Row& row :
+       std::vector<Row>{{"bs.tsk", -1, "critical The file bs.tsk" + missing, ""},
+                        {"bs.tsk", 255, "ask; information Invalid bootstrap file (bs.tsk); ", ""},
+                        {"bs.tsk", 257, "ask; information Invalid bootstrap file (bs.tsk); ", ""},
+                        {"dl.tsk", -1, "ask; critical The file dl.tsk" + missing, "1<b*256"},
+                        {"dl.tsk", 0, corrupt, "1<B"},
+                        {"dl.tsk", 2000, "ask; done 1; ", "1<^"},
+                        {"dl.tsk", 2001, corrupt, "1<B"}}) {
+    SCOPED_TRACE(row.file + std::to_string(row.length));
+    FirmwareBench bench;
+    bench.Script({1});
+    std::filesystem::remove(bench.folder.Path(row.file));
+    if (row.length >= 0)
+      bench.folder.Write(row.file, std::string(static_cast<std::size_t>(row.length), 'd'));
+    EXPECT_EQ(bench.Run(), row.length == 2000 ? "1000 2 0" : "2000 0 5");
+    EXPECT_EQ(bench.Boxes(), row.boxes);
+    EXPECT_TRUE(testing::Shorten(bench.Wire()).ends_with(row.last_sent));
+  }
+}
+
+TEST(TransferEngine, CancelStopsTheRunAtAnyTurn) {
+  int turns = 0;
+  for (int turn = 0; turn <= turns; ++turn) {
+    for (const Answer answer : {Answer::kNo, Answer::kYes}) {
+      SCOPED_TRACE(std::to_string(turn) + (answer == Answer::kYes ? " yes" : " no"));
+      FirmwareBench bench;
+      bench.Script({1});
+      TransferRun run(bench.firmware, bench.view);
+      bench.user.on_turn = [&](int now) {
+        if (now != turn) return;
+        bench.user.WillAnswer("This action will leave the radio in an undefined state. Cancel?",
+                              answer);
+        bench.clock.Sleep(milliseconds(60000));
+        Cancel(run);
+        bench.Wire();
+      };
+      RunTransfer(run);
+      if (turn == 0) turns = bench.user.turns - 10;  // the last ones close the ports
+      const bool stopped = turn > 0 && answer == Answer::kYes;
+      EXPECT_EQ(run.result.outcomes[0], stopped ? SlotOutcome::kFailed : SlotOutcome::kDone);
+      EXPECT_EQ(bench.session.failure, stopped ? Failure::kCancelled : Failure::kNone);
+      EXPECT_EQ(bench.session.DownloadSucceeded, !stopped);
+      EXPECT_EQ(bench.Wire().ends_with("1<^"), !stopped);
+      EXPECT_FALSE(bench.link.Port(1).IsOpen());
+    }
+  }
+  EXPECT_GT(turns, 40);
+}
+
+TEST(TransferEngine, UploadReadsTheOnlyActivePort) {
+  FirmwareBench bench;
+  bench.Simulate("conventional conventional");
+  bench.windows.on_selection = [](link::Link& link) { SelectPort(link, 2); };
+  bench.session.TransferMode = Transfer::kRead;
+  ChooseImageFile(bench.firmware.image, bench.folder.Write("up.bin", std::string(300000, 'x')));
+  EXPECT_EQ(bench.Run(), "0100 1434 0");
+  EXPECT_EQ(bench.Boxes(), "ask; read 2; ");
+  const std::string file = bench.folder.Read("up.bin").value_or("");
+  EXPECT_EQ(file.size(), 262144U);
+  EXPECT_TRUE(bench.simulated[1]->Radio().FlashMatches(simulator::BytesOf(file)));
+  EXPECT_EQ(file.substr(0x1D000, 0x3000), std::string(0x3000, '\xFF'));
+  EXPECT_EQ(bench.view.progress, 2048);
+}
+
+TEST(TransferEngine, UploadThatFailsLeavesNoFile) {
+  const std::string disk_full =
+      "critical Error: 28 No space left on device [WriteRadioSoftware]\nThere is no space left for "
+      "/dev/full. Please delete files that are not needed, or choose a folder on another disk.; ";
+  for (const std::size_t length : {127U, 129U, 128U}) {
+    SCOPED_TRACE(length);
+    FirmwareBench bench;
+    bench.Script({3});
+    bench.port(3).Answer(".", std::string(length, 'u'));
+    bench.session.TransferMode = Transfer::kRead;
+    const bool full = length == 128;
+    const std::string file = full ? "/dev/full" : bench.folder.Write("up.bin", "old");
+    ChooseImageFile(bench.firmware.image, file);
+    EXPECT_EQ(bench.Run(), full ? "0020 0 5" : "0020 0 3");
+    EXPECT_EQ(bench.Boxes(), "ask; " + (full ? disk_full : "silent; "));
+    EXPECT_EQ(platform::FileExists(file), full);
+    // The loaders 3.5 s, closing 1 s, a header and the time-out 4 s.
+    EXPECT_EQ(bench.clock.Now() / milliseconds(10), full ? 450 : 852);
+  }
+}
+
+TEST(TransferEngine, AllAtOnceTakesTheTimeOfOne) {
+  const auto seconds = [](const std::string& radios, std::optional<bool> at_once) {
+    FirmwareBench bench;
+    bench.Script({});
+    bench.firmware.A1MemoryMap[1].Blocks = 30;
+    bench.Simulate(radios);
+    bench.user_hive.Write("Software\\Vorn Electronics Ltd\\ZEP\\Download", "SendToAllAtOnce", "1");
+    bench.Run({.at_once = at_once});
+    const TransferStatistics& data = bench.result.statistics;
+    return std::chrono::duration<double>(data.ended - data.began).count();
+  };
+  const double one = seconds("torvik,paced", false);
+  const std::string four = "torvik,paced torvik,paced torvik,paced torvik,paced";
+  EXPECT_NEAR(one, 30 * 129 / 960.0, 0.1);
+  EXPECT_LT(seconds(four, true), 1.05 * one);
+  EXPECT_LT(seconds(four, std::nullopt), 1.05 * one);
+  EXPECT_GT(seconds(four, false), 3.9 * one);
+}
+
+// The windows of a download, which note what is asked of them; one step fails.
+struct NotedWindows final : DownloadWindows {
+  NotedWindows(FirmwareBench& the_bench, std::string failing)
+      : bench(the_bench), stop_at(std::move(failing)) {}
+  FirmwareBench& bench;
+  std::string stop_at, steps;
+
+  bool Note(const std::string& step) {
+    steps += step + std::to_string(static_cast<int>(bench.session.TransferMode)) + " ";
+    if (step == stop_at) bench.session.RequestCancel();
+    return step != stop_at;
+  }
+  bool ReadRadioData(radiodb::RadioDb& db) override {
+    db.data_file = "/d/1.ops";
+    return Note("read" + std::to_string(static_cast<int>(db.transfer_kind)) + "/");
+  }
+  bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override {
+    return Note(file + std::to_string(static_cast<int>(db.transfer_kind)) + "/");
+  }
+  void TransferFirmware(Firmware& /*firmware*/) override {
+    bench.session.DownloadSucceeded = Note("firmware");
+  }
+};
+
+TEST(Download, DoesFirmwareAndDataInTheirOrder) {
+  struct Row {
+    std::string model, data_file;  // of the image; empty: no image
+    bool auto_save;
+    std::string stop_at, steps, boxes, wire;  // steps with kind and transfer mode
+  };
+  const std::string trunked = "1<^ 1>v 1<# 1>> 1<0D 1<w 1<4 1<F 1<8 1<0*2 1<1 1<0*4 1<0D 1<^";
+  const std::string ask = "question Program default data file: /x/b.ops -> Yes\n";
+  const std::string none = "critical Please select a valid file to down load.; ";
+  const std::string turn_on = "information Please turn radio on so data may be programmed.; ";
+  for (const Row& row :
+       std::vector<Row>{{"11", "", false, "", "firmware2 ", "", ""},
+                        {"11", "b.ops", false, "", "firmware2 /x/b.ops0/2 ", ask, ""},
+                        {"12", "b.ops", false, "firmware", "firmware2 ", "", ""},
+                        {"11", "b.ops", true, "", "read1/1 firmware2 /d/1.ops1/2 ", "", ""},
+                        {"11", "", true, "read1/", "read1/1 ", "", ""},
+                        {"31", "", true, "", "read1/1 firmware2 /d/1.ops1/2 ", turn_on, ""},
+                        {"12", "b.ops", false, "", "firmware2 /x/b.ops0/2 ", ask, trunked},
+                        {"", "b.ops", true, "-", "", none, ""}}) {
+    SCOPED_TRACE(row.model + row.steps);
+    FirmwareBench bench;
+    bench.link.State(1) = link::PortState::kActive;
+    bench.port(1).Answer("^", "v");
+    bench.port(1).Answer("#", ">");
+    bench.folder.Write("a.bin", ImageBytes(131072, "ZEP-xx" + row.model, 0x8000));
+    if (row.boxes == ask) bench.user.WillAnswer("Program default data file", Answer::kYes);
+    NotedWindows windows(bench, row.stop_at);
+    radiodb::RadioDb db(bench.link);
+    EXPECT_EQ(DownloadFirmwareAndData(bench.firmware, db,
+                                      {row.model.empty() ? "" : "a.bin", bench.folder.Path(),
+                                       row.data_file, "/x", row.auto_save},
+                                      windows),
+              row.stop_at.empty());
+    EXPECT_EQ(windows.steps, row.steps);
+    EXPECT_EQ(bench.Boxes(), row.boxes);
+    EXPECT_EQ(testing::Shorten(bench.Wire()), row.wire);
+    EXPECT_FALSE(bench.link.Port(1).IsOpen());
+  }
+}
+
+}  // namespace
+}  // namespace zep::firmware
