@@ -19,11 +19,12 @@ std::string FolderAbove(const std::string& path) {
   return folder.empty() ? "." : folder;
 }
 
+// Also where a limit is set for the user.
 bool IsDiskFull(const std::error_code& code) {
 #ifdef EDQUOT
   if (code == std::error_code(EDQUOT, std::generic_category())) return true;
 #endif
-  return code == std::errc::no_space_on_device;
+  return code == std::errc::no_space_on_device || code == std::errc::file_too_large;
 }
 
 // What the user can do about the failed use of a file.

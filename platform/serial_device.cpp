@@ -198,8 +198,6 @@ void OpenLine::Fail(const std::error_code& code) {
 }
 
 void OpenLine::ClearInput() {
-  if (failed_) return;
-  DiscardInput(handle_);
   Turn();
   input_.clear();
 }

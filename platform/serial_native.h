@@ -34,8 +34,7 @@ void CloseNativeSerial(SerialHandle handle);
 // Bytes that are not on the line yet, when in_flight bytes are in the hands of an unfinished write.
 std::size_t UnsentBytes(SerialHandle handle, std::size_t in_flight);
 
-// Forgets what the system has received, or not sent yet.
-void DiscardInput(SerialHandle handle);
+// Forgets what the system has not sent yet.
 void DiscardOutput(SerialHandle handle);
 
 // The error of an open device that is no longer there.

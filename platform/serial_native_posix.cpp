@@ -116,16 +116,11 @@ SystemError OpenError(int number, const std::string& device, const std::string& 
   }
 }
 
-// 0, or the number of the error. Other kinds of file are not even opened: that alone can have
-// effects.
-int CheckKind(const std::string& path, bool& is_pseudo_terminal) {
+bool IsPseudoTerminal(int file) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return errno;
-  if (S_ISDIR(status.st_mode)) return EISDIR;
-  if (!S_ISCHR(status.st_mode)) return ENOTTY;
+  if (fstat(file, &status) != 0) return false;
   const unsigned kind = major(status.st_rdev);
-  is_pseudo_terminal = kind >= kFirstPseudoTerminal && kind <= kLastPseudoTerminal;
-  return 0;
+  return kind >= kFirstPseudoTerminal && kind <= kLastPseudoTerminal;
 }
 
 // Bytes as they are, no flow control, no waiting for a carrier.
@@ -149,10 +144,6 @@ std::size_t QueuedOutput(int file) {
 
 NativeSerial OpenNativeSerial(const std::string& device) {
   const std::string path = PathOf(device);
-  bool is_pseudo_terminal = false;
-  if (const int number = CheckKind(path, is_pseudo_terminal)) {
-    return {.handle = -1, .error = OpenError(number, device, path)};
-  }
   if (const std::string program = LockFileHolder(path); !program.empty()) {
     return {.handle = -1, .error = Busy(device, program)};
   }
@@ -166,7 +157,7 @@ NativeSerial OpenNativeSerial(const std::string& device) {
     close(file);
     return {.handle = -1, .error = OpenError(number, device, path)};
   }
-  if (!is_pseudo_terminal) ioctl(file, TIOCEXCL);
+  if (!IsPseudoTerminal(file)) ioctl(file, TIOCEXCL);
   // Fails where there are no modem lines, as on pseudo-terminals.
   const int lines = TIOCM_DTR | TIOCM_RTS;
   ioctl(file, TIOCMBIS, &lines);
@@ -190,8 +181,6 @@ std::size_t UnsentBytes(SerialHandle handle, std::size_t in_flight) {
   if (ioctl(handle, TIOCSERGETLSR, &status) != 0) return 0;
   return (status & TIOCSER_TEMT) != 0 ? 0 : 1;
 }
-
-void DiscardInput(SerialHandle handle) { tcflush(handle, TCIFLUSH); }
 
 void DiscardOutput(SerialHandle handle) {
   // A pseudo-terminal never has a queue; there the call would take away what the far end has not

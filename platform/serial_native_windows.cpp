@@ -79,8 +79,6 @@ std::size_t UnsentBytes(SerialHandle handle, std::size_t in_flight) {
   return std::max<std::size_t>(in_flight, status.cbOutQue);
 }
 
-void DiscardInput(SerialHandle handle) { PurgeComm(handle, PURGE_RXCLEAR); }
-
 void DiscardOutput(SerialHandle handle) { PurgeComm(handle, PURGE_TXCLEAR); }
 
 SystemError DeviceGone(const std::error_code& code, const std::string& device) {

@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <vector>
 
@@ -106,6 +108,7 @@ TEST_F(Files, WhatCannotBeWrittenSaysWhyAndStaysAsItWas) {
     EXPECT_EQ(Say(error), row.error);
     EXPECT_EQ(error.subject, row.path);
   }
+  EXPECT_EQ(Say(WriteWholeFile("/dev/null", "x")), "ok");
   EXPECT_EQ(folder_.Read("open/old.ops"), "old");
   EXPECT_EQ(folder_.Read("closed/old.ops"), "old");
   EXPECT_EQ(ListFolder(in_ + "open"), std::vector<std::string>{"old.ops"});
@@ -113,6 +116,20 @@ TEST_F(Files, WhatCannotBeWrittenSaysWhyAndStaysAsItWas) {
   EXPECT_FALSE(IsWritableFolder(in_ + "closed"));
   EXPECT_FALSE(IsWritableFolder(in_ + "open/old.ops"));
   EXPECT_FALSE(IsWritableFolder(in_ + "x"));
+}
+
+TEST_F(Files, ADiskThatFillsUpHalfwayLeavesTheOldFileAndNothingElse) {
+  const std::string file = folder_.Write("a.ops", "old");
+  const std::string limit = "prlimit --pid " + std::to_string(getpid()) + " --fsize=";
+  std::signal(SIGXFSZ, SIG_IGN);
+  ASSERT_EQ(std::system((limit + "1000:").c_str()), 0);
+  const SystemError error = WriteWholeFile(file, std::string(5000, 'n'));
+  ASSERT_EQ(std::system((limit + "unlimited:").c_str()), 0);
+  EXPECT_EQ(Say(error), "27 There is no space left for " + file +
+                            ". Please delete files that are not needed, or choose a folder on "
+                            "another disk.");
+  EXPECT_EQ(folder_.Read("a.ops"), "old");
+  EXPECT_EQ(ListFolder(folder_.Path()), std::vector<std::string>{"a.ops"});
 }
 
 TEST_F(Files, AReplacedFileKeepsItsRightsAndALinkStaysALink) {
