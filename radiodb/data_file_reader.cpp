@@ -5,6 +5,7 @@
 
 #include "platform/files.h"
 #include "radiodb/radio_identity.h"
+#include "radiodb/refusal.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/text_lines.h"
@@ -14,20 +15,14 @@ namespace {
 
 using services::Failure;
 using services::NLSFmt;
-using services::NLSMsgBox;
 using services::Session;
 
 constexpr std::string_view kHeaderStart = "***";
 constexpr std::string_view kHeaderEnd = "---";
 
-constexpr std::uint64_t kLargestDataFile = 16 * 1024 * 1024;
+constexpr std::uint64_t kLargestDataFile = 0x1000000;
 // Twice the longest record.
 constexpr std::size_t kLongestLine = 1000;
-
-void Refuse(Session& session, const std::string& text) {
-  NLSMsgBox(session, text, {.icon = services::Icon::kCritical});
-  if (session.failure == Failure::kNone) session.failure = Failure::kFile;
-}
 
 bool IsText(std::string_view bytes) {
   constexpr std::string_view kAllowed = "\r\n\t\f";
@@ -111,6 +106,13 @@ std::string RecordProblem(const Session& session, std::string_view record) {
                 {record.substr(checksum_at), checksum});
 }
 
+std::string SerialNumberOf(std::string_view data) {
+  if (data == "FFFFFF" || !IsHexText(data)) return "NOT SET";
+  std::int64_t number = 0;
+  for (std::size_t at = 0; at < data.size(); at += 2) number = 256 * number + ByteAt(data, at);
+  return std::to_string(kSerialNumberOffset + number);
+}
+
 // What is wrong with the file as a whole.
 void CheckWhole(const Session& session, const DataFile& file, DataFileCheck& check) {
   const auto add = [&check](std::string text) { check.findings.push_back({0, std::move(text)}); };
@@ -120,7 +122,7 @@ void CheckWhole(const Session& session, const DataFile& file, DataFileCheck& che
   }
   if (!check.identity) add(NLSFmt(session, "There is no identity record (item 00)."));
   if (check.networks > kMostNetworks) {
-    add(NLSFmt(session, "The file holds %0:s networks; a radio has at most %1:s.",
+    add(NLSFmt(session, kTooManyNetworks,
                {std::to_string(check.networks), std::to_string(kMostNetworks)}));
   }
 }
@@ -144,18 +146,23 @@ std::optional<DataFile> ReadDataFile(Session& session, const std::string& path) 
   std::string_view bytes = contents.bytes;
   if (bytes.ends_with('\x1A')) bytes.remove_suffix(1);
   if (!IsText(bytes)) {
-    Refuse(session, NLSFmt(session,
-                           "%0:s is not a file of radio data: it holds bytes that are no text. "
-                           "Please choose another file.",
-                           {path}));
+    Refuse(
+        session,
+        NLSFmt(session,
+               "%0:s is not a file of radio data: it holds bytes that are no text. Please choose "
+               "another file.",
+               {path}),
+        Failure::kFile);
     return std::nullopt;
   }
   DataFile file{.path = path, .size = contents.bytes.size(), .header = {}, .lines = {}};
   if (const int line = SortLines(bytes, file); line > 0) {
-    Refuse(session, NLSFmt(session,
-                           "%0:s is not a file of radio data: line %1:s has more than %2:s "
-                           "characters. Please choose another file.",
-                           {path, std::to_string(line), std::to_string(kLongestLine)}));
+    Refuse(session,
+           NLSFmt(session,
+                  "%0:s is not a file of radio data: line %1:s has more than %2:s characters. "
+                  "Please choose another file.",
+                  {path, std::to_string(line), std::to_string(kLongestLine)}),
+           Failure::kFile);
     return std::nullopt;
   }
   return file;
@@ -178,13 +185,8 @@ std::optional<FileIdentity> FindFileIdentity(const DataFile& file) {
   if (!identity.is_calibration) {
     identity.database_version = TextOf(record.substr(24, 8));
     identity.hardware_version = TextOf(record.substr(32, 8));
-  } else if (record.size() > kRecordHeaderLength + kChecksumLength) {
-    const std::string_view serial = record.substr(record.size() - kChecksumLength - 6, 6);
-    const bool is_set = serial != "FFFFFF" && IsHexText(serial);
-    identity.serial_number = is_set
-                                 ? std::to_string(kSerialNumberOffset + 65536 * ByteAt(serial, 0) +
-                                                  256 * ByteAt(serial, 2) + ByteAt(serial, 4))
-                                 : "NOT SET";
+  } else {
+    identity.serial_number = SerialNumberOf(record.substr(record.size() - kChecksumLength - 6, 6));
   }
   return identity;
 }

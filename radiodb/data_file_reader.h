@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "services/messages.h"
 #include "services/session.h"
 
 namespace zep::radiodb {
@@ -18,6 +19,8 @@ namespace zep::radiodb {
 inline constexpr std::string_view kCommonDynamicItemLine = "Insert Common Dynamic Item Here";
 
 inline constexpr int kMostNetworks = 4;
+inline constexpr std::string_view kTooManyNetworks =
+    services::NLSText("The file holds %0:s networks; a radio has at most %1:s.");
 inline constexpr std::size_t kSmallestDataFile = 50;  // bytes
 
 // Removes a leading "f" from a line.

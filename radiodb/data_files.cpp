@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "services/hex_text.h"
+#include "radiodb/refusal.h"
 #include "services/messages.h"
 #include "services/radio_model.h"
 #include "services/resource_ids.h"
@@ -160,12 +160,6 @@ bool Begin(DataFileWriter& file, const std::string& path, const std::vector<std:
 // generations differ.
 std::string TypeText(const Session& session, int type) {
   return NLSFmt(session, type == 3 ? NLSText("Conventional II") : ReturnTypeStringFromEnum(type));
-}
-
-bool Refuse(Session& session, const std::string& text, Failure why) {
-  NLSMsgBox(session, text, {.icon = Icon::kCritical});
-  if (session.failure == Failure::kNone) session.failure = why;
-  return false;
 }
 
 bool RefuseAsCorrupt(Session& session, const std::string& reason) {

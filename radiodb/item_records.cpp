@@ -9,6 +9,7 @@
 #include "link/error_replies.h"
 #include "link/record_text.h"
 #include "radiodb/command_line.h"
+#include "radiodb/refusal.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 
@@ -16,9 +17,7 @@ namespace zep::radiodb {
 namespace {
 
 using services::Failure;
-using services::Icon;
 using services::NLSFmt;
-using services::NLSMsgBox;
 using services::NLSText;
 using services::Session;
 
@@ -140,9 +139,8 @@ void ReadItem(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
 
 // Tells the user why the read is given up.
 bool GiveUp(Session& session, const std::string& text) {
-  NLSMsgBox(session, text, {.icon = Icon::kCritical});
   session.SetDownloadError(Failure::kRadioError);
-  return false;
+  return Refuse(session, text, Failure::kRadioError);
 }
 
 bool GiveUpForNothing(Session& session) {
@@ -277,12 +275,10 @@ bool WriteItems(RadioDb& db, ReadWriteView& view, const DataFile& file) {
   Session& session = db.link.session;
   const std::vector<Lines> networks = SplitNetworks(file);
   if (networks.size() > static_cast<std::size_t>(kMostNetworks)) {
-    NLSMsgBox(session,
-              NLSFmt(session, "The file holds %0:s networks; a radio has at most %1:s.",
-                     {std::to_string(networks.size()), std::to_string(kMostNetworks)}),
-              {.icon = Icon::kCritical});
-    if (session.failure == Failure::kNone) session.failure = Failure::kFile;
-    return false;
+    return Refuse(session,
+                  NLSFmt(session, kTooManyNetworks,
+                         {std::to_string(networks.size()), std::to_string(kMostNetworks)}),
+                  Failure::kFile);
   }
   Progress progress(view);
   db.number_of_networks = static_cast<int>(networks.size());

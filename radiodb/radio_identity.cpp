@@ -5,6 +5,7 @@
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "radiodb/command_line.h"
+#include "radiodb/refusal.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/radio_model.h"
@@ -17,7 +18,6 @@ using services::ConHexByteToInt;
 using services::ConHexToText;
 using services::Failure;
 using services::Icon;
-using services::NLSFmt;
 using services::NLSMsgBox;
 using services::NLSText;
 using services::Session;
@@ -132,12 +132,10 @@ constexpr std::array kBands = {
 bool OpenRadio(link::Link& link) {
   Session& session = link.session;
   if (!SelectSinglePort(link)) {
-    NLSMsgBox(session,
-              "This works with one radio at a time. Please make exactly one communication port "
-              "Active in menu File->Preferences.",
-              {.icon = Icon::kCritical});
-    if (session.failure == Failure::kNone) session.failure = Failure::kPort;
-    return false;
+    return Refuse(session,
+                  NLSText("This works with one radio at a time. Please make exactly one "
+                          "communication port Active in menu File->Preferences."),
+                  Failure::kPort);
   }
   if (!InitialiseComms(link)) return false;
   SelectBaudRate(link, 9600);
@@ -173,10 +171,8 @@ std::string ReadItem0(link::Link& link) {
     SelectInputMode(link, platform::InputMode::kText);
     data = ReadItemData(link, "00");
   }
-  if (data.empty() && !session.CancelRequested) {
-    NLSMsgBox(session, "Error Reading Item 0.", {.icon = Icon::kCritical});
-    if (session.failure == Failure::kNone) session.failure = Failure::kRadioError;
-  }
+  if (data.empty() && !session.CancelRequested)
+    Refuse(session, NLSText("Error Reading Item 0."), Failure::kRadioError);
   return data;
 }
 

@@ -6,15 +6,15 @@
 #include "link/programming_mode.h"
 #include "radiodb/data_files.h"
 #include "radiodb/item_records.h"
+#include "radiodb/refusal.h"
 #include "services/messages.h"
 
 namespace zep::radiodb {
 namespace {
 
 using services::Failure;
-using services::Icon;
 using services::NLSFmt;
-using services::NLSMsgBox;
+using services::NLSText;
 using services::Session;
 
 void CloseRadio(link::Link& link) {
@@ -36,12 +36,11 @@ bool ReadIdentityForTransfer(RadioDb& db) {
   db.current_network = 1;
   db.common_dynamic_item_skipped = false;
   if (!db.identity.database_record.empty()) return true;
-  NLSMsgBox(session,
-            "The identity of this radio (item 00) has an unknown format, so its data can neither "
-            "be saved nor programmed. Please use another version of this application.",
-            {.icon = Icon::kCritical});
-  if (session.failure == Failure::kNone) session.failure = Failure::kRefused;
-  return false;
+  return Refuse(session,
+                NLSText("The identity of this radio (item 00) has an unknown format, so its data "
+                        "can neither be saved nor programmed. Please use another version of this "
+                        "application."),
+                Failure::kRefused);
 }
 
 // Ends the files of a read; tells the user of those that are not complete.
@@ -55,7 +54,7 @@ bool EndFiles(Session& session, ReadFiles& files, bool complete) {
   const std::string calibration = files.calibration.Abandon();
   if (!text.empty() && !calibration.empty()) text += "\n";
   text += calibration;
-  if (!text.empty()) NLSMsgBox(session, text, {.icon = Icon::kCritical});
+  if (!text.empty()) NLSMsgBox(session, text, {.icon = services::Icon::kCritical});
   return false;
 }
 
