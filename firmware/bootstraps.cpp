@@ -154,6 +154,7 @@ void RunBootstrap1(TransferRun& run) {
         session, NLSText("The file bs.tsk does not exist. Please reinstall this application."));
   run.view.EnableCancel(false);
   AskForBootstrapMode(run);
+  if (session.Stopped()) return;
   run.view.ShowBootstrapHint(true);
   run.view.Repaint();
   SelectBaudRate(link, 1200);

@@ -70,9 +70,17 @@ void Finish(TransferRun& run) {
   run.done = true;
 }
 
-SlotOutcome Outcome(const TransferRun& run, int slot) {
-  if (!run.used[Link::Index(slot)]) return SlotOutcome::kNotUsed;
-  return run.done && run.firmware.link.IsActive(slot) ? SlotOutcome::kDone : SlotOutcome::kFailed;
+void FillInResult(TransferRun& run) {
+  const Link& link = run.firmware.link;
+  Session& session = link.session;
+  run.result.succeeded = session.DownloadSucceeded;
+  for (const int slot : kAllPorts) {
+    const bool done = run.done && link.IsActive(slot);
+    if (!run.used[Link::Index(slot)]) continue;
+    run.result.outcomes[Link::Index(slot)] = done ? SlotOutcome::kDone : SlotOutcome::kFailed;
+    // A port that could not be opened was left out, and the others went on.
+    if (!done && session.failure == Failure::kNone) session.failure = Failure::kPort;
+  }
 }
 
 }  // namespace
@@ -145,8 +153,7 @@ void UnloadTransfer(TransferRun& run) {
     DiscardUpload(run);
   }
   ShowChangedStates(run);
-  for (const int slot : kAllPorts) run.result.outcomes[Link::Index(slot)] = Outcome(run, slot);
-  run.result.succeeded = session.DownloadSucceeded;
+  FillInResult(run);
 
   link.others_go_on = false;
   services::WaitSecondsYielding(session, 1);

@@ -45,6 +45,7 @@ TEST(TransferEngine, TwoRadiosMoveInLockstep) {
   EXPECT_EQ(bench.port(3).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
   // 1 s, 1 s, 0.5 s, 1 s, a header's 0.02 s, 1 s, 0.5 s, 1 s.
   EXPECT_EQ(bench.clock.Now(), milliseconds(6020));
+  EXPECT_FALSE(bench.link.others_go_on);
   EXPECT_FALSE(bench.link.Port(1).IsOpen());
 }
 
@@ -144,6 +145,7 @@ TEST(TransferEngine, CancelStopsTheRunAtAnyTurn) {
         bench.Wire();
       };
       RunTransfer(run);
+      Cancel(run);  // too late: nothing is asked
       if (turn == 0) turns = bench.user.turns - 10;  // the last ones close the ports
       const bool stopped = turn > 0 && answer == Answer::kYes;
       EXPECT_EQ(run.result.outcomes[0], stopped ? SlotOutcome::kFailed : SlotOutcome::kDone);
@@ -175,11 +177,15 @@ TEST(TransferEngine, UploadThatFailsLeavesNoFile) {
   const std::string disk_full =
       "critical Error: 28 No space left on device [WriteRadioSoftware]\nThere is no space left for "
       "/dev/full. Please delete files that are not needed, or choose a folder on another disk.; ";
-  for (const std::size_t length : {127U, 129U, 128U}) {
+  for (const std::size_t length : {126U, 129U, 128U}) {
     SCOPED_TRACE(length);
     FirmwareBench bench;
     bench.Script({3});
     bench.port(3).Answer(".", std::string(length, 'u'));
+    bool late = length != 126;
+    bench.user.on_turn = [&](int) {
+      if (!late && bench.clock.Now() >= milliseconds(7000)) bench.port(3).Receive("u"), late = true;
+    };
     bench.session.TransferMode = Transfer::kRead;
     const bool full = length == 128;
     const std::string file = full ? "/dev/full" : bench.folder.Write("up.bin", "old");
@@ -187,8 +193,8 @@ TEST(TransferEngine, UploadThatFailsLeavesNoFile) {
     EXPECT_EQ(bench.Run(), full ? "0020 0 5" : "0020 0 3");
     EXPECT_EQ(bench.Boxes(), "ask; " + (full ? disk_full : "silent; "));
     EXPECT_EQ(platform::FileExists(file), full);
-    // The loaders 3.5 s, closing 1 s, a header and the time-out 4 s.
-    EXPECT_EQ(bench.clock.Now() / milliseconds(10), full ? 450 : 852);
+    // The loaders 3.5 s, a header, 4 s from the last byte on, closing 1 s.
+    EXPECT_EQ(bench.clock.Now() / milliseconds(10), full ? 450 : length == 126 ? 1200 : 852);
   }
 }
 
@@ -199,7 +205,8 @@ TEST(TransferEngine, AllAtOnceTakesTheTimeOfOne) {
     bench.firmware.A1MemoryMap[1].Blocks = 30;
     bench.Simulate(radios);
     bench.user_hive.Write("Software\\Vorn Electronics Ltd\\ZEP\\Download", "SendToAllAtOnce", "1");
-    bench.Run({.at_once = at_once});
+    bench.Run({.at_once = at_once, .automatic_upgrade = true});
+    EXPECT_EQ(bench.Boxes(), "ask; ");
     const TransferStatistics& data = bench.result.statistics;
     return std::chrono::duration<double>(data.ended - data.began).count();
   };
@@ -271,6 +278,7 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
     EXPECT_EQ(windows.steps, row.steps);
     EXPECT_EQ(bench.Boxes(), row.boxes);
     EXPECT_EQ(testing::Shorten(bench.Wire()), row.wire);
+    EXPECT_EQ(bench.port(1).settings.size(), row.wire.empty() ? 0U : 1U);
     EXPECT_FALSE(bench.link.Port(1).IsOpen());
   }
 }
