@@ -1,0 +1,30 @@
+// An upgrade as it is watched: its dialog, and the windows of the steps that it opens. Texts are
+// translated already.
+#pragma once
+
+#include <string>
+
+#include "firmware/transfer_engine.h"
+#include "link/transfer_view.h"
+#include "radiodb/read_write_view.h"
+
+namespace zep::upgrade {
+
+class UpgradeView {
+ public:
+  virtual ~UpgradeView() = default;
+
+  // txtBinaryFileName: the firmware file with its folder; empty when none is chosen.
+  virtual void ShowFirmwareFile(const std::string& full_name) = 0;
+  // What is being done.
+  virtual void ShowStatus(const std::string& status) = 0;
+
+  // Where reading and programming the radio's data is watched.
+  virtual radiodb::ReadWriteView& ReadWriteWindow() = 0;
+  // Where the firmware transfer is watched.
+  virtual link::TransferView& TransferWindow() = 0;
+  // The transfer that is about to run, for the window's Cancel button; null when it is over.
+  virtual void WatchTransfer(firmware::TransferRun* run) = 0;
+};
+
+}  // namespace zep::upgrade
