@@ -1,0 +1,159 @@
+#include "upgrade/personality_steps.h"
+
+#include <algorithm>
+#include <initializer_list>
+#include <string>
+
+#include "services/hex_text.h"
+#include "services/messages.h"
+#include "upgrade/display_texts.h"
+
+namespace zep::upgrade {
+namespace {
+
+using services::NLSText;
+
+constexpr std::size_t kScanGroupBytes = 29;
+constexpr std::size_t kFirstMember = 13;  // of the 16 channels that a scan group refers to
+constexpr std::size_t kLastMember = 28;
+
+// Kept: IDs and references are single bytes, so none is ever 510 and no record is removed.
+constexpr int kReservedId = 510;
+
+std::string ItemName(std::size_t item) {
+  return "Item " + services::ConBytNumToHex(static_cast<std::uint8_t>(item));
+}
+
+// Logs when the default settings lack a byte that a step is about to take.
+void CheckDefault(const ConversionData& data, std::size_t item, std::size_t byte) {
+  if (data.defaults[item].size() >= 2 * (byte + 1)) return;
+  data.log.Log(ItemName(item) + " of the default settings has no byte " + std::to_string(byte) +
+               ", 00 is used");
+}
+
+// Takes bits of a byte from the default settings. No bits: nothing changes.
+void CopyDefault(const ConversionData& data, std::size_t item, std::size_t byte,
+                 std::initializer_list<int> bits) {
+  if (bits.size() > 0) CheckDefault(data, item, byte);
+  if (CopyByte(data.session, data.items[item], data.defaults[item], byte, bits)) return;
+  if (bits.size() > 0) {
+    data.log.Log(ItemName(item) + " of the saved data has no byte " + std::to_string(byte) +
+                 " and is kept as it is");
+  }
+}
+
+// Cuts an item into records, has each changed, and joins them again.
+template <typename Change>
+void ChangeRecords(const ConversionData& data, std::size_t item, std::size_t record_bytes,
+                   Change change) {
+  std::string joined;
+  joined.reserve(data.items[item].size());
+  for (std::string& record : SplitMultiItem(data.items[item], record_bytes)) {
+    change(record);
+    joined += record;
+  }
+  const std::string_view tail = TailOfMultiItem(data.items[item], record_bytes);
+  if (!tail.empty()) {
+    data.log.Log(ItemName(item) + " is no whole number of records of " +
+                 std::to_string(record_bytes) + " bytes; the " + std::to_string(tail.size() / 2) +
+                 " bytes behind the last one are kept as they are");
+  }
+  data.items[item] = joined.append(tail);
+}
+
+bool HasReservedId(const ConversionData& data, std::string_view record, std::size_t first,
+                   std::size_t last) {
+  for (std::size_t byte = first; byte <= last; ++byte) {
+    if (GetByte(data.session, record, byte) == kReservedId) return true;
+  }
+  return false;
+}
+
+void RemoveRecord(const ConversionData& data, std::string& record, std::string_view why) {
+  data.log.Log(why);
+  services::NLSMsgBox(data.session, why);
+  record.clear();
+}
+
+void CheckChannelId(const ConversionData& data, std::string& channel) {
+  if (!HasReservedId(data, channel, 0, 0)) return;
+  RemoveRecord(data, channel,
+               NLSText("A Channel is using the ID 510 which may not be utilised from database "
+                       "version 4.02 onwards. This Channel will be removed."));
+}
+
+void CheckScanGroupIds(const ConversionData& data, std::string& scan_group) {
+  if (HasReservedId(data, scan_group, 0, 0)) {
+    RemoveRecord(data, scan_group,
+                 NLSText("An ordinary Scan Group is using the ID 510 which may not be utilised "
+                         "from database version 4.02 onwards. This Scan Group will be removed."));
+  } else if (HasReservedId(data, scan_group, kFirstMember, kLastMember)) {
+    RemoveRecord(
+        data, scan_group,
+        NLSText("An ordinary Scan Group is referencing Channel ID 510 which may not be utilised "
+                "from database version 4.02 onwards. This Scan Group will be removed."));
+  }
+}
+
+constexpr PersonalityStep kSteps[] = {{400, ConvertTo400}, {401}, {402, ConvertTo402},
+                                      {403, ConvertTo403}, {404}, {405}};
+
+}  // namespace
+
+std::size_t TableRecordBytes(std::size_t item, int version) {
+  if (item == kChannels) return version < 400 ? 19 : 18;
+  return item == kScanGroups ? kScanGroupBytes : 0;
+}
+
+void ConvertTo400(const ConversionData& data) {
+  CopyDefault(data, 5, 0, {4});
+  CopyDefault(data, 5, 4, {6});
+  CopyDefault(data, 6, 4, {7});
+
+  const std::string& default_channels = data.defaults[kChannels];
+  if (!data.items[kChannels].empty()) {
+    CheckDefault(data, kChannels, 7);
+    CheckDefault(data, kChannels, 13);
+  }
+  const std::size_t new_bytes = TableRecordBytes(kChannels, 400);
+  ChangeRecords(data, kChannels, TableRecordBytes(kChannels, 399), [&](std::string& channel) {
+    CopyByte(data.session, channel, default_channels, 7, {7});
+    CopyByte(data.session, channel, default_channels, 13, {6, 7});
+    CopyByte(data.session, channel, default_channels, 17, {});  // Kept: no bits, no change.
+    channel.resize(2 * new_bytes);
+  });
+
+  CopyDefault(data, 43, 20, {});  // Kept: no bits, no change; likewise the next.
+  CopyDefault(data, 43, 21, {});
+}
+
+void ConvertTo402(const ConversionData& data) {
+  CopyDefault(data, 5, 4, {7});
+  CopyDefault(data, 7, 1, {5});
+  ChangeRecords(data, kChannels, TableRecordBytes(kChannels, 402),
+                [&](std::string& channel) { CheckChannelId(data, channel); });
+  ChangeRecords(data, kScanGroups, kScanGroupBytes,
+                [&](std::string& scan_group) { CheckScanGroupIds(data, scan_group); });
+  data.items[kDisplayTexts] = DisplayTextTable();
+}
+
+void ConvertTo403(const ConversionData& data) {
+  CopyDefault(data, 13, 8, {});  // Kept: no bits, no change; likewise the next.
+  CopyDefault(data, 13, 9, {});
+  if (!data.items[kChannels].empty()) CheckDefault(data, kChannels, 14);
+  ChangeRecords(data, kChannels, TableRecordBytes(kChannels, 403), [&](std::string& channel) {
+    CopyByte(data.session, channel, data.defaults[kChannels], 14, {4, 5, 6, 7});
+  });
+}
+
+std::span<const PersonalityStep> PersonalitySteps() { return kSteps; }
+
+void RecordVersion(ItemArray& items, std::string_view version) {
+  constexpr std::size_t kVersionAt = 18;
+  constexpr std::size_t kBehindVersion = 26;
+  std::string& item = items[kConfiguration];
+  const std::string rest = item.substr(std::min(kBehindVersion, item.size()));
+  item = item.substr(0, kVersionAt) + services::ConTextToHex(version) + rest;
+}
+
+}  // namespace zep::upgrade

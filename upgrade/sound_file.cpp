@@ -1,0 +1,24 @@
+#include "upgrade/sound_file.h"
+
+#include "services/messages.h"
+
+namespace zep::upgrade {
+
+std::optional<radiodb::DataFile> ReadSoundFile(services::Session& session,
+                                               const std::string& path) {
+  std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(session, path);
+  if (!file) return std::nullopt;
+  const radiodb::DataFileCheck check = radiodb::CheckDataFile(session, *file);
+  if (check.findings.empty()) return file;
+  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kFile;
+  services::NLSMsgBox(
+      session,
+      services::NLSFmt(session,
+                       "The data file %0:s is damaged and cannot be used. %1:s Please use another "
+                       "copy of it, or read the radio again.",
+                       {path, radiodb::FindingText(session, check.findings.front())}),
+      {.icon = services::Icon::kCritical});
+  return std::nullopt;
+}
+
+}  // namespace zep::upgrade
