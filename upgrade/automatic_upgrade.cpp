@@ -1,0 +1,294 @@
+#include "upgrade/automatic_upgrade.h"
+
+#include <exception>
+
+#include "link/byte_exchange.h"
+#include "platform/files.h"
+#include "radiodb/data_files.h"
+#include "radiodb/read_write_radio.h"
+#include "services/messages.h"
+#include "services/paths.h"
+#include "services/radio_model.h"
+#include "upgrade/calibration_conversion.h"
+#include "upgrade/personality_conversion.h"
+#include "upgrade/sound_file.h"
+
+namespace zep::upgrade {
+namespace {
+
+using radiodb::VersionNumber;
+using services::Failure;
+using services::Icon;
+using services::NLSFmt;
+using services::NLSMsgBox;
+using services::NLSText;
+
+// The tier whose radios switch off after a firmware download.
+constexpr int kSwitchesOff = 3;
+
+std::string NumberText(const std::string& version) {
+  return std::to_string(VersionNumber(version));
+}
+
+std::string_view ReportText(UpgradeOutcome outcome) {
+  switch (outcome) {
+    case UpgradeOutcome::kAborted:
+      return NLSText("The upgrade process was aborted");
+    case UpgradeOutcome::kCommsError:
+      return NLSText("There was a comms error - The upgrade process did not complete");
+    case UpgradeOutcome::kSucceeded:
+      return NLSText("The upgrade process has completed successfully");
+    case UpgradeOutcome::kFailed:
+    case UpgradeOutcome::kUpToDate:
+      break;
+  }
+  return NLSText("The upgrade process did not complete successfully");
+}
+
+}  // namespace
+
+AutomaticUpgrade::AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db,
+                                   UpgradeView& view)
+    : firmware_(firmware),
+      db_(db),
+      view_(view),
+      link_(db.link),
+      session_(db.link.session),
+      log_(session_, UpgradeLogFile(session_)) {}
+
+UpgradeOutcome AutomaticUpgrade::Upgrade() {
+  UpgradeOutcome outcome = UpgradeOutcome::kFailed;
+  {
+    const link::Job job(link_);
+    saved_ = {};
+    aborted_ = transferring_ = note_is_new_ = download_started_ = false;
+    try {
+      outcome = RunSteps();
+    } catch (const std::exception&) {
+      outcome = ReportUnexpectedError();
+    }
+  }
+  const bool nothing_lost = note_is_new_ && !download_started_;
+  if (outcome == UpgradeOutcome::kSucceeded || nothing_lost) RemoveNote(session_, saved_);
+  session_.DownloadError = false;
+  return outcome;
+}
+
+void AutomaticUpgrade::Cancel() {
+  aborted_ = true;
+  if (!transferring_) session_.RequestCancel();
+}
+
+UpgradeOutcome AutomaticUpgrade::RunSteps() {
+  log_.Log("Upgrade process started.");
+  TellOfUnfinishedUpgrades(session_, log_);
+  // One radio's data goes through this run, so only that radio gets the firmware.
+  if (!link::SelectSinglePort(link_) || !link::InitialiseComms(link_)) {
+    return Report(FailWith("Could not initialise comms", Failure::kPort));
+  }
+  view_.ShowFirmwareFile("");
+  link::ClearInputBuffers(link_);
+  view_.ShowStatus(NLSFmt(session_, "Locating firmware file"));
+  switch (LocateFirmwareFile(db_, log_, view_, selection_, firmware_.image)) {
+    case LocateResult::kUpToDate:
+      return UpgradeOutcome::kUpToDate;
+    case LocateResult::kFailed:
+      return Report(false);
+    case LocateResult::kSelected:
+      break;
+  }
+  return Report(MayGoOn() && Save() && MayGoOn() && Download() && MayGoOn() && Convert() &&
+                MayGoOn() && Reprogram());
+}
+
+bool AutomaticUpgrade::Save() {
+  Begin(NLSText("Saving personality and calibration data"));
+  KeepUnfinishedData(db_, log_);
+  db_.transfer_kind = radiodb::TransferKind::kBoth;
+  db_.database_folder = radiodb::DatabaseFolder(session_);
+  db_.calibration_folder = radiodb::CalibrationFolder(session_);
+  if (!radiodb::ReadRadio(db_, view_.ReadWriteWindow())) {
+    return FailWith("Could not save personality data", Failure::kFile);
+  }
+  saved_ = {db_.data_file, db_.calibration_file};
+  saved_model_code_ = db_.identity.model_code;
+  old_database_version_ = db_.identity.database_version;
+  old_calibration_version_ = db_.identity.calibration_version;
+  note_is_new_ = !platform::FileExists(NoteFile(session_, saved_));
+  if (!SecureSavedData(db_, saved_)) {
+    return FailWith("The saved data could not be verified", Failure::kFile);
+  }
+  log_.Log("Personality data saved as: " + services::FileTitleOf(saved_.data_file));
+  log_.Log("Calibration data saved as: " + services::FileTitleOf(saved_.calibration_file));
+  return CheckDefaultSettings();
+}
+
+// Without them there would be no way back once the firmware is in the radio.
+bool AutomaticUpgrade::CheckDefaultSettings() {
+  const std::optional<std::string> path =
+      LocateDefaultSettings(session_, log_, FindDefaultSettings(session_));
+  if (!path) return FailWith({}, Failure::kFile);
+  default_settings_ = *path;
+  return ReadDefaultSettings(session_, log_, *path).has_value();
+}
+
+bool AutomaticUpgrade::Download() {
+  log_.Log("Starting firmware download. Version is currently v" + db_.identity.software_version);
+  view_.ShowStatus(NLSFmt(session_, "Downloading radio firmware"));
+  download_started_ = true;
+  if (!TransferFirmware()) return FailWith("Firmware download failed", Failure::kRefused);
+  if (db_.identity.tier == kSwitchesOff) {
+    NLSMsgBox(session_, "Please turn the radio on so that it can be programmed.",
+              {.notice = services::Notice::kAwaitsAction});
+  }
+  if (!radiodb::ReadSpecification(db_)) {
+    return FailWith("Could not read radio configuration", Failure::kNoAnswer);
+  }
+  log_.Log("Firmware download complete. Version is now v" + db_.identity.software_version);
+  return true;
+}
+
+bool AutomaticUpgrade::TransferFirmware() {
+  session_.TransferMode = services::Transfer::kProgram;
+  firmware::TransferRun run(firmware_, view_.TransferWindow(),
+                            {.at_once = std::nullopt, .automatic_upgrade = true});
+  transferring_ = true;
+  view_.WatchTransfer(&run);
+  const firmware::TransferResult result = firmware::RunTransfer(run);
+  view_.WatchTransfer(nullptr);
+  transferring_ = false;
+  return result.succeeded;
+}
+
+bool AutomaticUpgrade::Convert() {
+  view_.ShowStatus(NLSFmt(session_, "Converting the radio's data"));
+  if (!CheckRadioIsTheSame()) return false;
+  const PersonalityRequest request{
+      .old_version = old_database_version_,
+      .new_version = db_.identity.database_version,
+      .saved_file = saved_.data_file,
+      .converted_file = ConvertedFileOf(session_, saved_.data_file),
+      .default_file = default_settings_,
+  };
+  return ConvertPersonalityData(session_, log_, request) && MayGoOn() && ConvertCalibration();
+}
+
+// What came back after the download has to be able to take the saved data.
+bool AutomaticUpgrade::CheckRadioIsTheSame() {
+  const radiodb::RadioIdentity& radio = db_.identity;
+  if (radio.model_code != saved_model_code_) {
+    const auto saved_model =
+        radiodb::FindRadioModel(saved_model_code_).value_or(radiodb::RadioModel{});
+    NLSMsgBox(session_,
+              NLSFmt(session_, "Can not program a %0:s as a %1:s",
+                     {services::AppGetRadioModel(session_, saved_model.tier), radio.model_name}),
+              {.icon = Icon::kCritical});
+    return FailWith("The radio is not the one whose data was saved: its model code is " +
+                        radio.model_code + " instead of " + saved_model_code_,
+                    Failure::kRefused);
+  }
+  if (VersionNumber(radio.database_version) >= VersionNumber(old_database_version_)) return true;
+  const std::string question =
+      NLSFmt(session_,
+             "The radio's database version is now %0:s, older than the %1:s of its saved data, "
+             "which cannot be converted back. Program the data as it is?",
+             {NumberText(radio.database_version), NumberText(old_database_version_)});
+  if (NLSMsgBox(session_, question,
+                {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
+      services::Answer::kYes) {
+    return true;
+  }
+  return FailWith("The radio's database version is older than that of its saved data",
+                  Failure::kRefused);
+}
+
+bool AutomaticUpgrade::ConvertCalibration() {
+  const std::string old_text = NumberText(old_calibration_version_);
+  const std::string new_text = NumberText(db_.identity.calibration_version);
+  log_.Log("Upgrading calibration data v" + old_text + " -> v" + new_text);
+  if (old_text == new_text) {
+    log_.Log("Calibration data is up-to-date");
+    return true;
+  }
+  constexpr std::string_view kFailed = "Could not upgrade calibration data";
+  const std::optional<radiodb::DataFile> file = ReadSoundFile(session_, saved_.calibration_file);
+  if (!file) return FailWith(kFailed, Failure::kFile);
+  const std::string item = CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type});
+  std::string data = GetCalibrationData(*file, item);
+  if (data.empty() ||
+      !ConvertCalibrationDatabase(session_, data, VersionNumber(old_calibration_version_),
+                                  VersionNumber(db_.identity.calibration_version))) {
+    return FailWith(kFailed, Failure::kFile);
+  }
+  log_.Log("Calibration data version is now " + new_text);
+  return AddCalibrationDataToFile(session_, ConvertedFileOf(session_, saved_.data_file), item,
+                                  data) ||
+         FailWith(kFailed, Failure::kFile);
+}
+
+bool AutomaticUpgrade::Reprogram() {
+  Begin(NLSText("Attempting to reprogram personality"));
+  constexpr std::string_view kFailed = "Could not reprogram personality";
+  const std::string path = ConvertedFileOf(session_, saved_.data_file);
+  if (platform::FileSize(path).value_or(0) == 0) return FailWith(kFailed, Failure::kFile);
+  if (firmware_.image.FirmwareRadioModel == kSwitchesOff) {
+    NLSMsgBox(session_, "Please turn radio on so data may be programmed.",
+              {.notice = services::Notice::kAwaitsAction});
+  }
+  db_.transfer_kind = radiodb::TransferKind::kBoth;
+  if (!radiodb::ProgramRadio(db_, view_.ReadWriteWindow(), path)) {
+    return FailWith(kFailed, Failure::kRefused);
+  }
+  log_.Log("Radio personality has been reprogrammed");
+  return true;
+}
+
+UpgradeOutcome AutomaticUpgrade::Report(bool succeeded) {
+  UpgradeOutcome outcome = succeeded ? UpgradeOutcome::kSucceeded : UpgradeOutcome::kFailed;
+  if (session_.DownloadError) outcome = UpgradeOutcome::kCommsError;
+  if (IsAborted()) {
+    outcome = UpgradeOutcome::kAborted;
+    session_.failure = Failure::kCancelled;
+  }
+  if (outcome != UpgradeOutcome::kSucceeded && session_.failure == Failure::kNone) {
+    session_.failure = Failure::kRefused;
+  }
+  log_.Log(ReportText(outcome));
+  NLSMsgBox(session_, ReportText(outcome));
+  if (outcome != UpgradeOutcome::kSucceeded && download_started_) {
+    log_.Log("The radio's data is in " + saved_.data_file + " and " + saved_.calibration_file);
+    NLSMsgBox(session_, NLSFmt(session_,
+                               "The data of this radio is in %0:s and %1:s. Please keep these "
+                               "files until the radio has its data back.",
+                               {saved_.data_file, saved_.calibration_file}));
+  }
+  return outcome;
+}
+
+UpgradeOutcome AutomaticUpgrade::ReportUnexpectedError() {
+  constexpr std::string_view kText = NLSText("An unexpected error has occured");
+  if (session_.failure == Failure::kNone) session_.failure = Failure::kRefused;
+  log_.Log(kText);
+  NLSMsgBox(session_, kText, {.icon = Icon::kCritical});
+  return UpgradeOutcome::kFailed;
+}
+
+void AutomaticUpgrade::Begin(std::string_view text) {
+  log_.Log(text);
+  view_.ShowStatus(NLSFmt(session_, text));
+}
+
+bool AutomaticUpgrade::FailWith(std::string_view line, Failure why) {
+  if (!line.empty()) log_.Log(line);
+  if (session_.failure == Failure::kNone) session_.failure = why;
+  return false;
+}
+
+bool AutomaticUpgrade::MayGoOn() { return !IsAborted() && !session_.DownloadError; }
+
+bool AutomaticUpgrade::IsAborted() {
+  if (session_.CancelRequested && session_.failure == Failure::kCancelled) aborted_ = true;
+  return aborted_;
+}
+
+}  // namespace zep::upgrade

@@ -1,0 +1,91 @@
+// The automatic upgrade: one radio from an older firmware and database version to the current one
+// in a single run. Its data is saved, the firmware downloaded, the saved data converted to the
+// radio's new database versions and programmed back.
+//
+// The steps, each with its lines in upgrade.log; what failed or was cancelled ends the run at the
+// next one:
+//
+//   locate     reads who the radio is, selects the image, finds and checks it
+//   save       reads everything into a data file and a calibration file and checks both: from now
+//              on they are the only copy
+//   download   the firmware, then who the radio is now
+//   convert    personality and calibration data into a data file in the folder "upgrade"
+//   reprogram  that file into the radio
+#pragma once
+
+#include <string>
+
+#include "firmware/firmware.h"
+#include "radiodb/radio_db.h"
+#include "services/session.h"
+#include "upgrade/firmware_selection.h"
+#include "upgrade/saved_data.h"
+#include "upgrade/upgrade_log.h"
+#include "upgrade/upgrade_view.h"
+
+namespace zep::upgrade {
+
+enum class UpgradeOutcome {
+  kSucceeded,
+  kUpToDate,  // nothing was to be done
+  kFailed,
+  kCommsError,
+  kAborted,
+};
+
+class AutomaticUpgrade {
+ public:
+  // All three outlive the upgrade.
+  AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db, UpgradeView& view);
+
+  // The Upgrade button: the whole run, with its final report. The link's job and its end are part
+  // of it. Unless it succeeded or nothing was to be done, session.failure is set.
+  UpgradeOutcome Upgrade();
+
+  // The Cancel button, in a turn of the user interface: the running step gives up, but a firmware
+  // transfer goes on, for half a firmware is worse than either; then the run ends as aborted.
+  void Cancel();
+
+  // The files of the last run.
+  const SavedData& Saved() const { return saved_; }
+
+ private:
+  UpgradeOutcome RunSteps();
+  bool Save();
+  bool CheckDefaultSettings();
+  bool Download();
+  bool TransferFirmware();
+  bool Convert();
+  bool CheckRadioIsTheSame();
+  bool ConvertCalibration();
+  bool Reprogram();
+
+  UpgradeOutcome Report(bool succeeded);
+  UpgradeOutcome ReportUnexpectedError();
+
+  // Shows the status and logs it.
+  void Begin(std::string_view text);
+  bool FailWith(std::string_view line, services::Failure why);
+  bool MayGoOn();
+  bool IsAborted();
+
+  firmware::Firmware& firmware_;
+  radiodb::RadioDb& db_;
+  UpgradeView& view_;
+  link::Link& link_;
+  services::Session& session_;
+  UpgradeLog log_;
+  FirmwareSelection selection_;
+
+  SavedData saved_;
+  std::string saved_model_code_;
+  std::string default_settings_;
+  std::string old_database_version_;
+  std::string old_calibration_version_;
+  bool aborted_ = false;
+  bool transferring_ = false;
+  bool note_is_new_ = false;  // no earlier run has left one about the same files
+  bool download_started_ = false;
+};
+
+}  // namespace zep::upgrade

@@ -1,0 +1,40 @@
+// The files into which a radio's data is saved before its firmware is replaced. From then on they
+// are the only copy: they are checked before, and a note in the folder "upgrade" tells where they
+// are until the radio has its data back, so that a run that was killed does not lose them.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "radiodb/radio_db.h"
+#include "services/session.h"
+#include "upgrade/upgrade_log.h"
+
+namespace zep::upgrade {
+
+// The saved files of one radio, by their full names; empty where there is none.
+struct SavedData {
+  std::string data_file;
+  std::string calibration_file;
+};
+
+// The folder "upgrade" of the application folder, with its separator.
+std::string UpgradeFolder(const services::Session& session);
+
+// Makes sure of the files that the last read of db has written: that they are on the disk and not
+// only on the way there, sound in every record, of this radio, and hold as many records as it has
+// sent. Then makes the note. False, after a message, when the files cannot be relied on.
+bool SecureSavedData(const radiodb::RadioDb& db, const SavedData& saved);
+
+// The note about these files, and its end.
+std::string NoteFile(const services::Session& session, const SavedData& saved);
+void RemoveNote(const services::Session& session, const SavedData& saved);
+
+// Tells the user of every note that an unfinished run has left behind, and logs it.
+void TellOfUnfinishedUpgrades(services::Session& session, UpgradeLog& log);
+
+// Before db's radio is read into files of the default names: copies files of those names that a
+// note speaks of to "NAME.unfinished", for the radio may no longer hold what is in them.
+void KeepUnfinishedData(const radiodb::RadioDb& db, UpgradeLog& log);
+
+}  // namespace zep::upgrade
