@@ -1,0 +1,54 @@
+// Files of radio data for the tests of upgrades, written line by line.
+#pragma once
+
+#include <cstdio>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zep::testing {
+
+// Counting bytes from first to last as hexadecimal text.
+inline std::string Count(int first, int last) {
+  std::string hex;
+  char digits[8];
+  for (int byte = first; byte <= last; ++byte) {
+    std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>(byte) % 256);
+    hex += digits;
+  }
+  return hex;
+}
+
+inline std::string Repeat(std::string_view text, int times) {
+  std::string all;
+  while (times-- > 0) all += text;
+  return all;
+}
+
+// The record with its checksum: the byte that makes the sum of all bytes a multiple of 256.
+inline std::string Record(std::string_view header, std::string_view data) {
+  std::string record = std::string(header) + std::string(data);
+  int sum = 0;
+  for (std::size_t at = 0; at < record.size(); at += 2)
+    sum += std::stoi(record.substr(at, 2), nullptr, 16);
+  return record + Count(256 - sum % 256, 256 - sum % 256);
+}
+
+// "ZEP-H1512", a conventional radio of model 51, with database version 04.02 and hardware 0201.
+inline const std::string kIdentity402 = Record("000011",
+                                               "5A45502D4831353132"
+                                               "30343032"
+                                               "30323031");
+
+inline std::string Lines(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\r\n";
+  return text;
+}
+
+// A data file of these records behind a header.
+inline std::string DataFileOf(const std::vector<std::string>& records) {
+  return "***\r\nZEP Data File\r\nSaved with a test\r\n###\r\n---\r\n" + Lines(records);
+}
+
+}  // namespace zep::testing
