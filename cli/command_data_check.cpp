@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/data_report.h"
@@ -36,19 +34,17 @@ ExitStatus Check(Program& program, const std::string& name) {
     text += FindingText(program.session, finding) + "\n";
   program.Print(text + Summary(program.session, *file, check) + "\n");
   if (program.options.json) {
-    program.Json()["data"] = FileIdentityJson(program.session, *file, check);
-    program.Json()["findings"] = FindingsJson(check);
+    program.json.Set("data", FileIdentityJson(program.session, *file, check));
+    program.json.Set("findings", FindingsJson(check));
   }
   return check.findings.empty() ? ExitStatus::kDone : ExitStatus::kFile;
 }
 
 }  // namespace
 
-Action DeclareDataCheck(CLI::App& app) {
+Action DeclareDataCheck(Arguments& arguments) {
   auto file = std::make_shared<std::string>();
-  app.add_option("FILE", *file,
-                 std::string(NLSText("data file (.ops, .omn) or calibration file (.ocs)")))
-      ->required();
+  arguments.AddWord("FILE", *file, NLSText("data file (.ops, .omn) or calibration file (.ocs)"));
   return [file](Program& program) { return Check(program, *file); };
 }
 

@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/data_report.h"
@@ -23,16 +21,17 @@ std::string ItemTable(const services::Session& session, const std::vector<ItemSu
   return table.Text();
 }
 
-nlohmann::ordered_json ItemsJson(const std::vector<ItemSummary>& items) {
-  nlohmann::ordered_json json = nlohmann::ordered_json::array();
+Json ItemsJson(const std::vector<ItemSummary>& items) {
+  Json json = Json::List();
   for (const ItemSummary& item : items) {
-    nlohmann::ordered_json records = nlohmann::ordered_json::array();
+    Json records = Json::List();
     for (const radiodb::DataFileLine* record : item.records)
-      records.push_back({{"line", record->number}, {"record", record->text}});
-    json.push_back({{"item", item.item},
-                    {"network", item.network},
-                    {"bytes", item.bytes},
-                    {"records", std::move(records)}});
+      records.Add(Json().Set("line", record->number).Set("record", record->text));
+    json.Add(Json()
+                 .Set("item", item.item)
+                 .Set("network", item.network)
+                 .Set("bytes", item.bytes)
+                 .Set("records", std::move(records)));
   }
   return json;
 }
@@ -45,8 +44,8 @@ ExitStatus Show(Program& program, const std::string& name) {
   program.Print(FileIdentityTable(program.session, *file, check).Text() + "\n" +
                 ItemTable(program.session, items));
   if (program.options.json) {
-    program.Json()["data"] = FileIdentityJson(program.session, *file, check);
-    program.Json()["items"] = ItemsJson(items);
+    program.json.Set("data", FileIdentityJson(program.session, *file, check));
+    program.json.Set("items", ItemsJson(items));
   }
   if (check.findings.empty()) return ExitStatus::kDone;
   program.user.Say(NLSFmt(program.session,
@@ -57,11 +56,9 @@ ExitStatus Show(Program& program, const std::string& name) {
 
 }  // namespace
 
-Action DeclareDataShow(CLI::App& app) {
+Action DeclareDataShow(Arguments& arguments) {
   auto file = std::make_shared<std::string>();
-  app.add_option("FILE", *file,
-                 std::string(NLSText("data file (.ops, .omn) or calibration file (.ocs)")))
-      ->required();
+  arguments.AddWord("FILE", *file, NLSText("data file (.ops, .omn) or calibration file (.ocs)"));
   return [file](Program& program) { return Show(program, *file); };
 }
 

@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/image_report.h"
@@ -30,7 +28,7 @@ std::string ImageTable(const services::Session& session, const ImageInspection& 
 
 ExitStatus Check(Program& program, const std::string& name) {
   const ImageInspection image = firmware::InspectImage(name);
-  program.Json()["image"] = ImageJson(program.session, image, name);
+  program.json.Set("image", ImageJson(program.session, image, name));
   if (!IsUsableImage(program, image)) return ExitStatus::kFile;
   program.Print(ImageTable(program.session, image, name));
   return ExitStatus::kDone;
@@ -38,9 +36,9 @@ ExitStatus Check(Program& program, const std::string& name) {
 
 }  // namespace
 
-Action DeclareFirmwareCheck(CLI::App& app) {
+Action DeclareFirmwareCheck(Arguments& arguments) {
   auto image = std::make_shared<std::string>();
-  app.add_option("IMAGE", *image, std::string(NLSText("firmware image (.bin)")))->required();
+  arguments.AddWord("IMAGE", *image, NLSText("firmware image (.bin)"));
   return [image](Program& program) { return Check(program, *image); };
 }
 

@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/firmware_jobs.h"
@@ -32,19 +30,19 @@ ExitStatus Read(Program& program, const std::string& name) {
     program.Print(NLSFmt(program.session, "The flash memory is saved in %0:s (%1:s bytes).",
                          {name, std::to_string(size)}) +
                   "\n");
-    program.Json()["file"] = name;
+    program.json.Set("file", name);
   }
   return program.JobStatus(done);
 }
 
 }  // namespace
 
-Action DeclareFirmwareRead(CLI::App& app) {
+Action DeclareFirmwareRead(Arguments& arguments) {
   auto image = std::make_shared<std::string>();
-  app.add_option("IMAGE", *image, std::string(NLSText("file to make (.bin)")))->required();
-  app.footer(std::string(
+  arguments.AddWord("IMAGE", *image, NLSText("file to make (.bin)"));
+  arguments.AddRemark(
       NLSText("One radio is read, 2 megabits of it. What the loaders leave alone in a radio is FF "
-              "in the file.")));
+              "in the file."));
   return [image](Program& program) { return Read(program, *image); };
 }
 

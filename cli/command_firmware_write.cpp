@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/file_names.h"
@@ -37,7 +35,7 @@ ExitStatus Write(Program& program, const WriteOptions& options) {
         NLSFmt(program.session, "Please give one of --save-data and --data, not both."));
   }
   const firmware::ImageInspection image = firmware::InspectImage(options.image);
-  program.Json()["image"] = ImageJson(program.session, image, options.image);
+  program.json.Set("image", ImageJson(program.session, image, options.image));
   if (!IsUsableImage(program, image)) return ExitStatus::kFile;
   // A mistyped name is better found out before the firmware is replaced.
   if (!options.data_file.empty() && !radiodb::ReadDataFile(program.session, options.data_file))
@@ -59,7 +57,7 @@ ExitStatus Write(Program& program, const WriteOptions& options) {
   bool done = DownloadFirmwareAndData(firmware, db, Choices(options), windows);
   windows.Report(firmware);
   if (!options.data_file.empty()) {
-    program.Json()["data_programmed"] = windows.HasProgrammed();
+    program.json.Set("data_programmed", windows.HasProgrammed());
     done = done && windows.HasProgrammed();
   }
   return program.JobStatus(done && windows.AllDone());
@@ -67,21 +65,19 @@ ExitStatus Write(Program& program, const WriteOptions& options) {
 
 }  // namespace
 
-Action DeclareFirmwareWrite(CLI::App& app) {
+Action DeclareFirmwareWrite(Arguments& arguments) {
   auto options = std::make_shared<WriteOptions>();
-  app.add_option("IMAGE", options->image, std::string(NLSText("firmware image (.bin)")))
-      ->required();
-  app.add_flag("--at-once", options->at_once,
-               std::string(NLSText("send each block to all radios together: four take the time of "
-                                   "one")));
-  app.add_flag("--save-data", options->save_data,
-               std::string(NLSText("save the radio's data first and write it back afterwards")));
-  app.add_option("--data", options->data_file,
-                 std::string(NLSText("program this data file afterwards, if you say Yes")))
-      ->type_name("FILE");
-  app.footer(std::string(
+  arguments.AddWord("IMAGE", options->image, NLSText("firmware image (.bin)"));
+  arguments.AddFlag("--at-once", options->at_once,
+                    NLSText("send each block to all radios together: four take the time of "
+                            "one"));
+  arguments.AddFlag("--save-data", options->save_data,
+                    NLSText("save the radio's data first and write it back afterwards"));
+  arguments.AddOption("--data", "FILE", options->data_file,
+                      NLSText("program this data file afterwards, if you say Yes"));
+  arguments.AddRemark(
       NLSText("All radios named with -p, up to four, get the image. Their loaders bs.tsk and "
-              "dl.tsk must be in the application folder.")));
+              "dl.tsk must be in the application folder."));
   return [options](Program& program) { return Write(program, *options); };
 }
 

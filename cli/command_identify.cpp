@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/identity_report.h"
@@ -19,13 +17,13 @@ ExitStatus Identify(Program& program) {
   program.progress.EndPhase();
   if (done) {
     program.Print(IdentityTable(program.session, db.identity).Text());
-    program.Json()["radio"] = IdentityJson(db.identity);
+    program.json.Set("radio", IdentityJson(db.identity));
   }
   return program.JobStatus(done);
 }
 
 }  // namespace
 
-Action DeclareIdentify(CLI::App&) { return Identify; }
+Action DeclareIdentify(Arguments&) { return Identify; }
 
 }  // namespace zep::cli

@@ -86,6 +86,31 @@ std::string OptionEntries(const CLI::App& app, const services::Session& session,
   return text;
 }
 
+// Hands the arguments of a command to its parser.
+class CommandArguments final : public Arguments {
+ public:
+  explicit CommandArguments(CLI::App& app) : app_(app) {}
+
+  void AddWord(std::string_view name, std::string& target, std::string_view meaning) override {
+    app_.add_option(Text(name), target, Text(meaning))->required();
+  }
+  void AddOptionalWord(std::string_view name, std::string& target,
+                       std::string_view meaning) override {
+    app_.add_option(Text(name), target, Text(meaning));
+  }
+  void AddOption(std::string_view name, std::string_view value, std::string& target,
+                 std::string_view meaning) override {
+    app_.add_option(Text(name), target, Text(meaning))->type_name(Text(value));
+  }
+  void AddFlag(std::string_view name, bool& target, std::string_view meaning) override {
+    app_.add_flag(Text(name), target, Text(meaning));
+  }
+  void AddRemark(std::string_view remark) override { app_.footer(Text(remark)); }
+
+ private:
+  CLI::App& app_;
+};
+
 }  // namespace
 
 struct CommandLine::Grammar {
@@ -114,7 +139,8 @@ struct CommandLine::Grammar {
     }
     CLI::App* sub = parent->add_subcommand(name);
     commands[sub] = &command;
-    actions[sub] = command.declare(*sub);
+    CommandArguments arguments(*sub);
+    actions[sub] = command.declare(arguments);
   }
 
   // The innermost command that was given.

@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/text_layout.h"
@@ -51,21 +49,23 @@ void ShowDevices(Program& program) {
   Table table({NLSFmt(session, "Device"), NLSFmt(session, "Adapter"), NLSFmt(session, "USB id"),
                NLSFmt(session, "Serial number"), NLSFmt(session, "State")});
   std::string next_steps;
-  nlohmann::ordered_json& json = program.Json()["devices"] = nlohmann::ordered_json::array();
+  Json json = Json::List();
   for (const SerialDeviceInfo& device : program.surroundings.list_devices()) {
     const std::string_view state = StateName(device.state);
     const std::string next_step = NextStep(program, device);
     table.AddRow({device.device, device.description, device.usb_id, device.serial_number,
                   NLSFmt(session, state)});
     if (!next_step.empty()) next_steps += next_step + "\n";
-    json.push_back({{"device", device.device},
-                    {"adapter", device.description},
-                    {"usb_id", device.usb_id},
-                    {"serial_number", device.serial_number},
-                    {"state", state},
-                    {"in_use_by", device.busy_with},
-                    {"next_step", next_step}});
+    json.Add(Json()
+                 .Set("device", device.device)
+                 .Set("adapter", device.description)
+                 .Set("usb_id", device.usb_id)
+                 .Set("serial_number", device.serial_number)
+                 .Set("state", state)
+                 .Set("in_use_by", device.busy_with)
+                 .Set("next_step", next_step));
   }
+  program.json.Set("devices", std::move(json));
   if (table.IsEmpty()) {
     program.Print(NLSFmt(session,
                          "There is no serial device on this computer. Please plug in the adapter "
@@ -82,13 +82,14 @@ void ShowSlots(Program& program) {
   link::Link& link = program.Link();
   if (program.NamesPorts()) program.LinkForJob();
   Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "State")});
-  nlohmann::ordered_json& json = program.Json()["slots"] = nlohmann::ordered_json::array();
+  Json json = Json::List();
   for (const int slot : link::kAllPorts) {
     const std::string device = link.Port(slot).Device();
     const std::string_view state = PortStateText(link.State(slot));
     table.AddRow({std::to_string(slot), device.empty() ? "-" : device, NLSFmt(session, state)});
-    json.push_back({{"slot", slot}, {"device", device}, {"state", state}});
+    json.Add(Json().Set("slot", slot).Set("device", device).Set("state", state));
   }
+  program.json.Set("slots", std::move(json));
   program.Print("\n" + table.Text());
 }
 
@@ -100,10 +101,10 @@ ExitStatus Ports(Program& program) {
 
 }  // namespace
 
-Action DeclarePorts(CLI::App& app) {
-  app.footer(std::string(
+Action DeclarePorts(Arguments& arguments) {
+  arguments.AddRemark(
       NLSText("The slots are the ports that a command uses when none is named with -p. With -p, "
-              "the ports named are tried out.")));
+              "the ports named are tried out."));
   return Ports;
 }
 

@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/displays.h"
@@ -36,18 +34,16 @@ ExitStatus ProgramFile(Program& program, const std::string& name) {
   program.Print(NLSFmt(program.session, "Radio %0:s is programmed with %1:s.",
                        {RadioName(db.identity), name}) +
                 "\n");
-  program.Json()["radio"] = IdentityJson(db.identity);
-  program.Json()["data_file"] = name;
+  program.json.Set("radio", IdentityJson(db.identity));
+  program.json.Set("data_file", name);
   return program.JobStatus(true);
 }
 
 }  // namespace
 
-Action DeclareProgram(CLI::App& app) {
+Action DeclareProgram(Arguments& arguments) {
   auto file = std::make_shared<std::string>();
-  app.add_option("FILE", *file,
-                 std::string(NLSText("data file (.ops, .omn) or calibration file (.ocs)")))
-      ->required();
+  arguments.AddWord("FILE", *file, NLSText("data file (.ops, .omn) or calibration file (.ocs)"));
   return [file](Program& program) { return ProgramFile(program, *file); };
 }
 

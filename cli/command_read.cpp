@@ -1,5 +1,3 @@
-#include <CLI/CLI.hpp>
-#include <nlohmann/json.hpp>
 
 #include "cli/command.h"
 #include "cli/displays.h"
@@ -55,31 +53,28 @@ ExitStatus Read(Program& program, const ReadOptions& options) {
                          {RadioName(db.identity), file}) +
                   "\n");
   }
-  program.Json()["radio"] = IdentityJson(db.identity);
-  if (!db.data_file.empty()) program.Json()["data_file"] = db.data_file;
-  if (!db.calibration_file.empty()) program.Json()["calibration_file"] = db.calibration_file;
+  program.json.Set("radio", IdentityJson(db.identity));
+  if (!db.data_file.empty()) program.json.Set("data_file", db.data_file);
+  if (!db.calibration_file.empty()) program.json.Set("calibration_file", db.calibration_file);
   return program.JobStatus(true);
 }
 
 }  // namespace
 
-Action DeclareRead(CLI::App& app) {
+Action DeclareRead(Arguments& arguments) {
   auto options = std::make_shared<ReadOptions>();
-  app.add_option("FILE", options->file,
-                 std::string(NLSText("data file to make: .ops, or .omn of a radio with several "
-                                     "networks")));
-  app.add_option("--calibration", options->calibration_file,
-                 std::string(NLSText("read the calibration data instead, into this .ocs file")))
-      ->type_name("FILE");
-  app.add_flag("--auto", options->automatic,
-               std::string(NLSText("read both; the files are named after the radio's serial number "
-                                   "and versions")));
-  app.add_option("--database-folder", options->database_folder,
-                 std::string(NLSText("where --auto puts the data file")))
-      ->type_name("DIR");
-  app.add_option("--calibration-folder", options->calibration_folder,
-                 std::string(NLSText("where --auto puts the calibration file")))
-      ->type_name("DIR");
+  arguments.AddOptionalWord("FILE", options->file,
+                            NLSText("data file to make: .ops, or .omn of a radio with several "
+                                    "networks"));
+  arguments.AddOption("--calibration", "FILE", options->calibration_file,
+                      NLSText("read the calibration data instead, into this .ocs file"));
+  arguments.AddFlag("--auto", options->automatic,
+                    NLSText("read both; the files are named after the radio's serial number "
+                            "and versions"));
+  arguments.AddOption("--database-folder", "DIR", options->database_folder,
+                      NLSText("where --auto puts the data file"));
+  arguments.AddOption("--calibration-folder", "DIR", options->calibration_folder,
+                      NLSText("where --auto puts the calibration file"));
   return [options](Program& program) { return Read(program, *options); };
 }
 

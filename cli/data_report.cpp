@@ -1,7 +1,6 @@
 #include "cli/data_report.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "cli/identity_report.h"
 #include "link/record_text.h"
@@ -80,32 +79,32 @@ Table FileIdentityTable(const services::Session& session, const DataFile& file,
   return table;
 }
 
-nlohmann::ordered_json FileIdentityJson(const services::Session& session, const DataFile& file,
-                                        const DataFileCheck& check) {
-  nlohmann::ordered_json json;
-  json["file"] = file.path;
-  json["size"] = file.size;
-  json["header"] = file.header;
+Json FileIdentityJson(const services::Session& session, const DataFile& file,
+                      const DataFileCheck& check) {
+  Json json;
+  json.Set("file", file.path);
+  json.Set("size", file.size);
+  json.Set("header", Json::List(file.header));
   if (const auto& identity = check.identity) {
-    json["calibration"] = identity->is_calibration;
-    json["model_code"] = identity->model_code;
-    json["model"] = radiodb::FindRadioModel(identity->model_code)
-                        ? ModelName(session, identity->model_code)
-                        : "";
-    json["model_string"] = identity->model_string;
-    json["database_version"] = identity->database_version;
-    json["hardware_version"] = identity->hardware_version;
-    json["serial_number"] = identity->serial_number;
+    json.Set("calibration", identity->is_calibration);
+    json.Set("model_code", identity->model_code);
+    json.Set("model", radiodb::FindRadioModel(identity->model_code)
+                          ? ModelName(session, identity->model_code)
+                          : "");
+    json.Set("model_string", identity->model_string);
+    json.Set("database_version", identity->database_version);
+    json.Set("hardware_version", identity->hardware_version);
+    json.Set("serial_number", identity->serial_number);
   }
-  json["networks"] = check.networks;
-  json["records"] = check.records;
+  json.Set("networks", check.networks);
+  json.Set("records", check.records);
   return json;
 }
 
-nlohmann::ordered_json FindingsJson(const DataFileCheck& check) {
-  nlohmann::ordered_json json = nlohmann::ordered_json::array();
+Json FindingsJson(const DataFileCheck& check) {
+  Json json = Json::List();
   for (const radiodb::Finding& finding : check.findings)
-    json.push_back({{"line", finding.line}, {"text", finding.text}});
+    json.Add(Json().Set("line", finding.line).Set("text", finding.text));
   return json;
 }
 

@@ -1,10 +1,10 @@
 // What a data file holds, for people and for programs.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
+#include "cli/json.h"
 #include "cli/text_layout.h"
 #include "radiodb/data_file_reader.h"
 
@@ -24,10 +24,9 @@ std::vector<ItemSummary> SummariseItems(services::Session& session, const radiod
 
 Table FileIdentityTable(const services::Session& session, const radiodb::DataFile& file,
                         const radiodb::DataFileCheck& check);
-nlohmann::ordered_json FileIdentityJson(const services::Session& session,
-                                        const radiodb::DataFile& file,
-                                        const radiodb::DataFileCheck& check);
-nlohmann::ordered_json FindingsJson(const radiodb::DataFileCheck& check);
+Json FileIdentityJson(const services::Session& session, const radiodb::DataFile& file,
+                      const radiodb::DataFileCheck& check);
+Json FindingsJson(const radiodb::DataFileCheck& check);
 
 // "Conventional", "Trunked", "Conventional II", translated; empty for any other type digit.
 std::string FileTypeName(const services::Session& session, const radiodb::FileIdentity& identity);

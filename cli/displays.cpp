@@ -42,7 +42,7 @@ void TransferDisplay::EnableCancel(bool enabled) { program_.user.EnableCancel(en
 void TransferDisplay::SetSlot(int slot, const link::SlotLabels& labels) {
   // A slot that never took part says nothing.
   std::string& shown = shown_[link::Link::Index(slot)];
-  if (!labels.enabled && shown.empty()) return;
+  if (shown.empty() && !program_.Link().IsActive(slot)) return;
   std::string line =
       NLSFmt(program_.session, "Port %0:s: %1:s", {std::to_string(slot), labels.status});
   for (const std::string& label : {labels.micro, labels.flash}) {

@@ -1,7 +1,6 @@
 #include "cli/firmware_jobs.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "cli/displays.h"
 #include "cli/text_layout.h"
@@ -48,7 +47,7 @@ void FirmwareWindows::Report(const firmware::Firmware& firmware) {
   const services::Session& session = program_.session;
   Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
                NLSFmt(session, "Flash"), NLSFmt(session, "Result")});
-  nlohmann::ordered_json& json = program_.Json()["radios"] = nlohmann::ordered_json::array();
+  Json json = Json::List();
   for (const int slot : link::kAllPorts) {
     const std::size_t index = link::Link::Index(slot);
     if (result_.outcomes[index] == SlotOutcome::kNotUsed) continue;
@@ -57,17 +56,19 @@ void FirmwareWindows::Report(const firmware::Firmware& firmware) {
     const std::string_view outcome = OutcomeName(result_.outcomes[index]);
     table.AddRow(
         {std::to_string(slot), device, labels.micro, labels.flash, NLSFmt(session, outcome)});
-    json.push_back({{"slot", slot},
-                    {"device", device},
-                    {"micro", labels.micro},
-                    {"flash", labels.flash},
-                    {"result", outcome}});
+    json.Add(Json()
+                 .Set("slot", slot)
+                 .Set("device", device)
+                 .Set("micro", labels.micro)
+                 .Set("flash", labels.flash)
+                 .Set("result", outcome));
   }
+  program_.json.Set("radios", std::move(json));
   if (!table.IsEmpty()) program_.Print(table.Text());
   const firmware::TransferStatistics& statistics = result_.statistics;
-  program_.Json()["bytes"] = statistics.bytes;
-  program_.Json()["seconds"] =
-      std::chrono::duration<double>(statistics.ended - statistics.began).count();
+  program_.json.Set("bytes", statistics.bytes);
+  program_.json.Set("seconds",
+                    std::chrono::duration<double>(statistics.ended - statistics.began).count());
 }
 
 }  // namespace zep::cli

@@ -1,7 +1,5 @@
 #include "cli/identity_report.h"
 
-#include <nlohmann/json.hpp>
-
 #include "services/messages.h"
 #include "services/radio_model.h"
 
@@ -54,23 +52,23 @@ Table IdentityTable(const services::Session& session, const RadioIdentity& ident
   return table;
 }
 
-nlohmann::ordered_json IdentityJson(const RadioIdentity& identity) {
-  nlohmann::ordered_json json;
-  json["model"] = identity.model_name;
-  json["model_string"] = identity.model_string;
-  json["model_code"] = identity.model_code;
-  json["tier"] = identity.tier;
-  json["type"] = TypeName(identity.type);
-  json["serial_number"] = identity.serial_number;
-  json["software_version"] = identity.software_version;
-  json["hardware_version"] = identity.hardware_version;
-  json["database_version"] = identity.database_version;
-  json["calibration_version"] = identity.calibration_version;
-  json["band"] = std::string(1, identity.band);
-  json["band_text"] = BandText(identity);
-  json["bandwidth"] = std::string(1, identity.bandwidth);
-  json["compliance_code"] = std::string(1, identity.compliance_code);
-  json["networks"] = identity.networks;
+Json IdentityJson(const RadioIdentity& identity) {
+  Json json;
+  json.Set("model", identity.model_name);
+  json.Set("model_string", identity.model_string);
+  json.Set("model_code", identity.model_code);
+  json.Set("tier", identity.tier);
+  json.Set("type", TypeName(identity.type));
+  json.Set("serial_number", identity.serial_number);
+  json.Set("software_version", identity.software_version);
+  json.Set("hardware_version", identity.hardware_version);
+  json.Set("database_version", identity.database_version);
+  json.Set("calibration_version", identity.calibration_version);
+  json.Set("band", std::string(1, identity.band));
+  json.Set("band_text", BandText(identity));
+  json.Set("bandwidth", std::string(1, identity.bandwidth));
+  json.Set("compliance_code", std::string(1, identity.compliance_code));
+  json.Set("networks", identity.networks);
   return json;
 }
 

@@ -1,8 +1,7 @@
 // Who a radio is, for people and for programs.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
-
+#include "cli/json.h"
 #include "cli/text_layout.h"
 #include "radiodb/radio_identity.h"
 
@@ -11,7 +10,7 @@ namespace zep::cli {
 // A row for each field: its name and its value.
 Table IdentityTable(const services::Session& session, const radiodb::RadioIdentity& identity);
 
-nlohmann::ordered_json IdentityJson(const radiodb::RadioIdentity& identity);
+Json IdentityJson(const radiodb::RadioIdentity& identity);
 
 // "10000001 (ZEP 2200)"
 std::string RadioName(const radiodb::RadioIdentity& identity);

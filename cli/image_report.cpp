@@ -1,7 +1,5 @@
 #include "cli/image_report.h"
 
-#include <nlohmann/json.hpp>
-
 #include "cli/identity_report.h"
 #include "services/messages.h"
 
@@ -23,17 +21,17 @@ std::string_view FlashName(const ImageInspection& image) {
   return image.flash_size == 1 ? "1 Mbit" : "2 Mbit";
 }
 
-nlohmann::ordered_json ImageJson(const services::Session& session, const ImageInspection& image,
-                                 const std::string& name) {
-  nlohmann::ordered_json json;
-  json["file"] = name;
-  json["size"] = image.size;
-  json["valid"] = image.problem == firmware::ImageProblem::kNone;
-  json["model_code"] = image.model_code;
-  json["model"] = image.radio_model == 0 ? "" : ModelName(session, image.model_code);
-  json["type"] = image.radio_type;
-  json["micro"] = MicroName(image);
-  json["flash"] = FlashName(image);
+Json ImageJson(const services::Session& session, const ImageInspection& image,
+               const std::string& name) {
+  Json json;
+  json.Set("file", name);
+  json.Set("size", image.size);
+  json.Set("valid", image.problem == firmware::ImageProblem::kNone);
+  json.Set("model_code", image.model_code);
+  json.Set("model", image.radio_model == 0 ? "" : ModelName(session, image.model_code));
+  json.Set("type", image.radio_type);
+  json.Set("micro", MicroName(image));
+  json.Set("flash", FlashName(image));
   return json;
 }
 

@@ -1,7 +1,6 @@
 // What a firmware image is for, for people and for programs.
 #pragma once
 
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 
@@ -17,8 +16,8 @@ std::string ImageModelText(const services::Session& session,
 std::string_view MicroName(const firmware::ImageInspection& image);
 std::string_view FlashName(const firmware::ImageInspection& image);
 
-nlohmann::ordered_json ImageJson(const services::Session& session,
-                                 const firmware::ImageInspection& image, const std::string& name);
+Json ImageJson(const services::Session& session, const firmware::ImageInspection& image,
+               const std::string& name);
 
 // Whether the file is an image. If not, the user is told why.
 bool IsUsableImage(Program& program, const firmware::ImageInspection& image);

@@ -1,7 +1,6 @@
 #include "cli/program.h"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 
 #include "link/port_slots.h"
 #include "platform/files.h"
@@ -54,13 +53,13 @@ std::string_view Name(Icon icon) {
   return {};
 }
 
-nlohmann::ordered_json Describe(const ShownMessage& message) {
-  nlohmann::ordered_json described;
-  described["icon"] = message.answer ? Name(Icon::kQuestion) : Name(message.icon);
-  described["text"] = message.text;
+Json Describe(const ShownMessage& message) {
+  Json described;
+  described.Set("icon", message.answer ? Name(Icon::kQuestion) : Name(message.icon));
+  described.Set("text", message.text);
   if (message.answer) {
-    described["answer"] =
-        *message.answer == services::Answer::kYes || *message.answer == services::Answer::kOk;
+    described.Set("answer", *message.answer == services::Answer::kYes ||
+                                *message.answer == services::Answer::kOk);
   }
   return described;
 }
@@ -86,7 +85,6 @@ Program::Program(const Options& program_options, const Surroundings& world)
                .log = ground_.log},
               ground_.paths),
       progress(world.console, session, byte_count_, program_options.quiet),
-      json_(std::make_unique<nlohmann::ordered_json>(nlohmann::ordered_json::object())),
       io_ports_(std::make_unique<NoIoPorts>()),
       windows_(std::make_unique<TerminalLinkWindows>(user)) {
   user.Attach(session, progress);
@@ -176,15 +174,13 @@ void Program::Finish(ExitStatus status) {
   if (trace_ && trace_->Error()) ReportError(session, trace_->Error(), "--trace");
   ShowNote(session.settings.WriteProblem());
   if (!options.json || status == ExitStatus::kUsage) return;
-  nlohmann::ordered_json all;
-  all["ok"] = status == ExitStatus::kDone;
-  all["exit_status"] = static_cast<int>(status);
-  all.update(*json_);
-  all["messages"] = nlohmann::ordered_json::array();
-  for (const ShownMessage& message : user.Messages()) all["messages"].push_back(Describe(message));
-  // Text from a radio or a file need not be UTF-8.
-  surroundings.console.WriteOutput(
-      all.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) + "\n");
+  Json all;
+  all.Set("ok", status == ExitStatus::kDone).Set("exit_status", static_cast<int>(status));
+  all.SetAll(std::move(json));
+  Json messages = Json::List();
+  for (const ShownMessage& message : user.Messages()) messages.Add(Describe(message));
+  all.Set("messages", std::move(messages));
+  surroundings.console.WriteOutput(all.Text() + "\n");
 }
 
 void Program::ShowNote(const platform::SystemError& error) {

@@ -5,12 +5,12 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
-#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
 
 #include "cli/console.h"
 #include "cli/exit_status.h"
+#include "cli/json.h"
 #include "cli/options.h"
 #include "cli/port_choice.h"
 #include "cli/progress.h"
@@ -79,7 +79,7 @@ class Program {
   // A result for people: left out with --json.
   void Print(const std::string& text);
   // The object that --json prints at the end.
-  nlohmann::ordered_json& Json() { return *json_; }
+  Json json;
 
   // Says that the command was not given as it should be.
   ExitStatus UsageError(const std::string& text);
@@ -94,7 +94,6 @@ class Program {
 
   std::uint64_t byte_count_ = 0;
   SlotDevices devices_;  // named with -p
-  std::unique_ptr<nlohmann::ordered_json> json_;
   std::unique_ptr<WireTrace> trace_;
   std::unique_ptr<platform::IoPorts> io_ports_;
   std::unique_ptr<link::LinkWindows> windows_;

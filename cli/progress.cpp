@@ -16,17 +16,21 @@ using services::NLSFmt;
 
 constexpr Duration kBetweenDrawings = std::chrono::milliseconds(100);
 constexpr Duration kBetweenPlainLines = std::chrono::seconds(1);
+// Seconds; what happens in less time tells nothing of rate and time left.
+constexpr double kShortestMeasure = 0.5;
 constexpr int kPlainStep = 10;  // percent
 constexpr int kWidestBar = 30;
 constexpr int kNarrowestBar = 8;
 
 double Seconds(Duration duration) { return std::chrono::duration<double>(duration).count(); }
 
-// "0:42", "1:02:03"
+// "0.4 s", "0:42", "1:02:03"
 std::string Time(double seconds) {
   const auto total = static_cast<long>(seconds + 0.5);
   std::array<char, 32> text{};
-  if (total < 3600) {
+  if (seconds < 10) {
+    std::snprintf(text.data(), text.size(), "%.1f s", seconds);
+  } else if (total < 3600) {
     std::snprintf(text.data(), text.size(), "%ld:%02ld", total / 60, total % 60);
   } else {
     std::snprintf(text.data(), text.size(), "%ld:%02ld:%02ld", total / 3600, total / 60 % 60,
@@ -82,12 +86,16 @@ void ProgressMeter::SetText(std::string text) {
 
 void ProgressMeter::SetMaximum(int maximum) {
   EndPhase();
+  // What the new phase is called comes next; until then the old name would be wrong.
+  text_.clear();
   maximum_ = maximum;
 }
 
 void ProgressMeter::SetValue(int value) {
-  value_ = std::clamp(value, 0, maximum_);
   if (quiet_) return;
+  value_ = std::clamp(value, 0, maximum_);
+  last_step_ = session_.clock.Now();
+  bytes_at_last_step_ = bytes_on_the_wire_;
   if (draws_bar_) {
     Tick();
   } else {
@@ -111,8 +119,14 @@ void ProgressMeter::ShowLine(const std::string& line) {
 
 void ProgressMeter::StepAside() {
   if (columns_drawn_ == 0) return;
-  console_.WriteError("\r" + std::string(static_cast<std::size_t>(columns_drawn_), ' ') + "\r");
+  // Of the whole line, since the terminal shows "^C" behind the bar.
+  console_.WriteError("\r" + PadTo("", console_.Width() - 1) + "\r");
   columns_drawn_ = 0;
+}
+
+void ProgressMeter::LeaveOut(Duration pause) {
+  started_ += pause;
+  last_step_ += pause;
 }
 
 void ProgressMeter::EndPhase() {
@@ -122,6 +136,9 @@ void ProgressMeter::EndPhase() {
     columns_drawn_ = 0;
   } else {
     StepAside();
+    // A count may stop short of its maximum, and a job may fail: the last line tells how far it
+    // came.
+    if (percent_shown_ >= 0 && percent_shown_ != Percent()) ShowPlainLine(true);
   }
   Restart();
 }
@@ -131,14 +148,15 @@ int ProgressMeter::Percent() const {
 }
 
 std::string ProgressMeter::RateAndTime(bool at_the_end) const {
-  const double elapsed = Seconds(session_.clock.Now() - started_);
-  if (elapsed <= 0 || value_ <= 0) return {};
+  const double elapsed = Seconds(last_step_ - started_);
+  if (elapsed < kShortestMeasure || value_ <= 0) return {};
   std::string text;
-  if (const std::uint64_t bytes = bytes_on_the_wire_ - bytes_at_start_; bytes > 0)
+  if (const std::uint64_t bytes = bytes_at_last_step_ - bytes_at_start_; bytes > 0)
     text += "  " + Rate(static_cast<double>(bytes) / elapsed);
-  if (at_the_end) return text + "  " + NLSFmt(session_, "in %0:s", {Time(elapsed)});
-  return text + "  " +
-         NLSFmt(session_, "%0:s left", {Time(elapsed * (maximum_ - value_) / value_)});
+  if (at_the_end || value_ == maximum_)
+    return text + "  " + NLSFmt(session_, "in %0:s", {Time(elapsed)});
+  const double left = elapsed * (maximum_ - value_) / value_;
+  return text + "  " + NLSFmt(session_, "%0:s left", {Time(left)});
 }
 
 std::string ProgressMeter::BarLine(bool at_the_end) const {
@@ -166,19 +184,27 @@ void ProgressMeter::ShowPlainLines() {
     percent_shown_ = 0;
     last_shown_ = now;
   }
-  const int percent = Percent() / kPlainStep * kPlainStep;
+  const int percent = Percent();
   const bool is_last = percent == 100;
-  if (percent == percent_shown_ || (!is_last && now - last_shown_ < kBetweenPlainLines)) return;
-  percent_shown_ = percent;
-  last_shown_ = now;
-  console_.WriteError(text_ + "  " + std::to_string(percent) + " %" + RateAndTime(is_last) + "\n");
+  if (percent / kPlainStep == percent_shown_ / kPlainStep ||
+      (!is_last && now - last_shown_ < kBetweenPlainLines)) {
+    return;
+  }
+  ShowPlainLine(is_last);
+}
+
+void ProgressMeter::ShowPlainLine(bool at_the_end) {
+  percent_shown_ = Percent();
+  last_shown_ = session_.clock.Now();
+  console_.WriteError(text_ + "  " + std::to_string(percent_shown_) + " %" +
+                      RateAndTime(at_the_end) + "\n");
 }
 
 void ProgressMeter::Restart() {
   value_ = 0;
   percent_shown_ = -1;
-  started_ = session_.clock.Now();
-  bytes_at_start_ = bytes_on_the_wire_;
+  started_ = last_step_ = session_.clock.Now();
+  bytes_at_start_ = bytes_at_last_step_ = bytes_on_the_wire_;
 }
 
 }  // namespace zep::cli

@@ -35,6 +35,8 @@ class ProgressMeter {
   void ShowLine(const std::string& line);
   // Clears the way for other text on the terminal; the bar comes back with the next drawing.
   void StepAside();
+  // Time that the user took for an answer is not the job's.
+  void LeaveOut(platform::Duration pause);
   // The phase is over, finished or not.
   void EndPhase();
 
@@ -46,6 +48,7 @@ class ProgressMeter {
   std::string BarLine(bool at_the_end) const;
   void Draw(const std::string& line);
   void ShowPlainLines();
+  void ShowPlainLine(bool at_the_end);
   void Restart();
 
   Console& console_;
@@ -59,6 +62,8 @@ class ProgressMeter {
   int value_ = 0;
   platform::Duration started_{};
   std::uint64_t bytes_at_start_ = 0;
+  platform::Duration last_step_{};  // of the value
+  std::uint64_t bytes_at_last_step_ = 0;
 
   platform::Duration last_shown_{};
   int columns_drawn_ = 0;   // of the bar that is on the terminal
