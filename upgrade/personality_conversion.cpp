@@ -1,5 +1,7 @@
 #include "upgrade/personality_conversion.h"
 
+#include <functional>
+
 #include "platform/files.h"
 #include "radiodb/data_files.h"
 #include "radiodb/radio_identity.h"
@@ -27,20 +29,27 @@ std::string DefaultSettingsName(const Session& session) {
   return "default" + radiodb::DatabaseExtension(session, 1);
 }
 
-// Runs work on the data and appends what it changes.
-template <typename Work>
-void Watch(PersonalityData& data, const VersionChange& versions, const std::string& reason,
-           std::vector<Change>* changes, Work work) {
-  if (changes == nullptr) return work();
+// Runs work on the data and appends what it changes, between these versions, to changes.
+void Watch(PersonalityData& data, int old_version, int new_version, const std::string& reason,
+           std::vector<Change>& changes, const std::function<void()>& work) {
   const PersonalityData before = data;
   work();
   for (std::size_t at = 0; at < data.networks.size(); ++at) {
     for (ItemDifference& difference :
-         CompareItems(static_cast<int>(at + 1), before.networks[at].items, versions.old_number,
-                      data.networks[at].items, versions.new_number)) {
-      changes->push_back({std::move(difference), reason});
+         CompareItems(static_cast<int>(at + 1), before.networks[at].items, old_version,
+                      data.networks[at].items, new_version)) {
+      changes.push_back({std::move(difference), reason});
     }
   }
+}
+
+void TellOfUnknownVersion(Session& session, int version) {
+  services::NLSMsgBox(session,
+                      NLSFmt(session,
+                             "Personality data cannot be converted to the database version %0:s. "
+                             "Please use a newer version of this application.",
+                             {std::to_string(version)}),
+                      {.icon = services::Icon::kCritical});
 }
 
 }  // namespace
@@ -67,19 +76,13 @@ bool ConvertPersonalityData(Session& session, UpgradeLog& log, const Personality
     if (session.failure == Failure::kNone) session.failure = why;
     return false;
   };
-  const VersionChange versions{radiodb::VersionNumber(request.old_version),
-                               radiodb::VersionNumber(request.new_version), request.new_version};
-  const std::string new_text = "v" + std::to_string(versions.new_number);
-  log.Log("Upgrading personality data v" + std::to_string(versions.old_number) + " -> " + new_text);
-  if (versions.new_number < kOldestDatabase || versions.new_number > kNewestDatabase) {
+  const int old_version = radiodb::VersionNumber(request.old_version);
+  const int new_version = radiodb::VersionNumber(request.new_version);
+  const std::string new_text = "v" + std::to_string(new_version);
+  log.Log("Upgrading personality data v" + std::to_string(old_version) + " -> " + new_text);
+  if (new_version < kOldestDatabase || new_version > kNewestDatabase) {
     log.Log(new_text + " is not supported");
-    services::NLSMsgBox(
-        session,
-        NLSFmt(session,
-               "Personality data cannot be converted to the database version %0:s. Please use a "
-               "newer version of this application.",
-               {std::to_string(versions.new_number)}),
-        {.icon = services::Icon::kCritical});
+    TellOfUnknownVersion(session, new_version);
     return fail(Failure::kRefused);
   }
   const std::optional<std::string> default_file = LocateDefaultSettings(
@@ -95,21 +98,26 @@ bool ConvertPersonalityData(Session& session, UpgradeLog& log, const Personality
     log.Log("Could not locate " + services::FolderOf(request.saved_file));
     return fail(Failure::kFile);
   }
-  const int current = ConvertDatabase(session, log, versions, defaults->networks.front().items,
-                                      *data, request.changes);
-  if (versions.old_number != versions.new_number) {
-    log.Log("Personality data version is now v" + std::to_string(current));
-  } else {
-    log.Log("Personality data is up-to-date");
-  }
-  return request.changes != nullptr || WriteDatabase(session, *data, request.converted_file);
+  const int current = ConvertDatabase(session, log,
+                                      {.old_version = old_version,
+                                       .new_version = new_version,
+                                       .version_text = request.new_version,
+                                       .defaults = defaults->networks.front().items,
+                                       .changes = request.changes},
+                                      *data);
+  log.Log(old_version != new_version ? "Personality data version is now v" + std::to_string(current)
+                                     : "Personality data is up-to-date");
+  if (request.changes != nullptr) return true;
+  if (WriteDatabase(session, *data, request.converted_file)) return true;
+  log.Log("Could not write " + request.converted_file);
+  return false;
 }
 
 std::string FindDefaultSettings(const Session& session) {
   const std::string name = DefaultSettingsName(session);
   const services::Settings& settings = session.settings;
   const std::string given = settings.AppGetUserSetting(settings.OwnType(), "DefaultDataPath", "");
-  const std::string path = platform::IsFolder(given) ? services::AppMakePath(given, name) : given;
+  std::string path = platform::IsFolder(given) ? services::AppMakePath(given, name) : given;
   if (platform::FileExists(path)) return path;
 
   services::AppLocation location;
@@ -122,25 +130,29 @@ std::string ConvertedFileOf(const Session& session, const std::string& saved_fil
   return UpgradeFolder(session) + services::FileTitleOf(saved_file);
 }
 
-int ConvertDatabase(Session& session, UpgradeLog& log, const VersionChange& versions,
-                    const ItemArray& defaults, PersonalityData& data,
-                    std::vector<Change>* changes) {
-  int current = versions.old_number;
+int ConvertDatabase(Session& session, UpgradeLog& log, const DatabaseConversion& conversion,
+                    PersonalityData& data) {
+  int current = conversion.old_version;
+  const auto change = [&](int to, const std::string& reason, const std::function<void()>& work) {
+    if (conversion.changes == nullptr) return work();
+    Watch(data, current, to, reason, *conversion.changes, work);
+  };
   for (const PersonalityStep& step : PersonalitySteps()) {
-    if (versions.new_number < step.version || current >= step.version) continue;
-    const std::string reason =
-        NLSFmt(session, "conversion to database version %0:s", {VersionText(step.version)});
-    Watch(data, {current, step.version, {}}, reason, changes, [&] {
-      if (step.convert == nullptr) return;
-      for (PersonalityNetwork& network : data.networks) {
-        step.convert({session, log, network.items, defaults});
-      }
-    });
+    if (conversion.new_version < step.version || current >= step.version) continue;
+    change(step.version,
+           NLSFmt(session, "conversion to database version %0:s", {VersionText(step.version)}),
+           [&] {
+             if (step.convert == nullptr) return;
+             for (PersonalityNetwork& network : data.networks) {
+               step.convert({session, log, network.items, conversion.defaults});
+             }
+           });
     current = step.version;
   }
-  if (versions.old_number == versions.new_number) return current;
-  Watch(data, {current, current, {}}, NLSFmt(session, "the new database version"), changes,
-        [&] { RecordVersion(data.networks.front().items, versions.new_version); });
+  if (conversion.old_version != conversion.new_version) {
+    change(current, NLSFmt(session, "the new database version"),
+           [&] { RecordVersion(data.networks.front().items, conversion.version_text); });
+  }
   return current;
 }
 

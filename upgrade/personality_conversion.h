@@ -52,15 +52,17 @@ std::optional<PersonalityData> ReadDefaultSettings(services::Session& session, U
 // application folder.
 std::string ConvertedFileOf(const services::Session& session, const std::string& saved_file);
 
-// Takes the data through the steps from one version to the other and records new_version, whose
-// number is new_number, in its item 0. Returns the version that the steps have led to.
-struct VersionChange {
-  int old_number;
-  int new_number;
-  std::string new_version;
+struct DatabaseConversion {
+  int old_version;  // numbers: 402 is 4.02
+  int new_version;
+  std::string version_text;  // of the new one, as a radio reports it
+  const ItemArray& defaults;
+  std::vector<Change>* changes = nullptr;  // gets what changes
 };
-int ConvertDatabase(services::Session& session, UpgradeLog& log, const VersionChange& versions,
-                    const ItemArray& defaults, PersonalityData& data,
-                    std::vector<Change>* changes = nullptr);
+
+// Takes the data through the steps from one version to the other and records the new one in its
+// item 0. Returns the version that the steps have led to.
+int ConvertDatabase(services::Session& session, UpgradeLog& log,
+                    const DatabaseConversion& conversion, PersonalityData& data);
 
 }  // namespace zep::upgrade

@@ -19,7 +19,7 @@ constexpr std::size_t kRecordCharacters = 64;  // of data in a record of ours
 constexpr std::size_t kHeaderCharacters = 6;   // item number, second header byte, length
 constexpr std::size_t kChecksumCharacters = 2;
 
-void AppendRecord(services::Session& session, std::string record, std::string& text) {
+void AppendRecord(services::Session& session, std::string_view record, std::string& text) {
   text += record;
   text += services::CalcHexChecksum(session, record);
   text += kEndOfLine;

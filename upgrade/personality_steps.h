@@ -38,7 +38,7 @@ void ConvertTo402(const ConversionData& data);
 void ConvertTo403(const ConversionData& data);
 
 struct PersonalityStep {
-  int version;                                       // after the step
+  int version = 0;                                   // after the step
   void (*convert)(const ConversionData&) = nullptr;  // null: the data does not change
 };
 
