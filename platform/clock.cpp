@@ -26,9 +26,9 @@ void SystemClock::Sleep(Duration duration) {
 
 std::tm VirtualClock::LocalTime() {
   using namespace std::chrono_literals;
-  constexpr std::chrono::sys_seconds kStart =
+  constexpr std::chrono::sys_seconds start =
       std::chrono::sys_days(2026y / std::chrono::November / 21d) + 7h + 5min + 33s;
-  const auto now = kStart + std::chrono::floor<std::chrono::seconds>(now_);
+  const auto now = start + std::chrono::floor<std::chrono::seconds>(now_);
   const auto day = std::chrono::floor<std::chrono::days>(now);
   const std::chrono::year_month_day date(day);
   const std::chrono::hh_mm_ss time(now - day);

@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <signal.h>
 #include <sstream>
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
@@ -69,7 +69,7 @@ std::vector<std::string> ProgramsUsing(const std::vector<std::string>& devices) 
     if (!IsNumber(process)) continue;
     const std::string folder = "/proc/" + process + "/fd";
     for (const std::string& file : ListFolder(folder)) {
-      const fs::path open_file = fs::read_symlink(folder + "/" + file, code);
+      const fs::path open_file = fs::read_symlink(fs::path(folder) / file, code);
       const auto found = std::ranges::find(targets, open_file);
       if (found == targets.end() || !is_wanted(open_file)) continue;
       std::string& program = programs[static_cast<std::size_t>(found - targets.begin())];

@@ -12,6 +12,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::size_t kReadChunk = 256 << 10;
+
 enum class Use { kReading, kWriting };
 
 std::string FolderAbove(const std::string& path) {
@@ -119,10 +121,9 @@ FileContents ReadWholeFile(const std::string& path, std::uint64_t most) {
   FileContents contents;
   std::size_t count = 1;
   while (count > 0 && contents.bytes.size() <= most) {
-    constexpr std::size_t kChunk = 256 * 1024;
     const std::size_t at = contents.bytes.size();
-    contents.bytes.resize(at + kChunk);
-    count = std::fread(contents.bytes.data() + at, 1, kChunk, file);
+    contents.bytes.resize(at + kReadChunk);
+    count = std::fread(contents.bytes.data() + at, 1, kReadChunk, file);
     contents.bytes.resize(at + count);
   }
   if (std::ferror(file) != 0) {

@@ -1,6 +1,6 @@
 #include <array>
 #include <atomic>
-#include <signal.h>
+#include <csignal>
 
 #include "platform/interrupt.h"
 

@@ -1,8 +1,9 @@
+#include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <ctime>
 #include <fcntl.h>
 #include <poll.h>
-#include <stdlib.h>
 #include <termios.h>
 #include <unistd.h>
 #include <vector>

@@ -52,19 +52,19 @@ std::optional<LineSettings> ParseSettings(std::string_view text) {
       stop == stop_words.end() || !text.empty()) {
     return std::nullopt;
   }
-  constexpr std::array kParities = {serial_port_base::parity::none, serial_port_base::parity::odd,
-                                    serial_port_base::parity::even};
-  constexpr std::array kStopBits = {serial_port_base::stop_bits::one,
+  constexpr std::array parities = {serial_port_base::parity::none, serial_port_base::parity::odd,
+                                   serial_port_base::parity::even};
+  constexpr std::array stop_bits = {serial_port_base::stop_bits::one,
                                     serial_port_base::stop_bits::onepointfive,
                                     serial_port_base::stop_bits::two};
   return LineSettings{.baud = *baud,
-                      .parity = kParities[parity % 3],
+                      .parity = parities[parity % 3],
                       .data_bits = *data_bits,
-                      .stop_bits = kStopBits[static_cast<std::size_t>(stop - stop_words.begin())]};
+                      .stop_bits = stop_bits[static_cast<std::size_t>(stop - stop_words.begin())]};
 }
 
 // Input that nobody takes is left to the system, and to the line, from here on.
-constexpr std::size_t kMostInput = 64 * 1024;
+constexpr std::size_t kMostInput = 64 << 10;
 
 // An open device. A read is always pending, so that input wakes whoever waits; what it brings is
 // kept until it is asked for. What is written waits here until the system takes it.
@@ -85,7 +85,7 @@ class OpenLine {
   // The same, but sleeps until there is something to do, or for that long.
   void TurnWithin(Duration longest);
 
-  std::deque<std::uint8_t>& input() { return input_; }
+  std::deque<std::uint8_t>& Input() { return input_; }
   void ClearInput();
   void Write(std::span<const std::uint8_t> bytes);
   std::size_t OutputCount();
@@ -93,7 +93,7 @@ class OpenLine {
   // How long the output will take, as far as known; between 0.1 and 20 milliseconds.
   Duration TimeToSend();
 
-  bool failed() const { return failed_; }
+  bool Failed() const { return failed_; }
   SystemError TakeError() { return std::exchange(error_, {}); }
 
  private:
@@ -129,7 +129,7 @@ SystemError OpenLine::Apply(const LineSettings& settings, std::string_view text)
     baud_ = settings.baud;
     return {};
   }
-  return WithAdvice(MakeSystemError(code, device_), Advice::kPortSettings,
+  return WithAdvice(MakeSystemError(code.value(), device_), Advice::kPortSettings,
                     {device_, std::string(text)});
 }
 
@@ -189,7 +189,9 @@ void OpenLine::OnWrite(const std::error_code& code, std::size_t count) {
 
 void OpenLine::Fail(const std::error_code& code) {
   failed_ = true;
-  error_ = DeviceGone(code, device_);
+  // A hang-up reads as the end of a file, which is Asio's own kind of error.
+  const bool is_end = code.category() == asio::error::get_misc_category();
+  error_ = DeviceGone(is_end ? 0 : code.value(), device_);
   input_.clear();
   waiting_.clear();
   ReleaseNativeSerial(handle_);
@@ -225,8 +227,8 @@ void OpenLine::ClearOutput() {
 }
 
 Duration OpenLine::TimeToSend() {
-  constexpr int kBitsInByte = 10;  // with start and stop bit
-  const std::chrono::duration<double> time(static_cast<double>(OutputCount() * kBitsInByte) /
+  constexpr int bits_in_byte = 10;  // with start and stop bit
+  const std::chrono::duration<double> time(static_cast<double>(OutputCount() * bits_in_byte) /
                                            static_cast<double>(baud_));
   return std::clamp<Duration>(std::chrono::duration_cast<Duration>(time),
                               std::chrono::microseconds(100), std::chrono::milliseconds(20));
@@ -235,7 +237,9 @@ Duration OpenLine::TimeToSend() {
 class SerialDevice final : public SerialPort {
  public:
   explicit SerialDevice(std::string device) : device_(std::move(device)) {}
-  ~SerialDevice() override { SerialDevice::Close(); }
+  ~SerialDevice() override {
+    SerialDevice::Close();
+  }  // NOLINT(bugprone-exception-escape): only of no memory
 
   std::string Device() const override { return device_; }
   SystemError Open() override;
@@ -267,7 +271,7 @@ class SerialDevice final : public SerialPort {
 };
 
 SystemError SerialDevice::Open() {
-  if (line_ && !line_->failed()) return {};
+  if (line_ && !line_->Failed()) return {};
   line_.reset();
   NativeSerial native = OpenNativeSerial(device_);
   if (native.error) return std::move(native.error);
@@ -275,7 +279,7 @@ SystemError SerialDevice::Open() {
     line_ = std::make_unique<OpenLine>(device_, native.handle);
   } catch (const std::system_error& failure) {
     CloseNativeSerial(native.handle);
-    return MakeSystemError(failure.code(), device_);
+    return MakeSystemError(failure.code().value(), device_);
   }
   SystemError error = line_->Apply(settings_, settings_text_);
   if (error) line_.reset();
@@ -304,12 +308,12 @@ SystemError SerialDevice::SetSettings(std::string_view settings) {
 std::size_t SerialDevice::InputCount() {
   if (!line_) return 0;
   line_->Turn();
-  return line_->input().size();
+  return line_->Input().size();
 }
 
 std::optional<std::uint8_t> SerialDevice::Read() {
   if (!line_) return std::nullopt;
-  std::deque<std::uint8_t>& input = line_->input();
+  std::deque<std::uint8_t>& input = line_->Input();
   if (input.empty()) line_->Turn();
   if (input.empty()) return std::nullopt;
   const std::uint8_t byte = input.front();
@@ -319,10 +323,10 @@ std::optional<std::uint8_t> SerialDevice::Read() {
 
 void SerialDevice::WaitForInput(Duration longest) {
   // Whoever waits in a loop for a port that is no more must not keep the processor busy.
-  if (!line_ || line_->failed()) return std::this_thread::sleep_for(longest);
+  if (!line_ || line_->Failed()) return std::this_thread::sleep_for(longest);
   const SteadyClock::time_point end = SteadyClock::now() + longest;
   line_->Turn();
-  while (line_->input().empty() && !line_->failed()) {
+  while (line_->Input().empty() && !line_->Failed()) {
     const Duration left = end - SteadyClock::now();
     if (left <= Duration::zero()) return;
     line_->TurnWithin(left);
@@ -340,7 +344,7 @@ void SerialDevice::WaitForOutput(Duration longest) {
 
 SystemError SerialDevice::TakeError() {
   if (!line_) return {};
-  if (!line_->failed()) line_->Turn();
+  if (!line_->Failed()) line_->Turn();
   return line_->TakeError();
 }
 

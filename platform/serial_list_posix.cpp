@@ -22,8 +22,8 @@ constexpr std::array kChips = {"",       "8250",  "16450",   "16550", "16550A",
 
 // A one-line file of sysfs without its line end; empty when there is none.
 std::string Attribute(const fs::path& file) {
-  constexpr std::uint64_t kLongest = 4096;
-  std::string text = ReadWholeFile(file.native(), kLongest).bytes;
+  constexpr std::uint64_t page_size = 4096;  // which a file of sysfs cannot exceed
+  std::string text = ReadWholeFile(file.native(), page_size).bytes;
   return text.substr(0, text.find_last_not_of(" \n") + 1);
 }
 
@@ -69,6 +69,7 @@ bool IsConsole(const fs::path& ttys, const std::string& name) {
 
 void FindStates(std::vector<SerialDeviceInfo>& devices) {
   std::vector<std::string> names;
+  names.reserve(devices.size());
   for (const SerialDeviceInfo& info : devices) names.push_back(info.device);
   const std::vector<std::string> programs = ProgramsUsing(names);
   for (std::size_t at = 0; at < devices.size(); ++at) {

@@ -4,7 +4,6 @@
 
 #include <cstddef>
 #include <string>
-#include <system_error>
 
 #include "platform/system_error.h"
 
@@ -37,7 +36,8 @@ std::size_t UnsentBytes(SerialHandle handle, std::size_t in_flight);
 // Forgets what the system has not sent yet.
 void DiscardOutput(SerialHandle handle);
 
-// The error of an open device that is no longer there.
-SystemError DeviceGone(const std::error_code& code, const std::string& device);
+// The error of an open device that is no longer there; number is the system's, 0 when its input has
+// just ended.
+SystemError DeviceGone(int number, const std::string& device);
 
 }  // namespace zep::platform

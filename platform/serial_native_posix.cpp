@@ -76,9 +76,9 @@ bool UserIsIn(const std::string& user, gid_t number) {
 SystemError Forbidden(const std::string& device, const std::string& path) {
   SystemError error = MakeSystemError(EACCES, device);
   struct stat status {};
-  constexpr mode_t kGroupMayUse = S_IRGRP | S_IWGRP;
+  constexpr mode_t group_may_use = S_IRGRP | S_IWGRP;
   if (stat(path.c_str(), &status) == 0 && status.st_gid != 0 &&
-      (status.st_mode & kGroupMayUse) == kGroupMayUse && !ProcessIsIn(status.st_gid)) {
+      (status.st_mode & group_may_use) == group_may_use && !ProcessIsIn(status.st_gid)) {
     const std::string group_name = GroupName(status.st_gid);
     const std::string user = UserName();
     if (UserIsIn(user, status.st_gid)) {
@@ -188,10 +188,8 @@ void DiscardOutput(SerialHandle handle) {
   if (QueuedOutput(handle) > 0) tcflush(handle, TCOFLUSH);
 }
 
-SystemError DeviceGone(const std::error_code& code, const std::string& device) {
-  // A hang-up reads as the end of a file, which has no number of its own.
-  const bool is_system = code.category() == std::system_category();
-  return WithAdvice(MakeSystemError(is_system ? code.value() : EIO, device), Advice::kPortGone,
+SystemError DeviceGone(int number, const std::string& device) {
+  return WithAdvice(MakeSystemError(number == 0 ? EIO : number, device), Advice::kPortGone,
                     {device});
 }
 

@@ -81,8 +81,9 @@ std::size_t UnsentBytes(SerialHandle handle, std::size_t in_flight) {
 
 void DiscardOutput(SerialHandle handle) { PurgeComm(handle, PURGE_TXCLEAR); }
 
-SystemError DeviceGone(const std::error_code& code, const std::string& device) {
-  return WithAdvice(MakeSystemError(code, device), Advice::kPortGone, {device});
+SystemError DeviceGone(int number, const std::string& device) {
+  return WithAdvice(MakeSystemError(number == 0 ? ERROR_DEVICE_NOT_CONNECTED : number, device),
+                    Advice::kPortGone, {device});
 }
 
 }  // namespace zep::platform

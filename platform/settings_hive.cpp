@@ -9,7 +9,7 @@ namespace zep::platform {
 namespace {
 
 // A settings file of this size is none.
-constexpr std::uint64_t kLargestSettingsFile = 4 * 1024 * 1024;
+constexpr std::uint64_t kLargestSettingsFile = 4U << 20;
 
 class FileHive final : public SettingsHive {
  public:

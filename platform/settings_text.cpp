@@ -32,9 +32,9 @@ std::size_t CharacterLength(std::string_view text) {
 }
 
 std::string HexEscape(char letter) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  constexpr std::string_view digits = "0123456789ABCDEF";
   const auto byte = static_cast<unsigned char>(letter);
-  return {'\\', 'x', kDigits[byte >> 4], kDigits[byte & 15]};
+  return {'\\', 'x', digits[byte >> 4], digits[byte & 15]};
 }
 
 std::string Escaped(std::string_view value) {

@@ -29,7 +29,7 @@ struct SystemError {
 // The error of the operating system with this number, about subject.
 SystemError MakeSystemError(int number, std::string subject);
 
-// The same for the error codes of the standard library and of Asio; no error for a code of 0.
+// The same for an error code of the standard library; no error for a code of 0.
 SystemError MakeSystemError(const std::error_code& code, std::string subject);
 
 // The error that errno (POSIX) or GetLastError (Windows) stands for, about subject.
