@@ -20,6 +20,9 @@ constexpr platform::Duration kPass = std::chrono::milliseconds(2);
 constexpr platform::Duration kDrainPass = std::chrono::microseconds(500);
 constexpr platform::Duration kOutputTimeOut = std::chrono::milliseconds(4000);
 
+// Longer than any line of a radio: a record of 255 bytes is 518 characters.
+constexpr std::size_t kLongestLine = 2000;
+
 constexpr std::uint8_t kErrorReplyStart = '{';
 constexpr std::string_view kPrompt = ">";
 constexpr std::string_view kCarriageReturn = "\r";
@@ -55,7 +58,8 @@ Wait WaitForInput(Link& link, int port, std::string_view procedure, Judge judge)
   Session& session = link.session;
   platform::SerialPort& serial = link.Port(port);
   Wait wait;
-  link.timSerialTimeOut.Enable(session.clock.Now());
+  if (session.Stopped()) return wait;
+  link.timSerialTimeOut.Enable(session);
   while (!session.DownloadError) {
     session.PumpEvents();
     if (session.Stopped()) break;
@@ -84,25 +88,26 @@ Wait WaitForInput(Link& link, int port, std::string_view procedure, Judge judge)
   return wait;
 }
 
-// Waits until the port's output is on the line. False, with the port failed, when it takes nothing
-// for too long.
-bool DrainPort(Link& link, int port, std::string_view procedure) {
+// Waits until at most so many bytes of the port's output are still to go out, with turns of the
+// user interface or without. Fails the port when nothing goes out for too long.
+enum class Turns { kTaken, kNone };
+void WaitForOutput(Link& link, int port, std::size_t most, Turns turns) {
+  Session& session = link.session;
   platform::SerialPort& serial = link.Port(port);
   std::size_t pending = serial.OutputCount();
-  platform::Duration deadline = link.session.clock.Now() + kOutputTimeOut;
-  while (pending > 0) {
+  platform::Duration deadline = session.clock.Now() + kOutputTimeOut;
+  while (pending > most) {
+    if (turns == Turns::kTaken) session.PumpEvents();
     serial.WaitForOutput(kDrainPass);
     const std::size_t left = serial.OutputCount();
-    if (left != pending) deadline = link.session.clock.Now() + kOutputTimeOut;
+    if (left != pending) deadline = session.clock.Now() + kOutputTimeOut;
     pending = left;
-    if (link.session.clock.Now() >= deadline) {
-      FailPort(link, port, Failure::kPort);
-      return false;
-    }
+    if (session.clock.Now() < deadline) continue;
+    ReportSilence(session);
+    FailPort(link, port, Failure::kPort);
+    return;
   }
-  if (!PortFailed(link, port, procedure)) return true;
-  FailPort(link, port, Failure::kPort);
-  return false;
+  if (PortFailed(link, port, "SendBytesToAllComms")) FailPort(link, port, Failure::kPort);
 }
 
 bool IsOpenAndActive(Link& link, int port) {
@@ -127,7 +132,7 @@ std::uint8_t GetByteFromSpecficComms(Link& link, int port, std::uint8_t expected
       return *wait.last;
     case Ended::kErrorReply:
       ReadRadioErrorReply(link, port);
-      FailPort(link, port, Failure::kRadioError);
+      if (!link.session.CancelRequested) FailPort(link, port, Failure::kRadioError);
       return 0;
     case Ended::kFailed:
       // Kept: the code goes to the flash error table as the byte's decimal digits, which no row of
@@ -178,6 +183,7 @@ std::string GetStringFromFirstActiveComms(Link& link, std::string_view expected)
 
 bool WaitForChar(Link& link, std::string_view expected, int port) {
   link.session.RadioErrorReply.clear();
+  if (!link.IsActive(port)) return true;
   const Wait wait = WaitForInput(link, port, "WaitForChar Func", [&](std::uint8_t byte) {
     if (Text(byte) == expected) return Verdict::kAccept;
     return byte == kErrorReplyStart ? Verdict::kErrorReply : Verdict::kSkip;
@@ -196,14 +202,16 @@ void ReadRadioErrorReply(Link& link, int port) {
     if (text != kCarriageReturn) reply += text;
     return Verdict::kSkip;
   });
-  if (wait.ended == Ended::kFailed) FailPort(link, port, Failure::kNoAnswer);
+  if (link.session.CancelRequested) return;
   RadioErrorReporter(link.session);
+  if (wait.ended == Ended::kFailed) FailPort(link, port, Failure::kNoAnswer);
 }
 
 void SendByteToSpecificComms(Link& link, std::uint8_t byte, int port, bool wait_for_echo) {
   if (!link.IsActive(port) || link.session.DownloadError) return;
   Write(link, port, {&byte, 1});
   if (!wait_for_echo) {
+    link.timSerialTimeOut.Disable();
     if (PortFailed(link, port, "SendByteToSpecificComms")) FailPort(link, port, Failure::kPort);
     return;
   }
@@ -212,8 +220,8 @@ void SendByteToSpecificComms(Link& link, std::uint8_t byte, int port, bool wait_
         return received == byte ? Verdict::kAccept : Verdict::kSkip;
       });
   if (wait.ended != Ended::kFailed) return;
-  // Kept: the code is the raw byte.
-  if (wait.last) FlashErrorReporter(link.session, Text(*wait.last), port);
+  // Kept: as in GetByteFromSpecficComms, the code is handed over in a form that matches no row.
+  if (wait.last) FlashErrorReporter(link.session, std::to_string(*wait.last), port);
   FailPort(link, port, Failure::kNoAnswer);
 }
 
@@ -238,7 +246,7 @@ void SendBytesToAllComms(Link& link, Bytes bytes) {
     if (link.session.Stopped()) return;
     if (!IsOpenAndActive(link, port)) continue;
     Write(link, port, bytes);
-    DrainPort(link, port, "SendBytesToAllComms");
+    WaitForOutput(link, port, 0, Turns::kNone);
   }
 }
 
@@ -248,7 +256,7 @@ void SendBytesToAllCommsAtOnce(Link& link, Bytes bytes) {
     if (IsOpenAndActive(link, port)) Write(link, port, bytes);
   }
   for (const int port : kAllPorts) {
-    if (IsOpenAndActive(link, port)) DrainPort(link, port, "SendBytesToAllComms");
+    if (IsOpenAndActive(link, port)) WaitForOutput(link, port, 0, Turns::kNone);
   }
 }
 
@@ -271,26 +279,32 @@ std::uint8_t WaitForDotFromActiveComms(Link& link) {
 }
 
 std::string ReadReplyFromComms(Link& link, int port, std::string_view mode) {
+  Session& session = link.session;
+  session.RadioErrorReply.clear();
   std::string reply;
   std::string line;
   std::string character;
   while (character != kPrompt) {
-    link.session.PumpEvents();
-    if (link.session.Stopped()) break;
+    session.PumpEvents();
+    if (session.Stopped()) break;
     character = GetStringFromSpecficComms(link, port, "");
     if (character.empty()) {
-      if (!link.session.CancelRequested) link.session.SetDownloadError(Failure::kNoAnswer);
+      const bool silent = session.RadioErrorReply.empty();
+      if (!session.CancelRequested)
+        session.SetDownloadError(silent ? Failure::kNoAnswer : Failure::kRadioError);
       break;
     }
     if (character != kCarriageReturn) {
       line += character;
+      // Noise never ends a line, and each of its characters starts the time-out anew.
+      if (line.size() > kLongestLine) ReportRadioError(session, "{C02}");
       continue;
     }
     const bool is_list = mode == "List";
-    reply += is_list ? GetListData(link.session, line) : GetRecordData(link.session, line);
+    reply += is_list ? GetListData(session, line) : GetRecordData(session, line);
     const bool is_intact =
-        is_list ? IsIntactListLine(link.session, line) : IsIntactRecord(link.session, line);
-    if (!is_intact) ReportRadioError(link.session, "{C02}");
+        line.empty() || (is_list ? IsIntactListLine(session, line) : IsIntactRecord(session, line));
+    if (!is_intact) ReportRadioError(session, "{C02}");
     line.clear();
   }
   return reply;
@@ -322,10 +336,19 @@ void SaveCommStates(Link& link) { link.SavedCommStates = link.CommStates; }
 
 void RestoreCommStates(Link& link) { link.CommStates = link.SavedCommStates; }
 
-void DrainOutput(Link& link) {
-  for (const int port : kAllPorts) {
-    if (IsOpenAndActive(link, port)) DrainPort(link, port, "DrainOutput");
-  }
+void ShortenOutput(Link& link, int port, std::size_t most) {
+  if (IsOpenAndActive(link, port)) WaitForOutput(link, port, most, Turns::kTaken);
+}
+
+void ShortenOutput(Link& link, std::size_t most) {
+  for (const int port : kAllPorts) ShortenOutput(link, port, most);
+}
+
+void DrainOutput(Link& link) { ShortenOutput(link, 0); }
+
+void ReportSilence(Session& session) {
+  session.SetDownloadError(Failure::kNoAnswer);
+  NLSMsgBox(session, "The radio is not responding, please check the connections.");
 }
 
 bool CheckForNoResponse(Link& link) {
@@ -337,6 +360,7 @@ bool CheckForNoResponse(Link& link) {
 
 void FailPort(Link& link, int port, Failure why) {
   Session& session = link.session;
+  if (link.State(port) == PortState::kErrorDetected) return;
   link.State(port) = PortState::kErrorDetected;
   if (session.failure == Failure::kNone) session.failure = why;
   if (link.others_go_on && !session.CancelRequested) session.DownloadError = false;

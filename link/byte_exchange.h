@@ -89,16 +89,23 @@ void CloseAllComms(Link& link);
 void SaveCommStates(Link& link);
 void RestoreCommStates(Link& link);
 
-// Waits until the output of all open Active ports is on the line; a port that takes nothing for
-// 4000 ms has failed.
+// Waits, with turns of the user interface, until at most so many bytes of a port's output, or of
+// every open Active port's, are still to go out. A port that sends nothing for 4000 ms has failed.
+// Kept above 0 while there is more to send, the line is never idle.
+void ShortenOutput(Link& link, int port, std::size_t most);
+void ShortenOutput(Link& link, std::size_t most);
+// The same until all is on the line.
 void DrainOutput(Link& link);
+
+// Tells the user that a radio does not answer and sets DownloadError.
+void ReportSilence(services::Session& session);
 
 // When no port is Active any longer and DownloadError is not set yet: tells the user, sets it and
 // returns true.
 bool CheckForNoResponse(Link& link);
 
-// Marks a port as failed. In a run that serves several radios DownloadError is taken back, as long
-// as others are left.
+// Marks a port as failed, once. In a run that serves several radios DownloadError is taken back, as
+// long as others are left.
 void FailPort(Link& link, int port, services::Failure why);
 
 }  // namespace zep::link

@@ -19,6 +19,7 @@ using services::NLSFmt;
 using services::NLSMsgBox;
 using services::NLSText;
 using services::ReportError;
+using services::Session;
 
 constexpr platform::Duration kSerialTimeOut = std::chrono::milliseconds(4000);
 
@@ -77,10 +78,12 @@ std::string_view PortStateText(PortState state) {
   return {};
 }
 
-void SerialTimeOut::Enable(platform::Duration now) { deadline_ = now + kSerialTimeOut; }
+void SerialTimeOut::Enable(const Session& session) {
+  deadline_ = session.clock.Now() - session.time_in_questions + kSerialTimeOut;
+}
 
-void SerialTimeOut::Postpone(platform::Duration held) {
-  if (deadline_) *deadline_ += held;
+bool SerialTimeOut::IsDue(const Session& session) const {
+  return deadline_ && session.clock.Now() - session.time_in_questions >= *deadline_;
 }
 
 Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& link_windows,
@@ -92,12 +95,10 @@ Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& 
   CommStates.fill(PortState::kAvailable);
   SavedCommStates = CommStates;
   for (const int port : kAllPorts) Port(port).SetPortNumber(port);
-  session.on_turn = [this](platform::Duration held) {
-    timSerialTimeOut.Postpone(held);
-    if (!timSerialTimeOut.IsDue(session.clock.Now())) return;
+  session.on_turn = [this] {
+    if (!timSerialTimeOut.IsDue(session)) return;
     timSerialTimeOut.Disable();
-    session.SetDownloadError(Failure::kNoAnswer);
-    NLSMsgBox(session, "The radio is not responding, please check the connections.");
+    ReportSilence(session);
   };
 }
 
@@ -158,7 +159,11 @@ void ApplyPreferences(Link& link, const std::array<std::optional<bool>, kPortCou
   services::Settings& settings = link.session.settings;
   for (const int port : kAllPorts) {
     const std::optional<bool> tick = ticked[Link::Index(port)];
-    if (tick) link.State(port) = *tick ? PortState::kActive : PortState::kAvailable;
+    // The choice outlasts the action in which it was asked for.
+    if (tick) {
+      link.State(port) = *tick ? PortState::kActive : PortState::kAvailable;
+      link.SavedCommStates[Link::Index(port)] = link.State(port);
+    }
     settings.AppSaveUserSetting(settings.OwnType(), StateSetting(port),
                                 std::to_string(static_cast<std::int32_t>(link.State(port))));
   }
@@ -230,6 +235,7 @@ Job::Job(Link& link) : link_(link) {
 
 Job::~Job() {
   link_.timSerialTimeOut.Disable();
+  link_.others_go_on = false;
   ReleaseFromProgMode(link_);
   CloseAllComms(link_);
   RestoreCommStates(link_);

@@ -45,18 +45,17 @@ class LinkWindows {
 };
 
 // The timer timSerialTimeOut: 4000 ms without an answer. It fires in a turn of the user interface;
-// the time that a modal question takes is not the radio's.
+// the time that a question to the user takes is not the radio's.
 class SerialTimeOut {
  public:
   // Starts the 4000 ms, anew when they run already.
-  void Enable(platform::Duration now);
+  void Enable(const services::Session& session);
   void Disable() { deadline_.reset(); }
   bool IsEnabled() const { return deadline_.has_value(); }
-  void Postpone(platform::Duration held);
-  bool IsDue(platform::Duration now) const { return deadline_ && now >= *deadline_; }
+  bool IsDue(const services::Session& session) const;
 
  private:
-  std::optional<platform::Duration> deadline_;
+  std::optional<platform::Duration> deadline_;  // on a clock that stands still during questions
 };
 
 using Ports = std::array<std::unique_ptr<platform::SerialPort>, kPortCount>;

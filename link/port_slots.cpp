@@ -1,6 +1,7 @@
 #include "link/port_slots.h"
 
-#include <vector>
+#include <algorithm>
+#include <deque>
 
 #include "platform/serial_list.h"
 
@@ -9,22 +10,37 @@ namespace {
 
 std::string DeviceSetting(int slot) { return "CommPort" + std::to_string(slot) + "Device"; }
 
-std::string DefaultDevice(int slot) {
+// The devices to give to slots without one of their own, best first.
+std::deque<std::string> DevicesToGive() {
+  std::deque<std::string> names;
 #ifdef _WIN32
-  return "COM" + std::to_string(slot);
+  for (const int slot : kAllPorts) names.push_back("COM" + std::to_string(slot));
 #else
-  const std::vector<platform::SerialDeviceInfo> devices = platform::ListSerialDevices();
-  const auto index = static_cast<std::size_t>(slot - 1);
-  return index < devices.size() ? devices[index].device : std::string();
+  for (const platform::SerialDeviceInfo& info : platform::ListSerialDevices())
+    names.push_back(info.device);
 #endif
+  return names;
 }
 
 }  // namespace
 
-std::string SlotDevice(const services::Settings& settings, int slot) {
-  const std::string chosen =
-      settings.AppGetUserSetting(settings.OwnType(), DeviceSetting(slot), "");
-  return chosen.empty() ? DefaultDevice(slot) : chosen;
+std::array<std::string, kPortCount> SlotDevices(const services::Settings& settings) {
+  std::array<std::string, kPortCount> devices;
+  for (const int slot : kAllPorts) {
+    devices[Link::Index(slot)] =
+        settings.AppGetUserSetting(settings.OwnType(), DeviceSetting(slot), "");
+  }
+  if (std::ranges::find(devices, "") == devices.end()) return devices;
+  std::deque<std::string> free = DevicesToGive();
+  std::erase_if(free, [&](const std::string& name) {
+    return std::ranges::find(devices, name) != devices.end();
+  });
+  for (std::string& device : devices) {
+    if (!device.empty() || free.empty()) continue;
+    device = free.front();
+    free.pop_front();
+  }
+  return devices;
 }
 
 bool SaveSlotDevice(services::Settings& settings, int slot, const std::string& device) {

@@ -2,17 +2,19 @@
 // to CommPort4Device.
 #pragma once
 
+#include <array>
 #include <string>
 
+#include "link/port_set.h"
 #include "services/settings.h"
 
 namespace zep::link {
 
-// The device of a slot (1 to 4). Where the user has chosen none: COM1 to COM4 on Windows, elsewhere
-// the first four serial devices of this computer; empty when there are fewer.
-std::string SlotDevice(const services::Settings& settings, int slot);
+// The devices of slots 1 to 4. Where the user has chosen none: COM1 to COM4 on Windows, elsewhere
+// the next serial device of this computer that no other slot has; empty when there are no more.
+std::array<std::string, kPortCount> SlotDevices(const services::Settings& settings);
 
-// Keeps the user's choice. False when it could not be stored.
+// Keeps the user's choice for a slot. False when it could not be stored.
 bool SaveSlotDevice(services::Settings& settings, int slot, const std::string& device);
 
 }  // namespace zep::link

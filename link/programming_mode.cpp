@@ -16,6 +16,8 @@ using services::ReportError;
 using services::Session;
 
 constexpr std::size_t kBootstrapSize = 256;
+// Bytes that may wait on a port: enough to keep the line fed, few enough for a true progress bar.
+constexpr std::size_t kBytesAhead = 32;
 constexpr std::uint8_t kBootstrapStart = 0xFF;
 
 void SendBootstrapToPort(Link& link, TransferView& view, int port, const std::string& loader) {
@@ -27,6 +29,7 @@ void SendBootstrapToPort(Link& link, TransferView& view, int port, const std::st
   int sent = 0;
   for (const char byte : loader) {
     SendByteToSpecificComms(link, static_cast<std::uint8_t>(byte), port);
+    ShortenOutput(link, port, kBytesAhead);
     // A slow processor leaves the bar alone, so that the line is kept fed.
     if (session.fast_processor) view.SetProgress(++sent);
     if (session.DownloadError || !link.IsActive(port)) return;
@@ -37,7 +40,7 @@ void SendBootstrapToPort(Link& link, TransferView& view, int port, const std::st
 bool Handshake(Link& link, int port, std::string_view character, std::string_view answer) {
   SendStringToSpecificComms(link, character, port);
   WaitForChar(link, answer, port);
-  return !link.session.Stopped();
+  return !link.session.Stopped() && link.IsActive(port);
 }
 
 }  // namespace

@@ -43,11 +43,8 @@ bool IsIntactRecord(services::Session& session, std::string_view record) {
 
 bool IsIntactListLine(services::Session& session, std::string_view line) {
   constexpr std::size_t kHeaderLength = kListLengthAt + 2;
-  constexpr std::size_t kChecksumLength = 2;
-  if (line.size() < kHeaderLength) return true;
-  const std::size_t length = DataLength(session, line, kListLengthAt);
-  return length == 0 ? line.size() <= kHeaderLength + kChecksumLength
-                     : line.size() >= kHeaderLength + length;
+  return line.size() < kHeaderLength ||
+         line.size() >= kHeaderLength + DataLength(session, line, kListLengthAt);
 }
 
 std::string GetRecordData(services::Session& session, std::string_view record) {

@@ -1,7 +1,8 @@
 // The fields of an item record and of a line of the item list, which are lines of hexadecimal text.
 //
-//   record     item number (2), a second header byte (2), data length N in bytes (2), data (2N),
-//   checksum (2) list line  two characters, length N in bytes (2), data (2N)
+//   record      item number (2), a second header byte (2), data length N in bytes (2), data (2N),
+//               checksum (2)
+//   list line   two characters, length N in bytes (2), data (2N)
 #pragma once
 
 #include <string>
@@ -18,8 +19,8 @@ bool IsEmptyRecord(std::string_view record);
 // looked at.
 bool IsIntactRecord(services::Session& session, std::string_view record);
 
-// The line of the item list holds as many items as its count says, and with a count of 0 nothing
-// but a checksum. A line too short for a count holds no items and is none the worse.
+// The line of the item list holds as many items as its count says. A line too short for a count
+// holds none and is none the worse; what follows the items is not looked at.
 bool IsIntactListLine(services::Session& session, std::string_view line);
 
 // The data characters of a record, or of a line of the item list; what there is of them when the

@@ -18,15 +18,18 @@ std::string DateAndTime(const std::tm& local_time) {
 ApplicationLog::ApplicationLog(platform::Clock& clock, std::string file_name)
     : clock_(clock), file_name_(std::move(file_name)) {}
 
-void ApplicationLog::Line(std::string_view text) {
+void ApplicationLog::Line(std::string_view text) { Append("", text); }
+
+void ApplicationLog::Error(std::string_view text) { Append("Error: ", text); }
+
+void ApplicationLog::Append(std::string_view prefix, std::string_view text) {
   if (file_name_.empty()) return;
-  std::string line = DateAndTime(clock_.LocalTime()) + "  " + std::string(text);
+  std::string line =
+      std::string(prefix) + DateAndTime(clock_.LocalTime()) + "  " + std::string(text);
   std::replace(line.begin(), line.end(), '\n', ' ');
   platform::FileWriter file;
   if (file.Open(file_name_, platform::WriteMode::kAppend)) return;
   file.Write(line + "\n");
 }
-
-void ApplicationLog::Error(std::string_view text) { Line("Error: " + std::string(text)); }
 
 }  // namespace zep::services

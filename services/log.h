@@ -20,10 +20,12 @@ class ApplicationLog {
 
   // Date and time, two blanks, the text; line breaks inside become blanks.
   void Line(std::string_view text);
-  // The same for an error: the text after "Error: ".
+  // The same behind "Error: ".
   void Error(std::string_view text);
 
  private:
+  void Append(std::string_view prefix, std::string_view text);
+
   platform::Clock& clock_;
   std::string file_name_;
 };

@@ -45,7 +45,17 @@ std::string ErrorText(const Session& session, const platform::SystemError& error
       break;
   }
   return NLSFmt(session, "Error: ") + std::to_string(error.number) + " " + error.description +
-         " [" + std::string(procedure) + "]";
+         "[" + std::string(procedure) + "]";
+}
+
+// Shows the box and takes the time; that of a box inside another box's turns is part of the outer
+// one's.
+Answer Ask(Session& session, const MessageRequest& request) {
+  const platform::Duration before = session.clock.Now();
+  ++session.open_questions;
+  const Answer answer = session.user.ShowMessage(request);
+  if (--session.open_questions == 0) session.time_in_questions += session.clock.Now() - before;
+  return answer;
 }
 
 }  // namespace
@@ -70,7 +80,7 @@ Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& opti
   request.icon = options.icon;
   request.buttons = options.buttons;
   request.notice = options.notice;
-  return session.user.ShowMessage(request);
+  return Ask(session, request);
 }
 
 std::string PadMessage(std::string text) {
@@ -85,7 +95,7 @@ std::string PadMessage(std::string text) {
 
 void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure,
                  int port) {
-  session.log.Error(std::to_string(error.number) + " " + error.description + " [" +
+  session.log.Error(std::to_string(error.number) + " " + error.description + "[" +
                     std::string(procedure) + "] " + error.subject);
   std::string text = ErrorText(session, error, procedure, port);
   if (!error.advice.empty()) text += "\n" + NLSFmt(session, error.advice, error.advice_arguments);

@@ -19,9 +19,8 @@ void Session::ClearFlags() {
 }
 
 void Session::PumpEvents() {
-  const platform::Duration before = clock.Now();
   user.PumpEvents();
-  if (on_turn) on_turn(clock.Now() - before);
+  if (on_turn) on_turn();
 }
 
 }  // namespace zep::services

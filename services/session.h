@@ -86,11 +86,14 @@ class Session {
   // Clears both flags and the cause, as every action of the user does when it starts.
   void ClearFlags();
 
-  // A turn of the user interface, then of the timers. on_turn gets the time that the user interface
-  // kept for itself: a modal question inside it may take minutes, which are not to be counted
-  // against a radio.
+  // A turn of the user interface, then of the timers.
   void PumpEvents();
-  std::function<void(platform::Duration held)> on_turn;
+  std::function<void()> on_turn;
+
+  // How long the user has been asked questions so far. A modal question inside a turn may take
+  // minutes, which are not to be counted against a radio.
+  platform::Duration time_in_questions{};
+  int open_questions = 0;
 };
 
 }  // namespace zep::services

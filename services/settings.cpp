@@ -49,7 +49,9 @@ std::string Settings::AppGetRegKey(AppType type) const {
 
 AppType Settings::OwnType() const {
   const auto number = static_cast<AppType>(ReadNumber(strings_.Get(kResOwnType)).value_or(-1));
-  return IsApplication(number) ? number : AppType::kDownload;
+  if (IsApplication(number)) return number;
+  log_.Error("Application::AppGetRegKey - Invalid AppType");
+  return AppType::kDownload;
 }
 
 std::string Settings::Key(AppType type) const {

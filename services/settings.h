@@ -22,7 +22,7 @@ struct AppLocation {
 
 class Settings {
  public:
-  // All three outlive the settings.
+  // All of them outlive the settings.
   Settings(platform::SettingsHive& user_hive, platform::SettingsHive& machine_hive,
            const StringTable& strings, ApplicationLog& log);
 

@@ -181,9 +181,10 @@ std::string FaultOption(FaultKind kind, Step step, int ordinal) {
   return ",fault=" + simulator::FaultText(fault);
 }
 
-// The blocks of an upload carry no checksum.
+// The blocks of an upload and the lines of the item list carry no checksum.
 bool IsUndetectable(FaultKind kind, Step step) {
-  return kind == FaultKind::kWrong && step == Step::kUpload;
+  return (kind == FaultKind::kWrong && step == Step::kUpload) ||
+         (kind == FaultKind::kDrop && step == Step::kList);
 }
 
 // A radio that identifies itself wrongly is refused, and with it the image for all.

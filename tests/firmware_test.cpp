@@ -76,7 +76,7 @@ TEST(ImageFiles, AreRecognisedByMarkerAndSize) {
   const std::string e1 = a1("ZEP-xx52 ", 0x8000).replace(0xFF, 128, 128, '\xFF');
   const std::string unknown = "information Radio Model is invalid, will be set to 'ZEP 1100'.; ";
   const std::string past_end =
-      "critical Error: 62 Input past end of file [CheckForValidFile]\nThe file F ";
+      "critical Error: 62 Input past end of file[CheckForValidFile]\nThe file F ";
   struct Row {
     std::string name, contents, found;  // model, type, micro, flash, after 9, X, 9, 9; boxes
   };
@@ -91,7 +91,7 @@ TEST(ImageFiles, AreRecognisedByMarkerAndSize) {
            {"last in the window", a1("ZEP-xx81 ", 0xFFF9), "valid 12 Conventional 1 1|"},
            {"behind the window", a1("ZEP-xx81 ", 0xFFFF), "refused 9 X 1 9|"},
            {"cut by the window's end", a1("ZEP-xx81 ", 0xFFFA),
-            "refused 9 X 9 9|critical Error: 9 Subscript out of range [CheckForValidFile]\nThe "
+            "refused 9 X 9 9|critical Error: 9 Subscript out of range[CheckForValidFile]\nThe "
             "file F "
             "does not say which radio it is for (there is no \"ZEP-xx\" in it), so it is no "
             "firmware file.; "},

@@ -69,7 +69,7 @@ TEST(HexText, ChecksumMakesTheSumAMultipleOf256) {
          {"0102", "FD"},
          {bytes_of_ff, "80"},
          {"01020", "FD", "critical Data: 0 is not correct length [ConHexByteToInt] -> OK\n"},
-         {bytes_of_ff + "FF", "", "critical Error: 6 Overflow [CalcHexChecksum] -> OK\n"}});
+         {bytes_of_ff + "FF", "", "critical Error: 6 Overflow[CalcHexChecksum] -> OK\n"}});
 }
 
 TEST(HexText, WritesNumbersAndText) {

@@ -7,7 +7,9 @@
 #include "link/byte_exchange.h"
 #include "link/error_replies.h"
 #include "link/port_set.h"
+#include "link/port_slots.h"
 #include "link/programming_mode.h"
+#include "services/messages.h"
 #include "tests/link_testing.h"
 #include "tests/views_testing.h"
 
@@ -19,6 +21,7 @@ using services::ReportErrors;
 using services::Transfer;
 using std::chrono::milliseconds;
 using testing::TestLink;
+using testing::TestSession;
 
 constexpr const char* kSilent =
     "information The radio is not responding, please check the connections. -> OK\n";
@@ -75,12 +78,19 @@ TEST(ByteExchange, TheTimeOfAQuestionIsNotTheRadios) {
   TestLink test;
   test.Activate({1});
   test.port(1).Receive("v", milliseconds(60000));
+  test.user.while_shown = [&] { test.clock.Sleep(milliseconds(59000)); };
   test.user.on_turn = [&](int turn) {
-    if (turn == 3) test.clock.Sleep(milliseconds(59000));
+    test.clock.Sleep(milliseconds(2));
+    if (turn == 3) NLSMsgBox(test.session, "Cancel?");
   };
   WaitForChar(test.link, "v", 1);
   EXPECT_FALSE(test.session.DownloadError);
-  EXPECT_EQ(test.user.Boxes(), "");
+
+  test.user.while_shown = nullptr;
+  const platform::Duration before = test.clock.Now();
+  GetStringFromSpecficComms(test.link, 1, "v");
+  EXPECT_TRUE(test.session.DownloadError);
+  EXPECT_LE(test.clock.Now() - before, milliseconds(4004)) << "turns of the user interface count";
 }
 
 TEST(ByteExchange, CancelEndsAWaitAtOnceAndLeavesTheInput) {
@@ -153,6 +163,51 @@ TEST(ByteExchange, TheLastPortToFailEndsTheRunOfSeveral) {
                                    std::string(kSilent) + kNoResponse);
 }
 
+TEST(ByteExchange, OnlyThePortThatIsWaitedForIsMarked) {
+  TestLink test;
+  test.Activate({1, 2, 3});
+  for (const int port : {2, 3}) test.port(port).Receive(".");
+  WaitForDotFromActiveComms(test.link);
+  EXPECT_EQ(test.States(), "4112") << "after the time-out the others are not looked at";
+
+  TestLink refused;
+  refused.Activate({1, 2});
+  refused.link.others_go_on = true;
+  refused.session.SetDownloadError(services::Failure::kRefused);
+  GetByteFromSpecficComms(refused.link, 1, '.');
+  EXPECT_EQ(refused.States(), "1122");
+  EXPECT_TRUE(refused.session.DownloadError) << "a refusal is not taken back";
+}
+
+TEST(ByteExchange, CancelEndsARunOfSeveralForAll) {
+  TestLink test;
+  test.Activate({1, 2});
+  test.link.others_go_on = true;
+  test.port(1).Receive("{C0");
+  test.user.on_turn = [&](int turn) {
+    if (turn == 5) test.session.RequestCancel();
+  };
+  WaitForDotFromActiveComms(test.link);
+  EXPECT_EQ(test.States(), "1122");
+  EXPECT_EQ(test.user.Boxes(), "");
+  EXPECT_EQ(test.session.failure, services::Failure::kCancelled);
+}
+
+TEST(ByteExchange, EchoesAreAwaitedWithoutFlashTexts) {
+  TestLink test;
+  test.Activate({1, 2});
+  test.link.others_go_on = true;
+  test.port(1).Answer("a", "xa");
+  SendByteToSpecificComms(test.link, 'a', 1, true);
+  EXPECT_EQ(test.Wire(), "1<a 1>x 1>a");
+  test.port(1).Answer("b", "S");
+  SendByteToSpecificComms(test.link, 'b', 1, true);
+  EXPECT_EQ(test.States(), "4122");
+  EXPECT_EQ(test.user.Boxes(), kSilent);
+  SendByteToActiveComms(test.link, 'c');
+  EXPECT_EQ(test.Wire(), "1<b 1>S 2<c");
+}
+
 TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
   TestLink test;
   test.Activate({1});
@@ -161,10 +216,28 @@ TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
   };
   EXPECT_EQ(GetByteFromSpecficComms(test.link, 1, 'a'), 0);
   EXPECT_EQ(test.user.Boxes(),
-            std::string("critical Error: 5 Input/output error [GetByteFromSpecficComms ] -> OK\n") +
+            std::string("critical Error: 5 Input/output error[GetByteFromSpecficComms ] -> OK\n") +
                 kNoResponse);
   EXPECT_EQ(test.States(), "4222");
   EXPECT_EQ(test.session.failure, services::Failure::kPort);
+}
+
+TEST(ByteExchange, AVanishedDeviceIsNotSpokenToAgain) {
+  TestLink test;
+  test.Activate({1, 2});
+  test.link.others_go_on = true;
+  test.user.on_turn = [&](int turn) {
+    if (turn == 2) test.port(1).Fail(5);
+    if (turn == 4) test.port(2).Fail(5);
+  };
+  PutActiveCommsInProgMode(test.link);
+  EXPECT_EQ(test.Wire(), "1<^");
+  EXPECT_LT(test.clock.Now(), milliseconds(100));
+  WaitForDotFromActiveComms(test.link);
+  EXPECT_EQ(test.user.Boxes(),
+            "critical Error: 5 Input/output error[WaitForChar Func] -> OK\n"
+            "critical Error: 5 Input/output error[GetByteFromSpecficComms ] -> OK\n" +
+                std::string(kNoResponse));
 }
 
 TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
@@ -176,6 +249,8 @@ TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
   EXPECT_EQ(test.Wire(), "1<A 2<A");
   EXPECT_EQ(test.States(), "4122");
   EXPECT_FALSE(test.session.DownloadError);
+  EXPECT_EQ(test.user.Boxes(), kSilent);
+  EXPECT_EQ(test.user.turns, 0) << "the drain of a block does not yield";
 }
 
 TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
@@ -186,6 +261,7 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
     const char* reply;
     const char* shown;
   };
+  const std::string noise(3000, '7');
   const std::vector<Row> rows = {
       {"a record", "27000300002AAC\r>", "", "00002A", ""},
       {"two records of an item", "0500020102F6\r0501010AEF\r>", "", "01020A", ""},
@@ -197,8 +273,10 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
       {"an item list", "0003002A27FF\r>", "List", "002A27", ""},
       {"a list in two lines, with tails", "000100\r00022A27EE\r>", "List", "002A27", ""},
       {"a line too short for a count", "000\r0001FF\r>", "List", "FF", ""},
+      {"what follows the items", "0000002A27\r0001FF\r>", "List", "FF", ""},
+      {"a stray carriage return", "\r27000300002AAC\r>", "", "00002A", ""},
+      {"noise without end", noise.c_str(), "", "", "{C02} Record corrupted"},
       {"fewer items than the count says", "0003002A\r>", "List", "002A", "{C02} Record corrupted"},
-      {"items behind a count of none", "00002A27\r0001FF\r>", "List", "", "{C02} Record corrupted"},
       {"an error reply", "{C04}>", "", "", "{C04} Item not recognized"},
       {"silence after a line", "05000101F9\r", "", "01", "not responding"},
   };
@@ -331,6 +409,27 @@ TEST(PortSet, ASingleRadioNeedsExactlyOneActivePort) {
   EXPECT_EQ(given_up.windows.shown, "preferences preferences ");
 }
 
+TEST(PortSet, AChoiceMadeDuringAnActionOutlastsIt) {
+  TestLink test;
+  test.windows.on_preferences = [](Link& link) { ApplyPreferences(link, {true, {}, {}, {}}); };
+  {
+    const Job job(test.link);
+    test.link.others_go_on = true;
+    EXPECT_TRUE(InitialiseComms(test.link));
+  }
+  EXPECT_EQ(test.States(), "1222");
+  EXPECT_FALSE(test.link.others_go_on);
+}
+
+TEST(PortSet, EverySlotHasADeviceOfItsOwn) {
+  TestSession test;
+  const std::array<std::string, kPortCount> by_default = SlotDevices(test.settings);
+  SaveSlotDevice(test.settings, 2, by_default[0].empty() ? "/dev/ttyUSB7" : by_default[0]);
+  const std::array<std::string, kPortCount> devices = SlotDevices(test.settings);
+  EXPECT_EQ(devices[1], by_default[0].empty() ? "/dev/ttyUSB7" : by_default[0]);
+  for (const std::size_t other : {0U, 2U, 3U}) EXPECT_NE(devices[other], devices[1]);
+}
+
 TEST(PortSet, OpeningReportsThePortThatCannotBeOpened) {
   const std::vector<std::pair<int, std::string>> rows = {
       {platform::kPortDoesNotExist,
@@ -340,7 +439,7 @@ TEST(PortSet, OpeningReportsThePortThatCannotBeOpened) {
       {platform::kPortInUse,
        "Communication port 2 already in use, please select another port from menu "
        "File->Preferences."},
-      {13, "Error: 13 Permission denied [InitialiseComms]"},
+      {13, "Error: 13 Permission denied[InitialiseComms]"},
   };
   for (const auto& [number, text] : rows) {
     SCOPED_TRACE(number);

@@ -106,7 +106,7 @@ TEST_F(SettingsTest, ThatCannotBeWrittenAreLoggedAndKeptAsProblem) {
   EXPECT_FALSE(settings.AppSaveUserSetting(AppType::kDownload, "ShowAdvanced", "1"));
   EXPECT_EQ(settings.WriteProblem().number, 13);
   EXPECT_EQ(test.folder.Read("application.log"),
-            "2026-11-21 07:05:33  Error: Application::RegSaveSetting - ShowAdvanced: 13 Permission "
+            "Error: 2026-11-21 07:05:33  Application::RegSaveSetting - ShowAdvanced: 13 Permission "
             "denied\n");
 }
 
@@ -122,8 +122,8 @@ TEST_F(SettingsTest, HaveASubkeyForEachApplicationAndLogAnyOther) {
   AppLocation location;
   EXPECT_FALSE(settings.AppGetAppLocation(static_cast<AppType>(-1), location));
   EXPECT_EQ(test.folder.Read("application.log"),
-            "2026-11-21 07:05:33  Error: Application::AppGetRegKey - Invalid AppType\n"
-            "2026-11-21 07:05:33  Error: Application::AppGetAppLocation - Invalid AppType\n");
+            "Error: 2026-11-21 07:05:33  Application::AppGetRegKey - Invalid AppType\n"
+            "Error: 2026-11-21 07:05:33  Application::AppGetAppLocation - Invalid AppType\n");
 }
 
 TEST_F(SettingsTest, FindAnApplicationWhereItWasShownLast) {
@@ -338,11 +338,11 @@ TEST(Messages, ErrorsOfPortsHaveTextsOfTheirOwnAndAllBringTheirAdvice) {
             "port from menu File->Preferences. -> OK\n"
             "critical Communication port 3 already in use, please select another port from menu "
             "File->Preferences.\nClose it. -> OK\n"
-            "critical Error: 2 No such file [SendBootStrap1ToAllComms] -> OK\n");
+            "critical Error: 2 No such file[SendBootStrap1ToAllComms] -> OK\n");
   EXPECT_EQ(test.folder.Read("application.log"),
-            "2026-11-21 07:05:33  Error: 8002 no such port [WaitForChar Func] \n"
-            "2026-11-21 07:05:33  Error: 8005 busy [GetAnyByte] /dev/x\n"
-            "2026-11-21 07:05:33  Error: 2 No such file [SendBootStrap1ToAllComms] bs.tsk\n");
+            "Error: 2026-11-21 07:05:33  8002 no such port[WaitForChar Func] \n"
+            "Error: 2026-11-21 07:05:33  8005 busy[GetAnyByte] /dev/x\n"
+            "Error: 2026-11-21 07:05:33  2 No such file[SendBootStrap1ToAllComms] bs.tsk\n");
 }
 
 TEST(Waits, LastAsLongAsTheirKindSays) {
@@ -375,7 +375,7 @@ TEST(Log, KeepsOneLineForEachCall) {
   test.clock.Sleep(std::chrono::seconds(60));
   test.log.Error("bad");
   EXPECT_EQ(test.folder.Read("application.log"),
-            "2026-11-21 07:05:33  two lines\n2026-11-21 07:06:33  Error: bad\n");
+            "2026-11-21 07:05:33  two lines\nError: 2026-11-21 07:06:33  bad\n");
   ApplicationLog(test.clock, "").Line("nowhere");
   ApplicationLog(test.clock, test.folder.Path("missing/x.log")).Line("lost");
 }

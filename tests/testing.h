@@ -103,6 +103,8 @@ class TestUser final : public services::User {
   // Turns of the user interface so far, and what happens in each: on_turn(1) in the first.
   int turns = 0;
   std::function<void(int turn)> on_turn;
+  // What happens while a box is shown: time passes.
+  std::function<void()> while_shown;
 
   void PumpEvents() override {
     ++turns;
@@ -111,6 +113,7 @@ class TestUser final : public services::User {
 
   services::Answer ShowMessage(const services::MessageRequest& request) override {
     messages.push_back(request);
+    if (while_shown) while_shown();
     const services::Answer answer = AnswerTo(request);
     const std::string title = request.title == application_title_ ? "" : "[" + request.title + "] ";
     boxes_ += Name(request.icon) + " " + title + request.text + " -> " + Name(answer) + "\n";
