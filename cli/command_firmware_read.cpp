@@ -18,7 +18,7 @@ bool MayWrite(Program& program, const std::string& name) {
 }
 
 ExitStatus Read(Program& program, const std::string& name) {
-  link::Link* link = program.LinkForJob();
+  link::Link* link = program.LinkForOneRadio(services::Transfer::kRead);
   if (link == nullptr) return program.JobStatus(false);
   if (!MayWrite(program, name)) return program.JobStatus(false);
   firmware::Firmware firmware(*link);

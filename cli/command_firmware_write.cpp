@@ -41,14 +41,11 @@ ExitStatus Write(Program& program, const WriteOptions& options) {
   if (!options.data_file.empty() && !radiodb::ReadDataFile(program.session, options.data_file))
     return program.JobStatus(false);
 
-  link::Link* link = program.LinkForJob();
+  // Data is saved of one radio at a time, and programmed into one.
+  const bool has_data = options.save_data || !options.data_file.empty();
+  link::Link* link =
+      has_data ? program.LinkForOneRadio(services::Transfer::kProgram) : program.LinkForJob();
   if (link == nullptr) return program.JobStatus(false);
-  if (options.save_data && !firmware::OffersAutoSave(*link)) {
-    NLSMsgBox(program.session,
-              "The data of one radio at a time can be saved. Please name one port with -p.",
-              {.icon = services::Icon::kCritical});
-    return ExitStatus::kRefused;
-  }
   firmware::Firmware firmware(*link);
   radiodb::RadioDb db(*link);
   firmware::TransferOptions transfer;

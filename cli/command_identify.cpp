@@ -8,7 +8,7 @@ namespace zep::cli {
 namespace {
 
 ExitStatus Identify(Program& program) {
-  link::Link* link = program.LinkForJob();
+  link::Link* link = program.LinkForOneRadio(services::Transfer::kRead);
   if (link == nullptr) return program.JobStatus(false);
   const link::Job job(*link);
   program.progress.SetText(services::NLSFmt(program.session, "Reading Radio"));

@@ -17,6 +17,8 @@ using services::NLSText;
 constexpr int kIndent = 2;
 constexpr int kNameColumn = 28;
 constexpr int kWidestHelp = 100;
+// Of an option that is given several times.
+constexpr auto kLastCounts = CLI::MultiOptionPolicy::TakeLast;
 
 std::string Text(std::string_view view) { return std::string(view); }
 
@@ -36,16 +38,20 @@ void AddOptions(CLI::App& app, Options& options, bool& help, bool& version) {
   app.add_flag("--quiet", options.quiet, Text(NLSText("no progress; messages are still shown")));
   app.add_option("--trace", options.trace,
                  Text(NLSText("write every byte on the wire into FILE, with its time")))
-      ->type_name("FILE");
+      ->type_name("FILE")
+      ->multi_option_policy(kLastCounts);
   app.add_option("--application-folder", options.application_folder,
                  Text(NLSText("where bs.tsk, dl.tsk and the saved data are")))
-      ->type_name("DIR");
+      ->type_name("DIR")
+      ->multi_option_policy(kLastCounts);
   app.add_option("--string-table", options.string_table,
                  Text(NLSText("the family of radios: ZEP, \"Vorn PMR II\" or Torvik")))
-      ->type_name("NAME");
+      ->type_name("NAME")
+      ->multi_option_policy(kLastCounts);
   app.add_option("--language", options.language,
                  Text(NLSText("language of the messages: en, fr, es or zh")))
-      ->type_name("en|fr|es|zh");
+      ->type_name("en|fr|es|zh")
+      ->multi_option_policy(kLastCounts);
   app.add_flag("--inhouse", options.in_house,
                Text(NLSText("allow firmware that the radio's microprocessor is not made for")));
   app.add_flag("-h,--help", help, Text(NLSText("show this help, or that of a command")));
@@ -100,7 +106,9 @@ class CommandArguments final : public Arguments {
   }
   void AddOption(std::string_view name, std::string_view value, std::string& target,
                  std::string_view meaning) override {
-    app_.add_option(Text(name), target, Text(meaning))->type_name(Text(value));
+    app_.add_option(Text(name), target, Text(meaning))
+        ->type_name(Text(value))
+        ->multi_option_policy(kLastCounts);
   }
   void AddFlag(std::string_view name, bool& target, std::string_view meaning) override {
     app_.add_flag(Text(name), target, Text(meaning));
@@ -232,14 +240,17 @@ std::string CommandLine::Help(const services::Session& session, int width) const
 std::string CommandLine::Problem(const services::Session& session) const {
   const CLI::ParseError& error = *grammar_->error;
   const std::string what = error.what();
-  if (error.get_name() == "ExtrasError") {
+  const auto is = [&error](CLI::ExitCodes code) {
+    return error.get_exit_code() == static_cast<int>(code);
+  };
+  if (is(CLI::ExitCodes::ExtrasError)) {
     const std::vector<std::string> words = grammar_->app.remaining(true);
     return NLSFmt(session, "%0:s is no command or option that fits here.",
                   {words.empty() ? what : words.front()});
   }
-  if (error.get_name() == "RequiredError")
+  if (is(CLI::ExitCodes::RequiredError))
     return NLSFmt(session, "%0:s is missing.", {what.substr(0, what.find(" is required"))});
-  if (error.get_name() == "ArgumentMismatch")
+  if (is(CLI::ExitCodes::ArgumentMismatch))
     return NLSFmt(session, "%0:s needs a value.", {what.substr(0, what.find(':'))});
   return what;
 }

@@ -19,7 +19,7 @@ ExitStatus ProgramFile(Program& program, const std::string& name) {
   if (!file) return program.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
 
-  link::Link* link = program.LinkForJob();
+  link::Link* link = program.LinkForOneRadio(services::Transfer::kProgram);
   if (link == nullptr) return program.JobStatus(false);
   const link::Job job(*link);
   radiodb::RadioDb db(*link);

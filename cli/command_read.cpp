@@ -28,7 +28,7 @@ ExitStatus Read(Program& program, const ReadOptions& options) {
     return program.UsageError(
         NLSFmt(program.session, "Please give one of FILE, --calibration FILE and --auto."));
   }
-  link::Link* link = program.LinkForJob();
+  link::Link* link = program.LinkForOneRadio(services::Transfer::kRead);
   if (link == nullptr) return program.JobStatus(false);
   const link::Job job(*link);
 

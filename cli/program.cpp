@@ -103,6 +103,8 @@ std::string Program::ChooseLanguage() {
 }
 
 ExitStatus Program::Start() {
+  if (options.yes && options.no)
+    return UsageError(NLSFmt(session, "Please give one of --yes and --no, not both."));
   const std::string& folder = options.application_folder;
   if (!folder.empty() && !platform::IsFolder(folder)) {
     user.Say(NLSFmt(session,
@@ -125,6 +127,7 @@ ExitStatus Program::Start() {
   trace_ = std::make_unique<WireTrace>(surroundings.clock);
   const platform::SystemError error = trace_->Open(options.trace);
   if (!error) return ExitStatus::kDone;
+  trace_.reset();
   ReportError(session, error, "--trace");
   return ExitStatus::kFile;
 }
@@ -132,12 +135,11 @@ ExitStatus Program::Start() {
 link::Link& Program::Link() {
   if (link_) return *link_;
   link::Ports ports;
+  const auto devices = NamesPorts() ? devices_ : link::SlotDevices(session.settings);
   for (const int number : link::kAllPorts) {
     const std::size_t index = link::Link::Index(number);
-    const std::string device =
-        NamesPorts() ? devices_[index] : link::SlotDevice(session.settings, number);
-    ports[index] =
-        std::make_unique<WatchedPort>(surroundings.make_port(device), byte_count_, trace_.get());
+    ports[index] = std::make_unique<WatchedPort>(surroundings.make_port(devices[index]),
+                                                 byte_count_, trace_.get());
   }
   link_ = std::make_unique<link::Link>(session, std::move(ports), *windows_, *io_ports_);
   if (!NamesPorts()) link::CheckCommPorts(*link_, true);
@@ -150,6 +152,16 @@ link::Link* Program::LinkForJob() {
   if (link::FirstActivePort(link) != 0) return &link;
   TellOfMissingPort(link);
   return nullptr;
+}
+
+link::Link* Program::LinkForOneRadio(services::Transfer mode) {
+  session.TransferMode = mode;
+  link::Link* link = LinkForJob();
+  const auto active = [link] {
+    return std::count(link->CommStates.begin(), link->CommStates.end(), link::PortState::kActive);
+  };
+  if (link != nullptr && active() > 1) windows_->ShowPortSelection(*link);
+  return link != nullptr && active() == 1 ? link : nullptr;
 }
 
 void Program::Print(const std::string& text) {

@@ -73,6 +73,8 @@ class Program {
   // The same for a job. Null when none is Active, or one that was named cannot be used; the user
   // has been told and session.failure is kPort.
   link::Link* LinkForJob();
+  // The same for a job with a single radio: the user chooses one of several Active ports.
+  link::Link* LinkForOneRadio(services::Transfer mode);
   // Whether the ports were named with -p, rather than left to the settings.
   bool NamesPorts() const { return !options.ports.empty(); }
 

@@ -94,7 +94,7 @@ void ProgressMeter::SetMaximum(int maximum) {
 void ProgressMeter::SetValue(int value) {
   if (quiet_) return;
   value_ = std::clamp(value, 0, maximum_);
-  last_step_ = session_.clock.Now();
+  last_step_ = Now();
   bytes_at_last_step_ = bytes_on_the_wire_;
   if (draws_bar_) {
     Tick();
@@ -105,7 +105,7 @@ void ProgressMeter::SetValue(int value) {
 
 void ProgressMeter::Tick() {
   if (!draws_bar_ || text_.empty()) return;
-  const Duration now = session_.clock.Now();
+  const Duration now = Now();
   if (columns_drawn_ > 0 && now - last_shown_ < kBetweenDrawings) return;
   last_shown_ = now;
   Draw(BarLine(false));
@@ -124,10 +124,8 @@ void ProgressMeter::StepAside() {
   columns_drawn_ = 0;
 }
 
-void ProgressMeter::LeaveOut(Duration pause) {
-  started_ += pause;
-  last_step_ += pause;
-}
+// Time that the user takes for an answer is not the job's.
+Duration ProgressMeter::Now() const { return session_.clock.Now() - session_.time_in_questions; }
 
 void ProgressMeter::EndPhase() {
   if (IsMoving() && draws_bar_ && !text_.empty()) {
@@ -178,7 +176,7 @@ void ProgressMeter::Draw(const std::string& line) {
 
 void ProgressMeter::ShowPlainLines() {
   if (!IsMoving() || text_.empty()) return;
-  const Duration now = session_.clock.Now();
+  const Duration now = Now();
   if (percent_shown_ < 0) {
     console_.WriteError(text_ + "\n");
     percent_shown_ = 0;
@@ -195,7 +193,7 @@ void ProgressMeter::ShowPlainLines() {
 
 void ProgressMeter::ShowPlainLine(bool at_the_end) {
   percent_shown_ = Percent();
-  last_shown_ = session_.clock.Now();
+  last_shown_ = Now();
   console_.WriteError(text_ + "  " + std::to_string(percent_shown_) + " %" +
                       RateAndTime(at_the_end) + "\n");
 }
@@ -203,7 +201,7 @@ void ProgressMeter::ShowPlainLine(bool at_the_end) {
 void ProgressMeter::Restart() {
   value_ = 0;
   percent_shown_ = -1;
-  started_ = last_step_ = session_.clock.Now();
+  started_ = last_step_ = Now();
   bytes_at_start_ = bytes_at_last_step_ = bytes_on_the_wire_;
 }
 

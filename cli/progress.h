@@ -35,12 +35,11 @@ class ProgressMeter {
   void ShowLine(const std::string& line);
   // Clears the way for other text on the terminal; the bar comes back with the next drawing.
   void StepAside();
-  // Time that the user took for an answer is not the job's.
-  void LeaveOut(platform::Duration pause);
   // The phase is over, finished or not.
   void EndPhase();
 
  private:
+  platform::Duration Now() const;
   bool IsMoving() const { return maximum_ > 0 && value_ > 0; }
   int Percent() const;
   // "  958 B/s  0:42 left"; at the end of a phase how long it took.

@@ -103,9 +103,7 @@ std::optional<std::string> TerminalUser::AskLine(const std::string& prompt) {
   if (!console_.CanAsk()) return std::nullopt;
   progress_->StepAside();
   console_.WriteError(Wrap(prompt, console_.Width() - 1));
-  const platform::Duration asked = session_->clock.Now();
   std::optional<std::string> line = console_.ReadLine();
-  progress_->LeaveOut(session_->clock.Now() - asked);
   if (line) return line;
   console_.WriteError("\n");
   if (console_.TakeInterrupts() > 0) {

@@ -7,6 +7,12 @@
 namespace zep::cli {
 namespace {
 
+// "1.0.0" of "Version 1.0.0"
+std::string VersionNumber(const services::Session& session) {
+  const std::string& text = session.strings.Get(services::kResVersion);
+  return text.substr(text.find_last_of(' ') + 1);
+}
+
 ExitStatus Run(CommandLine& command_line, CommandLine::Outcome outcome, Program& program) {
   Console& console = program.surroundings.console;
   const std::string language_problem = program.ChooseLanguage();
@@ -15,7 +21,7 @@ ExitStatus Run(CommandLine& command_line, CommandLine::Outcome outcome, Program&
       console.WriteOutput(command_line.Help(program.session, console.Width()));
       return ExitStatus::kDone;
     case CommandLine::Outcome::kVersion:
-      console.WriteOutput("zepctl " + program.session.strings.Get(services::kResVersion) + "\n");
+      console.WriteOutput("zepctl " + VersionNumber(program.session) + "\n");
       return ExitStatus::kDone;
     case CommandLine::Outcome::kNothing:
       console.WriteError(command_line.Help(program.session, console.Width()));
