@@ -28,8 +28,8 @@ using services::Session;
 constexpr std::int32_t kModelHeldOn = 3;
 // The downloader must fit into the radio's RAM.
 constexpr std::size_t kLongestDownloader = 2000;
-// Bytes that may wait on a port, so that the progress bar is true and Cancel stops the loader.
-constexpr int kBytesAhead = 32;
+// Bytes that may wait on a port: few, so that the progress bar is true and Cancel stops the loader.
+constexpr std::size_t kBytesAhead = 32;
 
 void StopForFile(Session& session, std::string_view text) {
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
@@ -68,10 +68,10 @@ void SendBytes(TransferRun& run, const std::string& downloader) {
   int sent = 0;
   for (const char byte : downloader) {
     SendByteToAllComms(link, static_cast<std::uint8_t>(byte));
-    if (++sent % kBytesAhead == 0) DrainOutput(link);
+    ShortenOutput(link, kBytesAhead);
     link.session.PumpEvents();
     if (link.session.Stopped()) return;
-    run.view.SetProgress(sent);
+    run.view.SetProgress(++sent);
   }
 }
 
@@ -93,9 +93,10 @@ void LoadDownloader(TransferRun& run, const std::string& file_name) {
     ReportError(session, downloader.error, "WriteRadioSW");
     return session.RequestCancel(Failure::kFile);
   }
-  if (downloader.bytes.empty() || downloader.bytes.size() > kLongestDownloader)
+  if (downloader.bytes.empty() || downloader.bytes.size() > kLongestDownloader) {
     return StopForFile(session,
                        NLSText("The file dl.tsk is corrupt. Please reinstall this application."));
+  }
   run.view.SetProgressMaximum(static_cast<int>(downloader.bytes.size()));
   UpdateStatusBar(run, NLSText("Writing bootstrap file 2"));
   ClearInputBuffers(link);
@@ -149,9 +150,10 @@ void RunBootstrap1(TransferRun& run) {
   Link& link = run.firmware.link;
   Session& session = link.session;
   run.phase = TransferPhase::kBootstrap1;
-  if (!platform::FileExists(services::FindApplicationFile(session.paths, "bs.tsk")))
+  if (!platform::FileExists(services::FindApplicationFile(session.paths, "bs.tsk"))) {
     return StopForFile(
         session, NLSText("The file bs.tsk does not exist. Please reinstall this application."));
+  }
   run.view.EnableCancel(false);
   AskForBootstrapMode(run);
   if (session.Stopped()) return;
@@ -176,9 +178,10 @@ void RunBootstrap2(TransferRun& run) {
   Session& session = link.session;
   run.phase = TransferPhase::kBootstrap2;
   const std::string downloader = services::FindApplicationFile(session.paths, "dl.tsk");
-  if (!platform::FileExists(downloader))
+  if (!platform::FileExists(downloader)) {
     return StopForFile(
         session, NLSText("The file dl.tsk does not exist. Please reinstall this application."));
+  }
   run.view.ShowProgress(true);
   run.view.ShowCancel(true);
   run.view.ShowBootstrapHint(false);

@@ -114,7 +114,7 @@ bool WaitForBlock(Link& link, int port) {
   Session& session = link.session;
   platform::SerialPort& serial = link.Port(port);
   std::size_t received = 0;
-  link.timSerialTimeOut.Enable(session.clock.Now());
+  link.timSerialTimeOut.Enable(session);
   for (;;) {
     session.PumpEvents();
     if (session.Stopped()) break;
@@ -125,7 +125,7 @@ bool WaitForBlock(Link& link, int port) {
       FailPort(link, port, Failure::kPort);
       break;
     }
-    if (count != received) link.timSerialTimeOut.Enable(session.clock.Now());
+    if (count != received) link.timSerialTimeOut.Enable(session);
     received = count;
     if (count == 0) {
       serial.WaitForInput(kPass);

@@ -15,6 +15,7 @@
 #include "firmware/transfer_engine.h"
 #include "simulator/simulated_port.h"
 #include "tests/link_testing.h"
+#include "tests/views_testing.h"
 
 namespace zep::testing {
 
@@ -62,7 +63,7 @@ inline std::string Brief(std::string boxes) {
 }
 
 // Notes what is shown, a line each, but for progress values.
-struct NotedView final : link::TransferView {
+struct NotedView final : QuietView {
   std::string notes;
   int progress = 0;
   std::map<int, link::SlotLabels> slots;
@@ -71,12 +72,8 @@ struct NotedView final : link::TransferView {
   void ShowStatus(const std::string& status) override { notes += status + "\n"; }
   void SetProgressMaximum(int most) override { notes += "0 to " + std::to_string(most) + "\n"; }
   void SetProgress(int value) override { progress = value; }
-  void ShowProgress(bool /*shown*/) override {}
   void EnableCancel(bool enabled) override { notes += enabled ? "cancel on\n" : "cancel off\n"; }
-  void ShowCancel(bool /*shown*/) override {}
-  void ShowBootstrapHint(bool /*shown*/) override {}
   void SetSlot(int slot, const link::SlotLabels& labels) override { slots[slot] = labels; }
-  void Repaint() override {}
 };
 
 struct FirmwareBench : TestLink {

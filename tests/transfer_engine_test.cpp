@@ -74,7 +74,7 @@ TEST(TransferEngine, RunsEndAsTheRadiosAre) {
            {"torvik torvik,fault=brace@header:7=C04", a1, "1200 723 4",
             "; critical [Radio reported error] {C04} Item not recognized; done 1; failed 2; "},
            {"torvik torvik,fault=cut@block:9", a1, "1200 723 2",
-            "; critical Error: 5 Input/output error "
+            "; critical Error: 5 Input/output error"
             "[SendBytesToAllComms]\nsim:torvik,fault=cut@block:9,unpaced is gone: its adapter was "
             "unplugged or failed. Please plug it in again and repeat the job.; done 1; failed 2; "},
            {"torvik,config=43 torvik", a1, "2100 723 1", "; " + config + "1.; failed 1; done 2; "},
@@ -93,9 +93,9 @@ TEST(TransferEngine, RunsEndAsTheRadiosAre) {
     bench.Choose(row.image);
     EXPECT_EQ(bench.Run(), row.result);
     EXPECT_EQ(bench.Boxes(), "ask" + row.boxes);
+    const simulator::Bytes image = simulator::BytesOf(row.image);
     for (std::size_t at = 0; at < bench.simulated.size(); ++at)
-      EXPECT_EQ(bench.simulated[at]->Radio().FlashMatches(simulator::BytesOf(row.image)),
-                row.result[at] == '1');
+      EXPECT_EQ(bench.simulated[at]->Radio().FlashMatches(image), row.result[at] == '1');
   }
 }
 
@@ -136,16 +136,16 @@ TEST(TransferEngine, CancelStopsTheRunAtAnyTurn) {
       FirmwareBench bench;
       bench.Script({1});
       TransferRun run(bench.firmware, bench.view);
+      bench.user.while_shown = [&] { bench.clock.Sleep(milliseconds(60000)); };
       bench.user.on_turn = [&](int now) {
         if (now != turn) return;
         bench.user.WillAnswer("This action will leave the radio in an undefined state. Cancel?",
                               answer);
-        bench.clock.Sleep(milliseconds(60000));
         Cancel(run);
         bench.Wire();
       };
       RunTransfer(run);
-      Cancel(run);  // too late: nothing is asked
+      Cancel(run);                                   // too late: nothing is asked
       if (turn == 0) turns = bench.user.turns - 10;  // the last ones close the ports
       const bool stopped = turn > 0 && answer == Answer::kYes;
       EXPECT_EQ(run.result.outcomes[0], stopped ? SlotOutcome::kFailed : SlotOutcome::kDone);
@@ -175,7 +175,7 @@ TEST(TransferEngine, UploadReadsTheOnlyActivePort) {
 
 TEST(TransferEngine, UploadThatFailsLeavesNoFile) {
   const std::string disk_full =
-      "critical Error: 28 No space left on device [WriteRadioSoftware]\nThere is no space left for "
+      "critical Error: 28 No space left on device[WriteRadioSoftware]\nThere is no space left for "
       "/dev/full. Please delete files that are not needed, or choose a folder on another disk.; ";
   for (const std::size_t length : {126U, 129U, 128U}) {
     SCOPED_TRACE(length);
