@@ -30,7 +30,6 @@ constexpr std::size_t kVersionOffset = 9;
 
 void DatabaseMode::Restart() {
   in_command_set_ = writing_ = networks_taken_up_ = false;
-  corrupt_ = profile_.corrupt;
   network_ = 1;
   line_.clear();
 }
@@ -91,8 +90,7 @@ std::string DatabaseMode::List() {
     Bytes line{DecimalCounter(at / kItemsPerListLine), static_cast<std::uint8_t>(count)};
     const auto first = items.begin() + static_cast<std::ptrdiff_t>(at);
     line.insert(line.end(), first, first + static_cast<std::ptrdiff_t>(count));
-    line.push_back(static_cast<std::uint8_t>(256 - ByteSum(line)));
-    reply += HexText(line) + kCarriageReturn;
+    reply += TextWithChecksum(std::move(line)) + kCarriageReturn;
   }
   return reply + std::string(kPrompt);
 }

@@ -24,7 +24,11 @@ class DatabaseMode {
  public:
   DatabaseMode(const RadioProfile& profile, Personality& personality, Voice& voice,
                RadioCounts& counts)
-      : profile_(profile), personality_(personality), voice_(voice), counts_(counts) {}
+      : profile_(profile),
+        personality_(personality),
+        voice_(voice),
+        counts_(counts),
+        corrupt_(profile.corrupt) {}
 
   // Back to the state after switching on.
   void Restart();
@@ -57,9 +61,9 @@ class DatabaseMode {
   Voice& voice_;
   RadioCounts& counts_;
 
+  bool corrupt_;  // until a database is programmed
   bool in_command_set_ = false;
   bool writing_ = false;  // between "b" and "e"
-  bool corrupt_ = false;
   bool networks_taken_up_ = false;
   int network_ = 1;
   std::string line_;

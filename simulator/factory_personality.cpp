@@ -23,7 +23,7 @@ constexpr std::size_t kScanGroupSize = 29;
 
 struct ItemLayout {
   std::uint8_t number;
-  std::size_t size;
+  std::uint16_t size;
   ItemUse use = ItemUse::kPlain;
 };
 
@@ -114,14 +114,16 @@ Bytes BandData(const RadioProfile& profile) {
   return {*profile.band, static_cast<std::uint8_t>(profile.bandwidth), 0x00, 0x00, 0x00, 0x00};
 }
 
+// The compliance code that each high nibble of the band byte stands for.
+constexpr std::string_view kComplianceCodes = "ABCD02345EFGHZL?";
+
 // Nine characters: band letter, bandwidth and compliance code at places 5, 6 and 9.
 std::string ModelString(const RadioProfile& profile) {
-  constexpr std::string_view kCompliance = "ABCD02345EFGHZL?";
   const unsigned band = profile.band.value_or(0x48);
   const char letter =
       band % 16 >= 1 && band % 16 <= 11 ? static_cast<char>('A' + band % 16 - 1) : 'H';
   return std::string("ZEP-") + letter + profile.bandwidth + profile.model_code +
-         kCompliance[band / 16];
+         kComplianceCodes[band / 16];
 }
 
 Item FactoryItem(ItemUse use, Bytes data) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace zep::simulator {
 
@@ -57,8 +58,12 @@ int VersionNumber(std::string_view version) {
 std::string RecordText(std::uint8_t item, std::uint8_t second, std::span<const std::uint8_t> data) {
   Bytes record{item, second, static_cast<std::uint8_t>(data.size())};
   record.insert(record.end(), data.begin(), data.end());
-  record.push_back(static_cast<std::uint8_t>(256 - ByteSum(record)));
-  return HexText(record);
+  return TextWithChecksum(std::move(record));
+}
+
+std::string TextWithChecksum(Bytes bytes) {
+  bytes.push_back(static_cast<std::uint8_t>(256 - ByteSum(bytes)));
+  return HexText(bytes);
 }
 
 std::uint8_t ByteSum(std::span<const std::uint8_t> bytes) {

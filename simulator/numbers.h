@@ -26,9 +26,10 @@ std::optional<int> Decimal(std::string_view text);
 // The digits of a version text as one number: "0402" and "4.02" are both 402.
 int VersionNumber(std::string_view version);
 
-// A record line: item, second header byte, length, data, and the byte that makes the sum of all
-// bytes 0 modulo 256.
+// A record line: item, second header byte, length, data and checksum.
 std::string RecordText(std::uint8_t item, std::uint8_t second, std::span<const std::uint8_t> data);
+// The bytes and the one that makes the sum of all 0 modulo 256.
+std::string TextWithChecksum(Bytes bytes);
 // The sum of all bytes modulo 256; 0 for a whole record.
 std::uint8_t ByteSum(std::span<const std::uint8_t> bytes);
 // The two decimal digits of number (modulo 100) in one byte: record 12 is 0x12.

@@ -41,8 +41,9 @@ struct RadioProfile {
 
   // How it is used.
   bool paced = true;  // bytes take their time on the line
-  bool manual_bootstrap =
-      false;  // only PutIntoBootstrapMode() starts the bootstrap, not the program's first byte
+  // Somebody else is the technician: the radio does not go into bootstrap mode by itself when a
+  // program calls for it, nor is it switched on by itself.
+  bool manual = false;
 
   bool IsTrunked() const;
 };

@@ -61,15 +61,16 @@ bool SetNetworks(RadioProfile& profile, std::string_view value) {
   return profile.networks >= 1 && profile.networks <= 4;
 }
 
-// The serial number as people read it, from ten million on.
+// Serial numbers as people read them; the radio holds what is above ten million in three bytes.
+constexpr int kFirstSerialNumber = 10'000'000;
+constexpr int kLastSerialNumber = kFirstSerialNumber + 0xFFFFFE;
+
 bool SetSerial(RadioProfile& profile, std::string_view value) {
-  constexpr int kFirst = 10'000'000;
-  constexpr int kLast = kFirst + 0xFFFFFE;
   profile.serial_number.reset();
   if (value == "none") return true;
   const int number = Decimal(value).value_or(0);
-  if (number < kFirst || number > kLast) return false;
-  profile.serial_number = static_cast<std::uint32_t>(number - kFirst);
+  if (number < kFirstSerialNumber || number > kLastSerialNumber) return false;
+  profile.serial_number = static_cast<std::uint32_t>(number - kFirstSerialNumber);
   return true;
 }
 
@@ -122,8 +123,8 @@ constexpr auto kRadioOptions = std::to_array<RadioOption>({
      [](RadioProfile& p, std::string_view) { return p.model_error = true; }},
     {"x32", "", "the radio's database is corrupted until it is programmed",
      [](RadioProfile& p, std::string_view) { return p.corrupt = true; }},
-    {"manual", "", "somebody has to put the radio into bootstrap mode",
-     [](RadioProfile& p, std::string_view) { return p.manual_bootstrap = true; }},
+    {"manual", "", "somebody has to put the radio into bootstrap mode and switch it on",
+     [](RadioProfile& p, std::string_view) { return p.manual = true; }},
     {"paced", "", "bytes take their time on the line",
      [](RadioProfile& p, std::string_view) { return p.paced = true; }},
     {"unpaced", "", "bytes arrive at once",
@@ -200,6 +201,7 @@ Parsed<RadioProfile> ParseRadio(std::string_view text) {
 
 std::vector<RadioOptionHelp> RadioOptions() {
   std::vector<RadioOptionHelp> rows;
+  rows.reserve(kRadioOptions.size());
   for (const RadioOption& option : kRadioOptions)
     rows.push_back({option.name, option.value, option.meaning});
   return rows;

@@ -9,7 +9,7 @@ namespace zep::simulator {
 
 namespace {
 
-constexpr std::string_view kLineEnd = "\r\n";
+constexpr std::size_t kModelStringLength = 9;
 
 // The images of the upgrade families bear the names that an automatic upgrade asks for.
 constexpr std::array kSampleImages = {
@@ -43,25 +43,24 @@ Bytes CountingBytes(std::size_t count, unsigned step) {
   return bytes;
 }
 
-std::string Header(std::string_view title_lines) {
-  std::string text = "***" + std::string(kLineEnd) + std::string(title_lines);
-  text += "Saved with the ZEP Download and Configuration Application 1.0.0" + std::string(kLineEnd);
-  return text + "###" + std::string(kLineEnd) + "---" + std::string(kLineEnd);
-}
+std::string Line(std::string text) { return text.append("\r\n"); }
 
-std::string Line(std::string text) { return text.append(kLineEnd); }
+std::string Header(std::string_view title_lines) {
+  return Line("***") + std::string(title_lines) +
+         Line("Saved with the ZEP Download and Configuration Application Version 1.0.0") +
+         Line("###") + Line("---");
+}
 
 // Who the radio is, as far as data files tell: model string, database version, hardware version.
 std::string IdentityLine(const RadioProfile& profile) {
-  const bool longest = profile.item_0_format == 66;
-  const std::string model = IdentityText(profile).substr(0, 9);
-  const std::string hardware = profile.item_0_format == 48 ? "0000" : profile.hardware;
-  Bytes record{0x00, 0x00, static_cast<std::uint8_t>(longest ? 0x15 : 0x11)};
-  for (const char letter : model + profile.versions.database + hardware) {
-    record.push_back(static_cast<std::uint8_t>(letter));
-  }
-  record.push_back(static_cast<std::uint8_t>(256 - ByteSum(record)));
-  return HexText(record);
+  std::string identity =
+      IdentityText(profile).substr(0, kModelStringLength) + profile.versions.database;
+  identity += profile.item_0_format == 48 ? "0000" : profile.hardware;
+  // The longest format claims four bytes more than it has.
+  Bytes record{kIdentityItem, 0x00,
+               static_cast<std::uint8_t>(profile.item_0_format == 66 ? 0x15 : 0x11)};
+  record.insert(record.end(), identity.begin(), identity.end());
+  return TextWithChecksum(std::move(record));
 }
 
 // The beginning of the identity item, and the serial number.

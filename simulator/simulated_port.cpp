@@ -45,9 +45,10 @@ void SimulatedPort::Close() {
 
 platform::SystemError SimulatedPort::SetSettings(std::string_view settings) {
   const int baud = Decimal(settings.substr(0, settings.find(','))).value_or(0);
-  if (baud <= 0)
+  if (baud <= 0) {
     return WithAdvice({kInvalidArgument, "Invalid argument", device_, {}, {}},
                       platform::Advice::kPortSettings, {device_, std::string(settings)});
+  }
   Advance();
   line_.SetProgramBaud(baud);
   return {};

@@ -32,7 +32,7 @@ SimulatedRadio::SimulatedRadio(RadioProfile profile)
 void SimulatedRadio::Receive(std::uint8_t byte, int baud, platform::Duration now) {
   if (voice_.IsSilent() || LineIsCut()) return;
   Advance(now);
-  if (!profile_.manual_bootstrap) {
+  if (!profile_.manual) {
     if (CallsForBootstrap(byte, baud, now)) PutIntoBootstrapMode();
     if (GreetsStuckRadio(byte, baud)) SwitchOffAndOn();
   }
@@ -44,7 +44,9 @@ void SimulatedRadio::Receive(std::uint8_t byte, int baud, platform::Duration now
       return bootstrap_mode_.Receive(byte, now);
     case Mode::kLoader:
       loader_.Receive(byte);
-      if (loader_.HasFinished()) SwitchOffAndOn();
+      if (loader_.HasFinished()) EndLoader();
+      return;
+    case Mode::kOff:
       return;
   }
 }
@@ -96,6 +98,15 @@ void SimulatedRadio::StartLoader() {
   if (bootstrap_mode_.IsDamaged()) return voice_.FallSilent();
   Enter(Mode::kLoader);
   loader_.Start();
+}
+
+// Radios of model 31 switch off, and a technician has to switch them on again.
+void SimulatedRadio::EndLoader() {
+  if (profile_.manual && profile_.model_code == "31") {
+    Enter(Mode::kOff);
+  } else {
+    SwitchOffAndOn();
+  }
 }
 
 void SimulatedRadio::Enter(Mode mode) {

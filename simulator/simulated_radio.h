@@ -62,9 +62,10 @@ class SimulatedRadio {
   const RadioCounts& Counts() const { return counts_; }
 
  private:
-  enum class Mode { kDatabase, kBootstrap, kLoader };
+  enum class Mode { kDatabase, kBootstrap, kLoader, kOff };
 
   void Enter(Mode mode);
+  void EndLoader();
   bool CallsForBootstrap(std::uint8_t byte, int baud, platform::Duration now) const;
   bool GreetsStuckRadio(std::uint8_t byte, int baud) const;
   void StartLoader();

@@ -57,11 +57,10 @@ SystemError Announce(const RadioBench& bench, const ZepsimOptions& options) {
 class Technician {
  public:
   explicit Technician(RadioBench& bench) : bench_(bench) {
-    for (const auto& place : bench.Places()) listens_ |= place->Radio().Profile().manual_bootstrap;
+    for (const auto& place : bench.Places()) listens_ |= place->Radio().Profile().manual;
     if (listens_) {
       std::cout << "Type a radio's number to put it into bootstrap mode, or \"on\" and its number "
-                   "to switch it off "
-                   "and on.\n";
+                   "to switch it off and on.\n";
     }
   }
 
@@ -93,8 +92,8 @@ class Technician {
   bool listens_ = false;
 };
 
-void Serve(RadioBench& bench, const ZepsimOptions& options, platform::Clock& clock) {
-  platform::Interrupts interrupts;
+void Serve(RadioBench& bench, const ZepsimOptions& options, platform::Clock& clock,
+           platform::Interrupts& interrupts) {
   Technician technician(bench);
   const Duration start = clock.Now();
   while (interrupts.Take() == 0 && bench.IsConnected()) {
@@ -107,6 +106,7 @@ void Serve(RadioBench& bench, const ZepsimOptions& options, platform::Clock& clo
 
 int RunBench(ZepsimOptions& options) {
   platform::SystemClock clock;
+  platform::Interrupts interrupts;  // before there are links to be removed
   platform::FileContents image;
   if (!options.compare.empty()) image = platform::ReadWholeFile(options.compare);
   if (image.error) return Fail(image.error);
@@ -126,7 +126,7 @@ int RunBench(ZepsimOptions& options) {
   if (!error) error = Announce(bench, options);
   if (error) return Fail(error);
 
-  Serve(bench, options, clock);
+  Serve(bench, options, clock, interrupts);
 
   std::cout << "\n" << BenchReport(bench, BytesOf(image.bytes));
   error = transcript.EndLine();

@@ -163,6 +163,19 @@ TEST(SimulatedBootstrap, AManualRadioWaitsForItsTechnician) {
   EXPECT_EQ(table.Say("^"), "v");
 }
 
+TEST(SimulatedLoader, Model31IsOffAfterwards) {
+  for (const bool manual : {false, true}) {
+    RadioOnTable table(manual ? "model31,manual" : "model31");
+    table.radio.PutIntoBootstrapMode();
+    StartLoader(table);
+    table.Say("r0");
+    table.SayBytes({0xFF});
+    EXPECT_EQ(table.Say("^"), manual ? "" : "v");
+    table.radio.SwitchOffAndOn();
+    EXPECT_EQ(table.Say("^"), "v");
+  }
+}
+
 TEST(SimulatedLoader, WritesOneMegabitIntoAnA1Radio) {
   RadioOnTable table("torvik");
   const Bytes before = table.radio.FlashMemory().Contents();

@@ -108,7 +108,7 @@ TEST(RadioText, OptionsAreAppliedInTheirOrder) {
   EXPECT_FALSE(profile.band.has_value());
   EXPECT_EQ(profile.config_byte, 0x43);
   EXPECT_EQ(profile.worn_item, 0x09);
-  EXPECT_TRUE(profile.model_error && profile.corrupt && profile.manual_bootstrap);
+  EXPECT_TRUE(profile.model_error && profile.corrupt && profile.manual);
   EXPECT_FALSE(profile.paced);
   ASSERT_EQ(profile.faults.size(), 2U);
   EXPECT_EQ(FaultText(profile.faults[0]), "slow@read:3+=1000");
@@ -230,7 +230,8 @@ TEST(Samples, DataFilesFitTheRadiosTheyAreMadeFor) {
     std::vector<std::string> first_lines;
     const char* calibration_identity;
   };
-  const std::string saved = "Saved with the ZEP Download and Configuration Application 1.0.0\r";
+  const std::string saved =
+      "Saved with the ZEP Download and Configuration Application Version 1.0.0\r";
   for (const Row& row : std::vector<Row>{
            {"conventional",
             {"***\r", "ZEP Data File\r", saved, "###\r", "---\r",
