@@ -1,10 +1,12 @@
 #include <cstdio>
+#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "firmware/download.h"
+#include "services/hex_text.h"
 #include "tests/firmware_testing.h"
 
 namespace zep::firmware {
@@ -56,17 +58,15 @@ TEST(MemoryMaps, AreAsTheDownloadersExpectThem) {
 }
 
 TEST(FlashDevices, AreKnownByMakerAndDevice) {
-  const auto text = [](std::uint8_t manufacturer, std::uint8_t device) {
-    const FlashDevice flash = IdentifyFlashDevice(manufacturer, device);
-    return flash.Name + " " + std::to_string(flash.Size);
-  };
-  EXPECT_EQ(text(0x1F, 0xD5), "AT29C010A 1MBit 1");
-  EXPECT_EQ(text(0x1F, 0xDA), "AT29C020 2MBit 2");
-  EXPECT_EQ(text(0x1F, 0x00), " 0");
-  EXPECT_EQ(text(0xBF, 0x10), "SST29EE020 2MBit 2");
-  EXPECT_EQ(text(0xBF, 0x24), "SST29SF020 2MBit 2");
-  EXPECT_EQ(text(0xBF, 0xD5), " 0");
-  EXPECT_EQ(text(0x01, 0x02), "Unknown 3");
+  std::string text;
+  for (const int bytes : {0x1FD5, 0x1FDA, 0x1F00, 0xBF10, 0xBF24, 0xBFD5, 0x0102}) {
+    const FlashDevice flash =
+        IdentifyFlashDevice(services::GetHighByte(bytes), services::GetLowByte(bytes));
+    text += flash.Name + " " + std::to_string(flash.Size) + "\n";
+  }
+  EXPECT_EQ(text,
+            "AT29C010A 1MBit 1\nAT29C020 2MBit 2\n 0\nSST29EE020 2MBit 2\nSST29SF020 2MBit 2\n 0\n"
+            "Unknown 3\n");
 }
 
 TEST(ImageFiles, AreRecognisedByMarkerAndSize) {
@@ -142,40 +142,30 @@ TEST(ImageFiles, ThatCannotBeUsedAreExplained) {
 }
 
 TEST(ImageFiles, AreComparedWithEveryRadio) {
-  const std::string a1_into_e1 = "critical You cannot program an A1 file into a E1 radio. -> OK\n";
-  const std::string too_large =
-      "critical You cannot load a 2 megabit file into a 1 megabit flash. -> OK\n";
-  const std::string hardware =
-      "critical The version of firmware you have selected to download is incompatible with the "
-      "radio hardware - the firmware will not run on this radio's microprocessor. -> OK\n";
-  const std::string unknown = "critical A flash device is not recognised. -> OK\n";
-  struct Row {
-    std::string image, radios, boxes;  // model, micro, flash; micro and flash, from slot 2 on
-    bool in_house = false;
-  };
-  for (const Row& row : std::vector<Row>{{"311", "A1 1", ""},
-                                         {"422", "E1 2", ""},
-                                         {"321", "A1 1", ""},
-                                         {"111", "A1 2", ""},
-                                         {"111", "E1 2 A1 1 E1 1", a1_into_e1 + a1_into_e1},
-                                         {"112", "none 1", too_large},
-                                         {"421", "A1 1", hardware},
-                                         {"421", "A1 1", "", true},
-                                         {"412", "A1 1 E1 2", too_large + hardware + a1_into_e1},
-                                         {"112", "A1 0", ""},
-                                         {"111", "A1 3 A1 3", unknown},
-                                         {"111", "A1 3 E1 1", a1_into_e1}}) {
-    SCOPED_TRACE(row.image + " into " + row.radios);
+  std::string all;
+  // Model, micro and flash of the image; micro and flash of the radios from slot 2 on.
+  for (const std::string text :
+       {"311 A1 1", "422 E1 2", "321 A1 1", "111 A1 2", "111 E1 2 A1 1 E1 1", "112 none 1",
+        "421 A1 1", "421 A1 1 in house", "412 A1 1 E1 2", "112 A1 0", "111 A1 3 A1 3",
+        "111 A1 3 E1 1"}) {
     TestLink test;
     Firmware firmware(test.link);
-    firmware.image = {"", "", row.image[0] - '0', "", row.image[1] - '0', row.image[2] - '0'};
-    test.session.in_house = row.in_house;
-    std::istringstream radios(row.radios);
-    for (int slot = 2; radios >> firmware.Labels(slot).micro >> firmware.Flash(slot).Size;) ++slot;
+    firmware.image = {"", "", text[0] - '0', "", text[1] - '0', text[2] - '0'};
+    test.session.in_house = text.ends_with("in house");
+    std::istringstream radios(text.substr(3));
+    for (int slot = 2;
+         slot <= 4 && radios >> firmware.Labels(slot).micro >> firmware.Flash(slot).Size;)
+      ++slot;
     VerifyFlashFile(firmware);
-    EXPECT_EQ(test.user.Boxes(), row.boxes);
-    EXPECT_EQ(test.session.DownloadError, !row.boxes.empty());
+    EXPECT_EQ(test.session.DownloadError, !test.user.Boxes().empty());
+    all += text + ": " + testing::Brief(test.user.Boxes()) + "\n";
   }
+  EXPECT_EQ(all,
+            "311 A1 1: \n422 E1 2: \n321 A1 1: \n111 A1 2: \n"
+            "111 E1 2 A1 1 E1 1: A1 into E1; A1 into E1; \n112 none 1: 2 into 1; \n"
+            "421 A1 1: hardware; \n421 A1 1 in house: \n"
+            "412 A1 1 E1 2: 2 into 1; hardware; A1 into E1; \n112 A1 0: \n"
+            "111 A1 3 A1 3: unknown; \n111 A1 3 E1 1: A1 into E1; \n");
 }
 
 TEST(DownloadChoices, AreKeptWithTheirSeparators) {

@@ -45,13 +45,19 @@ inline std::string Shorten(const std::string& wire) {
 
 // Boxes with the usual texts as a word each: "ask; silent; done 1; failed 2; ".
 inline std::string Brief(std::string boxes) {
-  constexpr std::array<std::array<const char*, 2>, 8> kWords = {{
+  constexpr std::array<std::array<const char*, 2>, 12> kWords = {{
       {"information Please put radio in Bootstrap mode.", "ask"},
       {"information The radio is not responding, please check the connections.", "silent"},
       {"information There is no response from any of the communication ports.", "nobody"},
       {"information Completed downloading firmware to radio on communication port", "done"},
       {"critical Error downloading firmware to radio on communication port", "failed"},
       {"information Completed uploading firmware from radio on communication port", "read"},
+      {"critical You cannot program an A1 file into a E1 radio.", "A1 into E1"},
+      {"critical You cannot load a 2 megabit file into a 1 megabit flash.", "2 into 1"},
+      {"critical The version of firmware you have selected to download is incompatible with the "
+       "radio hardware - the firmware will not run on this radio's microprocessor.",
+       "hardware"},
+      {"critical A flash device is not recognised.", "unknown"},
       {" Please choose another file.", ""},
       {" -> OK\n", "; "},
   }};
