@@ -103,7 +103,7 @@ UpgradeOutcome AutomaticUpgrade::RunSteps() {
 
 bool AutomaticUpgrade::Save() {
   Begin(NLSText("Saving personality and calibration data"));
-  KeepUnfinishedData(db_, log_);
+  KeepUnfinishedData(session_, log_);
   db_.transfer_kind = radiodb::TransferKind::kBoth;
   db_.database_folder = radiodb::DatabaseFolder(session_);
   db_.calibration_folder = radiodb::CalibrationFolder(session_);

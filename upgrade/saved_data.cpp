@@ -1,11 +1,16 @@
 #include "upgrade/saved_data.h"
 
+#include "link/byte_exchange.h"
+#include "link/programming_mode.h"
 #include "platform/files.h"
+#include "radiodb/command_line.h"
 #include "radiodb/data_file_reader.h"
-#include "radiodb/data_files.h"
+#include "radiodb/item_records.h"
+#include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/paths.h"
 #include "services/text_lines.h"
+#include "upgrade/personality_data.h"
 #include "upgrade/sound_file.h"
 
 namespace zep::upgrade {
@@ -94,6 +99,64 @@ bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_cal
   return false;
 }
 
+// Items of these radios that are common to all networks are read with the last one.
+bool IsLeftForLastNetwork(const radiodb::RadioDb& db, int network, std::string_view item) {
+  return db.common_dynamic_item_skipped && network < db.number_of_networks &&
+         (item == "32" || item == "33");
+}
+
+// The radio's items of a network that are not among those saved, each two digits long. A list of
+// items carries no checksum, so the one that was used for the read may have been cut short.
+std::string MissingItems(const radiodb::RadioDb& db, int network, const ItemArray& saved) {
+  link::Link& link = db.link;
+  const radiodb::RadioType type = db.identity.type;
+  const bool several = db.identity.IsTrunked() && db.number_of_networks > 1;
+  if (several && !radiodb::ExecuteCommand(link, "d0" + std::to_string(network))) return {};
+  radiodb::SendCommand(link, "l");
+  const std::string list = radiodb::ReceiveReply(link, "List");
+  std::string missing;
+  for (std::size_t at = 0; at + 2 <= list.size() && !link.session.Stopped(); at += 2) {
+    const std::string item = list.substr(at, 2);
+    const auto number = static_cast<std::size_t>(services::ConHexByteToInt(link.session, item));
+    if (number < kItemCount && !saved[number].empty()) continue;
+    if (item == radiodb::CalibrationItem(type) || IsLeftForLastNetwork(db, network, item) ||
+        !radiodb::IsItemSelected(type, db.transfer_kind, item)) {
+      continue;
+    }
+    // Empty ones are not saved.
+    radiodb::SendCommand(link, "r" + item);
+    if (!radiodb::ReceiveReply(link).empty()) missing += item;
+  }
+  return missing;
+}
+
+bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
+  Session& session = db.link.session;
+  const std::optional<PersonalityData> data = ReadDatabase(session, path);
+  radiodb::RadioIdentity radio;
+  if (!data || !radiodb::ReadRadioIdentity(db.link, radiodb::IdentityUse::kView, radio)) {
+    return false;
+  }
+  std::string missing;
+  for (std::size_t at = 0; at < data->networks.size(); ++at) {
+    missing += MissingItems(db, static_cast<int>(at + 1), data->networks[at].items);
+  }
+  link::ReleaseFromProgMode(db.link);
+  link::CloseAllComms(db.link);
+  const bool same_radio = radio.model_string == db.identity.model_string &&
+                          radio.serial_number == db.identity.serial_number &&
+                          radio.database_version == db.identity.database_version &&
+                          radio.calibration_version == db.identity.calibration_version;
+  if (missing.empty() && same_radio) return !session.Stopped();
+  NLSMsgBox(session,
+            NLSFmt(session,
+                   "The radio, asked once more, gives other answers than those in %0:s. Please "
+                   "check the lead and its plugs.",
+                   {path}),
+            {.icon = services::Icon::kCritical});
+  return false;
+}
+
 bool WriteNote(Session& session, const SavedData& saved) {
   platform::SystemError error = platform::MakeFolders(UpgradeFolder(session));
   if (!error) {
@@ -108,6 +171,7 @@ bool WriteNote(Session& session, const SavedData& saved) {
 bool Secure(const radiodb::RadioDb& db, const SavedData& saved) {
   return (saved.data_file.empty() || SecureFile(db, saved.data_file, false)) &&
          (saved.calibration_file.empty() || SecureFile(db, saved.calibration_file, true)) &&
+         (saved.data_file.empty() || HoldsAllItems(db, saved.data_file)) &&
          WriteNote(db.link.session, saved);
 }
 
@@ -151,14 +215,9 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
   }
 }
 
-void KeepUnfinishedData(const radiodb::RadioDb& db, UpgradeLog& log) {
-  const Session& session = db.link.session;
-  const std::string data_name = radiodb::DefaultDatabaseName(session, db.identity);
-  const std::string calibration_name = radiodb::DefaultCalibrationName(session, db.identity);
+void KeepUnfinishedData(const Session& session, UpgradeLog& log) {
   for (const SavedData& saved : FindNotes(session)) {
     for (const std::string& path : {saved.data_file, saved.calibration_file}) {
-      const std::string name = services::FileTitleOf(path);
-      if (name != data_name && name != calibration_name) continue;
       const std::string kept = path + std::string(kUnfinished);
       const platform::FileContents contents = platform::ReadWholeFile(path);
       if (contents.error || platform::FileExists(kept)) continue;

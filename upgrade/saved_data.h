@@ -22,8 +22,9 @@ struct SavedData {
 std::string UpgradeFolder(const services::Session& session);
 
 // Makes sure of the files that the last read of db has written: that they are on the disk and not
-// only on the way there, sound in every record, of this radio, and hold as many records as it has
-// sent. Then makes the note. False, after a message, when the files cannot be relied on.
+// only on the way there, sound in every record, of this radio, hold as many records as it has sent,
+// and lack no item that it has when it is asked once more. Then makes the note. False, after a
+// message, when the files cannot be relied on.
 bool SecureSavedData(const radiodb::RadioDb& db, const SavedData& saved);
 
 // The note about these files, and its end.
@@ -33,8 +34,8 @@ void RemoveNote(const services::Session& session, const SavedData& saved);
 // Tells the user of every note that an unfinished run has left behind, and logs it.
 void TellOfUnfinishedUpgrades(services::Session& session, UpgradeLog& log);
 
-// Before db's radio is read into files of the default names: copies files of those names that a
-// note speaks of to "NAME.unfinished", for the radio may no longer hold what is in them.
-void KeepUnfinishedData(const radiodb::RadioDb& db, UpgradeLog& log);
+// Before a radio is read: copies the files that notes speak of to "NAME.unfinished", so that they
+// are not written over; the radio may no longer hold what is in them.
+void KeepUnfinishedData(const services::Session& session, UpgradeLog& log);
 
 }  // namespace zep::upgrade
