@@ -14,6 +14,7 @@
 #include "tests/upgrade_testing.h"
 #include "tests/views_testing.h"
 #include "upgrade/automatic_upgrade.h"
+#include "upgrade/manual_upgrade.h"
 
 namespace zep::upgrade {
 namespace {
@@ -213,6 +214,19 @@ TEST(AutomaticUpgrade, UpgradesARadioAndGivesItItsConvertedData) {
   EXPECT_TRUE(simulator::HasCalibrationSum(after.Find(1, 0x2C)->data));
 }
 
+TEST(AutomaticUpgrade, UpgradesEveryNetworkOfATrunkedRadio) {
+  UpgradeBench bench(",model=12,networks=2");
+  const simulator::Personality before = bench.radio().Data();
+  EXPECT_EQ(bench.upgrade.Upgrade(), UpgradeOutcome::kSucceeded);
+  EXPECT_THAT(bench.Log(), HasSubstr("Personality data saved as: 10000125v0400.omn\n"));
+  const simulator::Personality after = bench.radio().Data();
+  for (const int network : {1, 2})
+    EXPECT_EQ(after.Find(network, 0x34)->data, before.Find(network, 0x34)->data);
+  EXPECT_EQ(after.Find(2, 0x1E)->data.size(), 625U);
+  EXPECT_EQ(after.Find(1, 0x47)->data.size(), 134U);
+  EXPECT_EQ(after.Find(1, 0x47)->data[80], before.Find(1, 0x47)->data[80]);
+}
+
 TEST(AutomaticUpgrade, AsksForRadiosThatSwitchThemselvesOff) {
   UpgradeBench bench(",model=31,firmware=0107");
   bench.image = simulator::MakeFirmwareImage(
@@ -292,7 +306,7 @@ std::vector<FailureRow> FailureRows() {
        Failure::kFile, "Firmware download failed\n"},
       {"silent while it is flashed", ",fault=silent@block:100", nothing, comms, Failure::kNoAnswer,
        "Firmware download failed\n"},
-      {"does not come back", ",fault=silent@prompt:3", nothing, comms, Failure::kNoAnswer,
+      {"does not come back", ",fault=silent@prompt:4", nothing, comms, Failure::kNoAnswer,
        "Could not read radio configuration\n", true},
       {"comes back with a newer database", "",
        [](auto& bench) {
@@ -508,6 +522,141 @@ TEST(AutomaticUpgrade, SurvivesEveryFaultAtEveryStep) {
     }
   }
   EXPECT_GT(runs, 100);
+}
+
+TEST(ManualUpgrade, RemembersItsCheckBoxes) {
+  testing::TestSession test;
+  UpgradeSelections selections = LoadUpgradeSelections(test.session);
+  EXPECT_TRUE(selections.SaveMain && selections.SaveCalibration && selections.UpgradeCalibration &&
+              selections.AppLaunchExe);
+  selections.SaveCalibration = selections.AppLaunchExe = false;
+  SaveUpgradeSelections(test.session, selections);
+  const services::AppType own = services::AppType::kDownload;
+  EXPECT_EQ(test.settings.AppGetUserSetting(own, "SaveCalibration", ""), "0");
+  EXPECT_EQ(test.settings.AppGetUserSetting(own, "AppLaunchExe", ""), "0");
+  selections = LoadUpgradeSelections(test.session);
+  EXPECT_TRUE(selections.SaveMain && selections.UpgradeCalibration);
+  EXPECT_FALSE(selections.SaveCalibration || selections.AppLaunchExe);
+}
+
+TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
+  const simulator::Versions same = {"0126", "0400", "0100"};
+  const simulator::Versions new_calibration = {"0126", "0400", "0102"};
+  const simulator::Versions new_database = {"0126", "0405", "0100"};
+  const auto nothing = [](UpgradeBench&) {};
+  const struct {
+    const char* name;
+    simulator::Versions versions;
+    UpgradeSelections selections;
+    std::function<void(UpgradeBench&)> prepare;
+    Failure failure;
+    bool flashed;
+    int files;                // saved
+    std::size_t calibration;  // bytes in the radio afterwards
+    const char* last_box;
+  } rows[] = {
+      {"nothing but the firmware",
+       same,
+       {false, false, true, true},
+       nothing,
+       Failure::kNone,
+       true,
+       0,
+       130,
+       "Completed downloading firmware"},
+      {"personality",
+       same,
+       {true, false, true, true},
+       nothing,
+       Failure::kNone,
+       true,
+       1,
+       130,
+       "Completed"},
+      {"calibration",
+       new_calibration,
+       {false, true, true, true},
+       nothing,
+       Failure::kNone,
+       true,
+       1,
+       141,
+       "Completed"},
+      {"both",
+       new_calibration,
+       {true, true, true, true},
+       nothing,
+       Failure::kNone,
+       true,
+       2,
+       141,
+       "Completed"},
+      {"calibration is not to be converted",
+       new_calibration,
+       {true, true, false, true},
+       nothing,
+       Failure::kRefused,
+       true,
+       2,
+       141,
+       "was not written back. It is in"},
+      {"the database is incompatible",
+       new_database,
+       {true, true, true, true},
+       [](auto& bench) {
+         bench.user.WillAnswer("Start the programming application", Answer::kYes);
+       },
+       Failure::kRefused,
+       true,
+       2,
+       130,
+       "The programming application was not found"},
+      {"no offer",
+       new_database,
+       {true, true, true, false},
+       nothing,
+       Failure::kRefused,
+       true,
+       2,
+       130,
+       "Database versions incompatible. Please use the Programming Application"},
+      {"no firmware file",
+       same,
+       {true, true, true, true},
+       [](auto& bench) { bench.firmware.image.BinaryFileName = "gone"; },
+       Failure::kFile,
+       false,
+       0,
+       130,
+       "Please select a valid file to down load."},
+      {"the data cannot be secured",
+       same,
+       {true, true, true, true},
+       [](auto& bench) { bench.folder.Write("upgrade", "a file"); },
+       Failure::kFile,
+       false,
+       2,
+       130,
+       "so the radio keeps its firmware"},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    UpgradeBench bench;
+    bench.WriteImage(row.versions);
+    firmware::ChooseImageFile(bench.firmware.image, bench.folder.Path("PP11PhaseI.bin"));
+    row.prepare(bench);
+    EXPECT_EQ(UpgradeManually(bench.firmware, bench.db, bench.view, row.selections),
+              row.failure == Failure::kNone);
+    EXPECT_EQ(bench.session.failure, row.failure);
+    EXPECT_EQ(bench.Flashed(), row.flashed);
+    EXPECT_EQ(bench.folder.Read("database/10000125v0400.ops").has_value() +
+                  bench.folder.Read("calibration/10000125v0100.ocs").has_value(),
+              row.files);
+    EXPECT_EQ(bench.radio().Data().Find(1, 0x2C)->data.size(), row.calibration);
+    EXPECT_THAT(bench.user.messages.back().text, HasSubstr(row.last_box));
+    EXPECT_EQ(bench.Note(), row.flashed && row.failure != Failure::kNone);
+    EXPECT_FALSE(bench.link.Port(1).IsOpen());
+  }
 }
 
 }  // namespace
