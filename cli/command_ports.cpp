@@ -18,6 +18,7 @@ std::string_view StateName(SerialDeviceState state) {
     case SerialDeviceState::kFree:
       return NLSText("free");
     case SerialDeviceState::kBusy:
+    case SerialDeviceState::kConsole:
       return NLSText("in use");
     case SerialDeviceState::kNoPermission:
       return NLSText("no permission");
@@ -35,6 +36,8 @@ std::string NextStep(const Program& program, const SerialDeviceInfo& device) {
       if (device.busy_with.empty())
         return NLSFmt(session, AdviceText(Advice::kInUse), {device.device});
       return NLSFmt(session, AdviceText(Advice::kPortBusyWith), {device.device, device.busy_with});
+    case SerialDeviceState::kConsole:
+      return NLSFmt(session, AdviceText(Advice::kPortIsConsole), {device.device});
     case SerialDeviceState::kNoPermission:
       break;
   }

@@ -18,6 +18,9 @@ constexpr std::array kRows = {
     Row{Advice::kPortNoHardware,
         "There is no hardware behind the name %0:s. Please choose another device from the list "
         "of ports."},
+    Row{Advice::kPortIsConsole,
+        "%0:s is the console of this computer. Please choose another device from the list of "
+        "ports."},
     Row{Advice::kInUse,
         "Another program is using %0:s. Please close that program, then try again."},
     Row{Advice::kPortBusyWith,

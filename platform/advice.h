@@ -14,6 +14,7 @@ namespace zep::platform {
 enum class Advice {
   kPortMissing,        // %0 device
   kPortNoHardware,     // %0 device
+  kPortIsConsole,      // %0 device
   kInUse,              // %0 device or file
   kPortBusyWith,       // %0 device, %1 program
   kPortJoinGroup,      // %0 device, %1 group, %2 user

@@ -6,7 +6,8 @@
 
 namespace zep::platform {
 
-enum class SerialDeviceState { kFree, kBusy, kNoPermission };
+// kConsole: the operating system writes its messages to it, which would reach a radio.
+enum class SerialDeviceState { kFree, kBusy, kNoPermission, kConsole };
 
 struct SerialDeviceInfo {
   std::string device;  // what MakeSerialDevice takes: "/dev/ttyUSB0", "COM3"

@@ -74,7 +74,8 @@ void FindStates(std::vector<SerialDeviceInfo>& devices) {
   const std::vector<std::string> programs = ProgramsUsing(names);
   for (std::size_t at = 0; at < devices.size(); ++at) {
     SerialDeviceInfo& info = devices[at];
-    if (info.busy_with.empty()) info.busy_with = LockFileHolder(info.device);
+    if (info.state == SerialDeviceState::kConsole) continue;
+    info.busy_with = LockFileHolder(info.device);
     if (info.busy_with.empty()) info.busy_with = programs[at];
     const bool allowed = faccessat(AT_FDCWD, info.device.c_str(), R_OK | W_OK, AT_EACCESS) == 0;
     if (!info.busy_with.empty()) {
@@ -102,7 +103,7 @@ std::vector<SerialDeviceInfo> FindSerialDevices(const DeviceFolders& folders) {
     const fs::path usb = UsbDevice(device);
     if (!usb.empty()) DescribeUsb(usb, info);
     if (info.description.empty()) info.description = HardwareName(chip_number, device);
-    if (IsConsole(ttys, name)) info.busy_with = "console";
+    if (IsConsole(ttys, name)) info.state = SerialDeviceState::kConsole;
     devices.push_back(std::move(info));
   }
   FindStates(devices);

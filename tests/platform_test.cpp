@@ -221,6 +221,7 @@ class SerialList : public ::testing::Test {
          ListSerialDevices({.system = folder_.Path("sys"), .devices = devices})) {
       const std::string state = info.state == SerialDeviceState::kBusy           ? "busy"
                                 : info.state == SerialDeviceState::kNoPermission ? "forbidden"
+                                : info.state == SerialDeviceState::kConsole      ? "console"
                                                                                  : "free";
       text += info.device.substr(devices.size() + 1) + "|" + info.description + "|" + info.usb_id +
               "|" + info.serial_number + "|" + state + "|" + info.busy_with + "\n";
@@ -251,7 +252,7 @@ TEST_F(SerialList, DevicesAreDescribedAndUsbAdaptersComeFirst) {
             "ttyACM0|Acme Lead|0403:6001|7|free|\n"
             "ttyUSB9|USB-Serial Controller|0403:6001||free|\n"
             "ttyUSB10|FTDI FT232R USB UART|0403:6001|A50285BI|free|\n"
-            "ttyS0|16550A|||busy|console\n"
+            "ttyS0|16550A|||console|\n"
             "ttyS2|imx-uart|||free|\n");
 }
 
