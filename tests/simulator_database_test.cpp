@@ -31,8 +31,7 @@ TEST(SimulatedDatabase, AnswersItsCommands) {
        ">00001D5A45502D4831353130303333352C30323031303430352C303130333031E4|>"},
       {"identity of 66 characters", "conventional", "#r00|",
        ">0000215A45502D4831353130303333352C5354442C30323031303430352C303130333031C9|>"},
-      {"band of a conventional radio", "conventional,band=E8,bandwidth=2", "#r2A|",
-       ">2A0006E83200000000B6|>"},
+      {"band", "torvik,band=E8,bandwidth=2", "#r2A|", ">2A0006E83200000000B6|>"},
       {"blank serial number", "conventional,serial=none", "#r27|", ">270003FFFFFFD9|>"},
       {"networks of a trunked radio", "trunked", "#r3C|", ">3C000107BC|>"},
       {"serial number of a trunked radio", "trunked,serial=10004711", "#r3D|", ">3D000300126747|>"},
@@ -42,7 +41,7 @@ TEST(SimulatedDatabase, AnswersItsCommands) {
        ">00200102030405060708090A0B0C0D0E0F101112131415161718191A1B1C1D1E1F20D0|"
        "010E21222324252628292B2C2D2E2F30BA|>"},
       {"selecting networks", "trunked,networks=2", "#d01|d02|", ">>>"},
-      {"a network that the radio does not have", "trunked,networks=2", "#d03|d00|d0|d1|",
+      {"missing networks", "trunked,networks=2", "#d03|d00|d0|d1|",
        ">{C04}|>{C04}|>{C04}|>{C04}|>"},
       {"no networks on a conventional radio", "conventional", "#d01|", ">{C01}|>"},
       {"an unknown command", "conventional", "#x|R00|ll|", ">{C01}|>{C01}|>{C01}|>"},
@@ -84,14 +83,14 @@ TEST(SimulatedDatabase, ChecksWhatIsWritten) {
       {"the band on a trunked radio", "trunked", "w40000648310000000041|", "{C07}|>"},
       {"a worn item", "conventional,worn=09", "w0900021234AF|", "{C10}|>"},
       {"a record out of turn", "conventional", "w0901021234AE|", "{C03}|>"},
+      {"out of turn anew", "conventional", "w0900021234AF|e|b|w0901021234AE|", ">>>{C03}|>"},
       {"the same item twice", "conventional", "w0900021234AF|w0900021234AF|e|", ">>>"},
       {"identity of a file", "torvik", "w0000115A45502D4831313130303430303030303044|", ">"},
-      {"identity in the longest format", "conventional",
-       "w0000155A45502D4831353130303430353032303134|", ">"},
-      {"identity with another database version", "conventional",
-       "w0000155A45502D4831353130303430323032303137|", "{C03}|>"},
-      {"identity of another model", "conventional,model=41",
-       "w0000155A45502D4831353130303430353032303134|", "{C03}|>"},
+      {"longest identity", "conventional", "w0000155A45502D4831353130303430353032303134|", ">"},
+      {"another version", "conventional", "w0000155A45502D4831353130303430323032303137|",
+       "{C03}|>"},
+      {"another model", "conventional,model=41", "w0000155A45502D4831353130303430353032303134|",
+       "{C03}|>"},
       {"after the end", "conventional", "e|w0900021234AF|e|", ">{C03}|>{C03}|>"},
       {"after a greeting", "conventional", "^#w0900021234AF|", "v>{C03}|>"},
   };
@@ -101,11 +100,6 @@ TEST(SimulatedDatabase, ChecksWhatIsWritten) {
     table.Say("^#b|");
     EXPECT_EQ(table.Say(row.said), row.answer);
   }
-}
-
-TEST(SimulatedDatabase, KeepsWhatIsWritten) {
-  RadioOnTable table("conventional");
-  EXPECT_EQ(table.Say("^#b|w0900021234AF|e|^#r09|"), "v>>>>v>0900021234AF|>");
 }
 
 TEST(SimulatedDatabase, TablesMayShrinkButNotOutgrowTheRoom) {
@@ -127,6 +121,9 @@ TEST(SimulatedDatabase, TablesMayShrinkButNotOutgrowTheRoom) {
   EXPECT_EQ(table.Say("w154212" + std::string(36, '0') + "97|"), "{C09}|>");
   EXPECT_EQ(table.Say("e|"), ">");
   EXPECT_EQ(table.Records("15").size(), 42U);
+
+  RadioOnTable old("conventional,database=0399");
+  EXPECT_EQ(old.Say("#r15|").substr(1, 6), "150013");  // 19 bytes
 }
 
 TEST(SimulatedDatabase, CalibrationMustAddUp) {
@@ -200,6 +197,8 @@ TEST(SimulatedDatabase, NetworksHaveTheirOwnItemsAndShareTheRest) {
   EXPECT_EQ(table.Say("r09|"), "0900021234AF|>");
   table.Say("d01|");
   EXPECT_NE(table.Say("r09|"), "0900021234AF|>");
+  EXPECT_EQ(table.Say("d02|^#"), ">v>");  // back in the first network
+  EXPECT_EQ(table.Records("15"), channels_1);
 }
 
 TEST(SimulatedDatabase, FaultsHappenAtTheirStep) {

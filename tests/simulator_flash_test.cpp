@@ -138,6 +138,8 @@ TEST(SimulatedBootstrap, ARadioIdentifiesItsFlashAndMicro) {
 TEST(SimulatedBootstrap, TheConfigurationByteCanBeWrong) {
   RadioOnTable wrong("torvik,fault=wrong@config=43");
   EXPECT_EQ(LoadFirst(wrong), "43");
+  RadioOnTable damaged("torvik,fault=wrong@bootstrap:100");
+  EXPECT_EQ(LoadFirst(damaged), "");
   RadioOnTable other("torvik,config=42");
   EXPECT_EQ(LoadFirst(other), "42");
 }
