@@ -50,6 +50,10 @@ Action DeclareFirmwareCheck(Arguments& arguments);
 Action DeclareFirmwareWrite(Arguments& arguments);
 Action DeclareFirmwareRead(Arguments& arguments);
 Action DeclareDataCheck(Arguments& arguments);
+Action DeclareUpgrade(Arguments& arguments);
+Action DeclareConvertPersonality(Arguments& arguments);
+Action DeclareConvertCalibration(Arguments& arguments);
 Action DeclareDataShow(Arguments& arguments);
+Action DeclareDataDiff(Arguments& arguments);
 
 }  // namespace zep::cli

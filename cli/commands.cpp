@@ -23,9 +23,20 @@ constexpr std::array kCommands = {
             &DeclareFirmwareWrite},
     Command{"firmware read", "IMAGE", NLSText("the flash memory of one radio into a file"),
             &DeclareFirmwareRead},
+    Command{"upgrade", "",
+            NLSText("the automatic upgrade: save, new firmware, convert, write back"),
+            &DeclareUpgrade},
+    Command{"convert personality", "IN OUT --to VERSION",
+            NLSText("a data file from one database version to another"),
+            &DeclareConvertPersonality},
+    Command{"convert calibration", "IN OUT --to VERSION",
+            NLSText("a calibration file from one calibration version to another"),
+            &DeclareConvertCalibration},
     Command{"data check", "FILE", NLSText("whether a data file is sound, line by line"),
             &DeclareDataCheck},
     Command{"data show", "FILE", NLSText("what is in a data file"), &DeclareDataShow},
+    Command{"data diff", "A B", NLSText("how two data files differ, byte by byte"),
+            &DeclareDataDiff},
 };
 
 }  // namespace

@@ -48,13 +48,15 @@ std::string_view ReportText(UpgradeOutcome outcome) {
 }  // namespace
 
 AutomaticUpgrade::AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db,
-                                   UpgradeView& view)
+                                   UpgradeView& view, const UpgradeFiles& given_files)
     : firmware_(firmware),
       db_(db),
       view_(view),
       link_(db.link),
       session_(db.link.session),
-      log_(session_, UpgradeLogFile(session_)) {}
+      log_(session_, UpgradeLogFile(session_)),
+      selection_{.file = {}, .folder = {}, .given_file = given_files.image},
+      given_default_settings_(given_files.default_settings) {}
 
 UpgradeOutcome AutomaticUpgrade::Upgrade() {
   UpgradeOutcome outcome = UpgradeOutcome::kFailed;
@@ -125,8 +127,9 @@ bool AutomaticUpgrade::Save() {
 
 // Without them there would be no way back once the firmware is in the radio.
 bool AutomaticUpgrade::CheckDefaultSettings() {
-  const std::optional<std::string> path =
-      LocateDefaultSettings(session_, log_, FindDefaultSettings(session_));
+  const std::optional<std::string> path = LocateDefaultSettings(
+      session_, log_,
+      given_default_settings_.empty() ? FindDefaultSettings(session_) : given_default_settings_);
   if (!path) return FailWith({}, Failure::kFile);
   default_settings_ = *path;
   return ReadDefaultSettings(session_, log_, *path).has_value();

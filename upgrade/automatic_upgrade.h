@@ -33,10 +33,17 @@ enum class UpgradeOutcome {
   kAborted,
 };
 
+// Files that the user names, by their full names; empty ones are looked for.
+struct UpgradeFiles {
+  std::string image;
+  std::string default_settings;
+};
+
 class AutomaticUpgrade {
  public:
   // All three outlive the upgrade.
-  AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db, UpgradeView& view);
+  AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db, UpgradeView& view,
+                   const UpgradeFiles& given_files = {});
 
   // The Upgrade button: the whole run, with its final report. The link's job and its end are part
   // of it. Unless it succeeded or nothing was to be done, session.failure is set.
@@ -46,7 +53,8 @@ class AutomaticUpgrade {
   // transfer goes on, for half a firmware is worse than either; then the run ends as aborted.
   void Cancel();
 
-  // The files of the last run.
+  // The firmware that was selected last, and the files of the last run.
+  const FirmwareSelection& Selection() const { return selection_; }
   const SavedData& Saved() const { return saved_; }
 
  private:
@@ -76,6 +84,7 @@ class AutomaticUpgrade {
   services::Session& session_;
   UpgradeLog log_;
   FirmwareSelection selection_;
+  const std::string given_default_settings_;
 
   SavedData saved_;
   std::string saved_model_code_;

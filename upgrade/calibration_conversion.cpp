@@ -143,6 +143,10 @@ std::string GetCalibrationData(const radiodb::DataFile& file, std::string_view i
   return data;
 }
 
+std::string CalibrationDataOf(const radiodb::DataFile& file) {
+  return GetCalibrationData(file, CalibrationItemIn(file, ModelOf(file)));
+}
+
 bool AddCalibrationDataToFile(Session& session, const std::string& path, std::string_view item,
                               std::string_view data) {
   platform::FileContents contents = platform::ReadWholeFile(path);

@@ -32,6 +32,9 @@ std::string CalibrationItemIn(const radiodb::DataFile& file, const radiodb::Radi
 // The data of all records of the item, in file order; empty when there is none.
 std::string GetCalibrationData(const radiodb::DataFile& file, std::string_view item);
 
+// The calibration data of the radio that the file was read from; empty when there is none.
+std::string CalibrationDataOf(const radiodb::DataFile& file);
+
 // Appends the data as records to a data file. False, after a report and with the file as it was,
 // when it could not be written.
 bool AddCalibrationDataToFile(services::Session& session, const std::string& path,

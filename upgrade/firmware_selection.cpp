@@ -173,8 +173,8 @@ LocateResult LocateFirmwareFile(radiodb::RadioDb& db, UpgradeLog& log, UpgradeVi
   }
 
   selection.folder = services::WithSeparator(session.paths.application_folder);
-  image.BinaryFilePath = selection.folder;
-  image.BinaryFileName = selection.file;
+  firmware::ChooseImageFile(image, selection.given_file.empty() ? selection.folder + selection.file
+                                                                : selection.given_file);
   view.ShowFirmwareFile(image.FullName());
   if (!GetFile(session, image.BinaryFilePath, image.BinaryFileName,
                FindTitle(session, image.BinaryFileName))) {

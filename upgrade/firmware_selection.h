@@ -40,6 +40,8 @@ enum class LocateResult {
 struct FirmwareSelection {
   std::string file;    // or one of the marks
   std::string folder;  // of the application, with its separator
+  // A file to take in place of the selected one, by its full name; empty: none.
+  std::string given_file;
 };
 
 // Reads who the radio is, selects its firmware and finds the file, which becomes the chosen image.

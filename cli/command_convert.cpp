@@ -1,0 +1,167 @@
+#include "cli/command.h"
+#include "cli/difference_report.h"
+#include "cli/file_names.h"
+#include "platform/files.h"
+#include "radiodb/radio_identity.h"
+#include "services/hex_text.h"
+#include "services/messages.h"
+#include "upgrade/calibration_conversion.h"
+#include "upgrade/personality_conversion.h"
+
+namespace zep::cli {
+namespace {
+
+using services::NLSFmt;
+using services::NLSText;
+
+struct ConvertOptions {
+  std::string saved_file;
+  std::string converted_file;
+  std::string from;
+  std::string to;
+  std::string default_file;
+  bool dry_run = false;
+};
+
+// Two versions as numbers: 402 is 4.02.
+struct Versions {
+  int from = 0;
+  int to = 0;
+};
+
+// As a radio reports it: "0402".
+std::string FourDigits(int version) {
+  return services::PadString(std::to_string(version), services::PadSide::kLeft, 4, "0");
+}
+
+// The versions that were typed; from_file stands in for a first one that was not. Nothing when one
+// is no version; the user has been told.
+std::optional<Versions> TypedVersions(Program& program, const ConvertOptions& options,
+                                      int from_file) {
+  const Versions versions{options.from.empty() ? from_file : radiodb::VersionNumber(options.from),
+                          radiodb::VersionNumber(options.to)};
+  if (versions.from > 0 && versions.to > 0) return versions;
+  program.UsageError(NLSFmt(program.session,
+                            "Please give the versions as in \"--from 402 --to 405\"; 4.02 and 0402 "
+                            "are the same."));
+  return std::nullopt;
+}
+
+bool MayWrite(Program& program, const ConvertOptions& options) {
+  if (options.dry_run || !platform::FileExists(options.converted_file)) return true;
+  return NLSMsgBox(program.session, "File exists overwrite?",
+                   {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
+         services::Answer::kYes;
+}
+
+ExitStatus Finish(Program& program, const ConvertOptions& options, const Versions& versions,
+                  const std::vector<upgrade::Change>& changes) {
+  services::Session& session = program.session;
+  program.json.Set("from", versions.from).Set("to", versions.to);
+  if (options.dry_run) {
+    program.Print(ChangeText(session, changes));
+    program.Print(NLSFmt(session, "Nothing was written.") + "\n");
+    program.json.Set("changes", ChangeJson(changes));
+    return ExitStatus::kDone;
+  }
+  program.Print(NLSFmt(session, "%0:s is converted from version %1:s to %2:s: %3:s.",
+                       {options.saved_file, std::to_string(versions.from),
+                        std::to_string(versions.to), options.converted_file}) +
+                "\n");
+  program.json.Set("file", options.converted_file);
+  return ExitStatus::kDone;
+}
+
+ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
+  services::Session& session = program.session;
+  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(session, options.saved_file);
+  if (!file) return program.JobStatus(false);
+  const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
+  const std::optional<Versions> versions = TypedVersions(
+      program, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
+  if (!versions) return ExitStatus::kUsage;
+  if (!MayWrite(program, options)) return ExitStatus::kRefused;
+
+  std::vector<upgrade::Change> changes;
+  upgrade::UpgradeLog log(session, options.dry_run ? "" : upgrade::UpgradeLogFile(session));
+  const upgrade::PersonalityRequest request{
+      .old_version = FourDigits(versions->from),
+      .new_version = FourDigits(versions->to),
+      .saved_file = options.saved_file,
+      .converted_file = AbsoluteName(options.converted_file),
+      .default_file = AbsoluteName(options.default_file),
+      .changes = options.dry_run ? &changes : nullptr,
+  };
+  if (!ConvertPersonalityData(session, log, request)) return program.JobStatus(false);
+  return Finish(program, options, *versions, changes);
+}
+
+// The calibration version that has data of this length; 0 when there is none.
+int CalibrationVersionOf(const std::string& data) {
+  switch (data.size() / 2) {
+    case 130:
+      return 100;
+    case 138:
+      return 101;
+    case 141:
+      return 102;
+    case 134:
+      return 103;
+    default:
+      return 0;
+  }
+}
+
+ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
+  services::Session& session = program.session;
+  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(session, options.saved_file);
+  if (!file) return program.JobStatus(false);
+  const std::optional<Versions> versions =
+      TypedVersions(program, options, CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
+  if (!versions) return ExitStatus::kUsage;
+  if (!MayWrite(program, options)) return ExitStatus::kRefused;
+
+  std::vector<upgrade::Change> changes;
+  const upgrade::CalibrationRequest request{
+      .saved_file = options.saved_file,
+      .converted_file = AbsoluteName(options.converted_file),
+      .old_version = versions->from,
+      .new_version = versions->to,
+      .changes = options.dry_run ? &changes : nullptr,
+  };
+  if (!ConvertCalibrationFile(session, request)) return program.JobStatus(false);
+  return Finish(program, options, *versions, changes);
+}
+
+std::shared_ptr<ConvertOptions> DeclareOptions(Arguments& arguments) {
+  auto options = std::make_shared<ConvertOptions>();
+  arguments.AddWord("IN", options->saved_file, NLSText("file to convert; it stays as it is"));
+  arguments.AddWord("OUT", options->converted_file, NLSText("file to make"));
+  arguments.AddOption("--from", "VERSION", options->from,
+                      NLSText("the version that IN has; without it, what IN tells"));
+  arguments.AddOption("--to", "VERSION", options->to, NLSText("the version that OUT gets"));
+  arguments.AddFlag("--dry-run", options->dry_run,
+                    NLSText("show what would change, and why, and write nothing"));
+  return options;
+}
+
+}  // namespace
+
+Action DeclareConvertPersonality(Arguments& arguments) {
+  auto options = DeclareOptions(arguments);
+  arguments.AddOption("--defaults", "FILE", options->default_file,
+                      NLSText("the default settings, which give the values that are new; without "
+                              "it, default.ops of the programming application"));
+  arguments.AddRemark(
+      NLSText("Database versions are 205 to 405, as \"--from 402 --to 405\". Each step leaves a "
+              "line in upgrade.log."));
+  return [options](Program& program) { return ConvertPersonality(program, *options); };
+}
+
+Action DeclareConvertCalibration(Arguments& arguments) {
+  auto options = DeclareOptions(arguments);
+  arguments.AddRemark(NLSText("Calibration versions are 100 to 103, up or down."));
+  return [options](Program& program) { return ConvertCalibration(program, *options); };
+}
+
+}  // namespace zep::cli

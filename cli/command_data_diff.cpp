@@ -1,0 +1,39 @@
+#include "cli/command.h"
+#include "cli/difference_report.h"
+#include "services/messages.h"
+
+namespace zep::cli {
+namespace {
+
+using services::NLSFmt;
+using services::NLSText;
+
+struct DiffFiles {
+  std::string before;
+  std::string after;
+};
+
+ExitStatus Diff(Program& program, const DiffFiles& files) {
+  const std::optional<upgrade::DataFileDifferences> differences =
+      upgrade::CompareDataFiles(program.session, files.before, files.after);
+  if (!differences) return program.JobStatus(false);
+  program.Print(DifferenceText(program.session, *differences));
+  program.json.Set("differences", DifferenceJson(*differences));
+  if (!differences->None()) return ExitStatus::kRefused;
+  program.Print(NLSFmt(program.session, "The files hold the same data.") + "\n");
+  return ExitStatus::kDone;
+}
+
+}  // namespace
+
+Action DeclareDataDiff(Arguments& arguments) {
+  auto files = std::make_shared<DiffFiles>();
+  arguments.AddWord("A", files->before, NLSText("data file or calibration file"));
+  arguments.AddWord("B", files->after, NLSText("the file to compare it with"));
+  arguments.AddRemark(
+      NLSText("Who the files are for comes first, then every item; a table's bytes are given as "
+              "record/byte. The exit status is 1 when the files differ."));
+  return [files](Program& program) { return Diff(program, *files); };
+}
+
+}  // namespace zep::cli

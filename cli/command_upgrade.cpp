@@ -1,0 +1,114 @@
+#include "cli/command.h"
+#include "cli/displays.h"
+#include "cli/file_names.h"
+#include "cli/identity_report.h"
+#include "services/messages.h"
+#include "upgrade/automatic_upgrade.h"
+
+namespace zep::cli {
+namespace {
+
+using services::NLSFmt;
+using services::NLSText;
+using upgrade::UpgradeOutcome;
+
+// The upgrade's dialog and the windows of its steps: one display at a time.
+class UpgradeDisplay final : public upgrade::UpgradeView {
+ public:
+  explicit UpgradeDisplay(Program& program) : program_(program) {}
+
+  void ShowFirmwareFile(const std::string&) override {}
+  void ShowStatus(const std::string& status) override {
+    EndStep();
+    program_.progress.ShowLine(status);
+  }
+  radiodb::ReadWriteView& ReadWriteWindow() override {
+    EndStep();
+    return read_write_.emplace(program_);
+  }
+  link::TransferView& TransferWindow() override {
+    EndStep();
+    return transfer_.emplace(program_);
+  }
+  void WatchTransfer(firmware::TransferRun* run) override {
+    if (run == nullptr) {
+      program_.user.SetCancelAction(nullptr);
+      EndStep();
+    } else {
+      program_.user.SetCancelAction([run] { Cancel(*run); });
+    }
+  }
+
+ private:
+  void EndStep() {
+    read_write_.reset();
+    transfer_.reset();
+  }
+
+  Program& program_;
+  std::optional<ReadWriteDisplay> read_write_;
+  std::optional<TransferDisplay> transfer_;
+};
+
+std::string_view OutcomeName(UpgradeOutcome outcome) {
+  switch (outcome) {
+    case UpgradeOutcome::kSucceeded:
+      return "upgraded";
+    case UpgradeOutcome::kUpToDate:
+      return "up to date";
+    case UpgradeOutcome::kAborted:
+      return "aborted";
+    case UpgradeOutcome::kCommsError:
+      return "comms error";
+    case UpgradeOutcome::kFailed:
+      break;
+  }
+  return "failed";
+}
+
+ExitStatus Upgrade(Program& program, const upgrade::UpgradeFiles& files) {
+  link::Link* link = program.LinkForOneRadio(services::Transfer::kProgram);
+  if (link == nullptr) return program.JobStatus(false);
+  firmware::Firmware firmware(*link);
+  radiodb::RadioDb db(*link);
+  UpgradeDisplay display(program);
+  upgrade::AutomaticUpgrade upgrade(
+      firmware, db, display, {AbsoluteName(files.image), AbsoluteName(files.default_settings)});
+  const UpgradeOutcome outcome = upgrade.Upgrade();
+
+  program.json.Set("outcome", OutcomeName(outcome))
+      .Set("radio", IdentityJson(db.identity))
+      .Set("firmware_file", firmware.image.FullName())
+      .Set("data_file", upgrade.Saved().data_file)
+      .Set("calibration_file", upgrade.Saved().calibration_file)
+      .Set("log", upgrade::UpgradeLogFile(program.session));
+  if (outcome == UpgradeOutcome::kSucceeded) {
+    program.Print(NLSFmt(program.session,
+                         "Radio %0:s now has firmware %1:s, database %2:s and calibration %3:s. "
+                         "Its former data is in %4:s and %5:s.",
+                         {RadioName(db.identity), db.identity.software_version,
+                          db.identity.database_version, db.identity.calibration_version,
+                          upgrade.Saved().data_file, upgrade.Saved().calibration_file}) +
+                  "\n");
+  }
+  return program.JobStatus(outcome == UpgradeOutcome::kSucceeded ||
+                           outcome == UpgradeOutcome::kUpToDate);
+}
+
+}  // namespace
+
+Action DeclareUpgrade(Arguments& arguments) {
+  auto files = std::make_shared<upgrade::UpgradeFiles>();
+  arguments.AddOption("--image", "FILE", files->image,
+                      NLSText("the firmware image; without it, the one that the radio needs from "
+                              "the application folder"));
+  arguments.AddOption("--defaults", "FILE", files->default_settings,
+                      NLSText("the default settings, which give the values that are new; without "
+                              "it, default.ops of the programming application"));
+  arguments.AddRemark(
+      NLSText("The string table, \"Vorn PMR II\" or Torvik, decides which firmware a radio needs. "
+              "Each step leaves a line in upgrade.log in the application folder."));
+  return [files](Program& program) { return Upgrade(program, *files); };
+}
+
+}  // namespace zep::cli
