@@ -15,12 +15,7 @@ bool ExecuteCommand(link::Link& link, std::string_view command) {
 }
 
 std::string ReceiveCharacter(link::Link& link, std::string_view expected) {
-  if (link.session.Stopped()) return {};
-  std::string character = GetStringFromFirstActiveComms(link, expected);
-  // With the port failed the next Active one would belong to another radio.
-  if (character.empty() && !link.session.Stopped())
-    link.session.SetDownloadError(services::Failure::kNoAnswer);
-  return character;
+  return GetStringFromFirstActiveComms(link, expected);
 }
 
 std::string ReceiveReply(link::Link& link, std::string_view mode) {

@@ -2,7 +2,7 @@
 // carriage return, and what the radio answers.
 //
 // Nothing is sent or received once the session is stopped, and a radio that does not answer as it
-// should stops the session, so callers need only look at Stopped() or at the result.
+// should stops the session. REQUIRES: no other port is Active.
 #pragma once
 
 #include <string>

@@ -264,8 +264,6 @@ std::vector<std::string> CalibrationHeader(const Session& session) { return Head
 
 bool OpenReadFiles(RadioDb& db, ReadFiles& files) {
   Session& session = db.link.session;
-  db.data_file.clear();
-  db.calibration_file.clear();
   if (!ChooseFiles(db)) return false;
   if (WritesDatabase(db.transfer_kind) &&
       !Begin(files.database, db.data_file, DatabaseHeader(session, db.number_of_networks),

@@ -72,8 +72,7 @@ bool IsLeftForLastNetwork(const RadioDb& db, std::string_view item) {
 
 void LeaveForLastNetwork(RadioDb& db, std::string_view item, ReadFiles& files) {
   db.common_dynamic_item_skipped = true;
-  if (item == "32" && db.transfer_kind != TransferKind::kCalibration)
-    files.database.WriteLine(kCommonDynamicItemLine);
+  if (item == "32") files.database.WriteLine(kCommonDynamicItemLine);
 }
 
 // Receives characters until the buffer holds length of them. False when they did not come.
@@ -91,7 +90,6 @@ bool ReceiveUpTo(link::Link& link, std::string& buffer, std::size_t length) {
 std::optional<std::string> ReceiveRecord(RadioDb& db, ReadWriteView& view, std::string record) {
   constexpr std::size_t kHeaderLength = 6;
   Session& session = db.link.session;
-  session.PumpEvents();
   if (!ReceiveUpTo(db.link, record, kHeaderLength)) return std::nullopt;
   UpdateStatusBar(session, view,
                   db.number_of_networks > 1
@@ -119,22 +117,23 @@ void StoreRecord(const RadioDb& db, const std::string& record, ReadFiles& files)
     if (files.calibration_network != db.current_network) return;
     files.calibration.WriteLine(record);
     ++files.calibration_records;
-  } else if (db.transfer_kind != TransferKind::kCalibration) {
+  } else {
     files.database.WriteLine(record);
     ++files.database_records;
   }
 }
 
-// Receives the records of an item and writes them to the files.
-void ReadItem(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
+// Receives the records of an item and writes them to the files. False when it ended early.
+bool ReadItem(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
   std::string first = ReceiveCharacter(db.link);
   while (first != kPrompt) {
     const std::optional<std::string> record = ReceiveRecord(db, view, first);
-    if (!record) return;
+    if (!record) return false;
     StoreRecord(db, *record, files);
     first = ReceiveCharacter(db.link);
-    if (first.empty()) return;
+    if (first.empty()) return false;
   }
+  return true;
 }
 
 // Tells the user why the read is given up.
@@ -238,8 +237,7 @@ bool ReadAllItems(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
   const int networks = db.number_of_networks;
   for (db.current_network = 1; db.current_network <= networks; ++db.current_network) {
     if (!ReadNetwork(db, view, files)) return false;
-    if (db.current_network < networks && db.transfer_kind != TransferKind::kCalibration)
-      files.database.WriteLine("~~~");
+    if (db.current_network < networks) files.database.WriteLine("~~~");
   }
   db.current_network = networks;
   if (files.database.IsOpen() && files.database_records == 0) return GiveUpForNothing(session);
@@ -263,12 +261,11 @@ void ReadItemList(RadioDb& db, ReadWriteView& view, std::string_view item_list, 
       LeaveForLastNetwork(db, item, files);
       continue;
     }
-    if (db.link.session.Stopped()) return;
     SendCommand(db.link, "r" + std::string(item));
     progress.Step();
-    ReadItem(db, view, files);
+    if (!ReadItem(db, view, files)) return;
   }
-  if (!db.link.session.Stopped()) progress.Fill();
+  progress.Fill();
 }
 
 bool WriteItems(RadioDb& db, ReadWriteView& view, const DataFile& file) {

@@ -176,12 +176,8 @@ std::string ReadItem0(link::Link& link) {
   return data;
 }
 
-bool ReadNetworks(link::Link& link, RadioIdentity& identity) {
-  if (!identity.IsTrunked()) return true;
-  const std::string data = ReadItemData(link, "3C");
-  if (link.session.Stopped()) return false;
-  ProcessNumberOfNetworks(data, identity);
-  return true;
+void ReadNumberOfNetworks(link::Link& link, RadioIdentity& identity) {
+  if (identity.IsTrunked()) ProcessNumberOfNetworks(ReadItemData(link, "3C"), identity);
 }
 
 bool ReadFreqBandInfo(link::Link& link, IdentityUse use, RadioIdentity& identity) {
@@ -328,8 +324,8 @@ bool ReadRadioIdentity(link::Link& link, IdentityUse use, RadioIdentity& identit
   const std::string item_0 = ReadItem0(link);
   if (item_0.empty() || session.Stopped()) return false;
   ProcessItem0(session, item_0, use, identity);
-  return ReadNetworks(link, identity) && ReadFreqBandInfo(link, use, identity) &&
-         ReadRadioSerialNumber(link, use, identity);
+  ReadNumberOfNetworks(link, identity);
+  return ReadFreqBandInfo(link, use, identity) && ReadRadioSerialNumber(link, use, identity);
 }
 
 }  // namespace zep::radiodb

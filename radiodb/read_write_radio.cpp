@@ -71,6 +71,8 @@ bool ReadRadio(RadioDb& db, ReadWriteView& view) {
   Session& session = db.link.session;
   session.TransferMode = services::Transfer::kRead;
   view.SetCaption(NLSFmt(session, "Reading Radio"));
+  db.data_file.clear();
+  db.calibration_file.clear();
   ReadFiles files(session);
   const bool complete =
       ReadIdentityForTransfer(db) && OpenReadFiles(db, files) && ReadAllItems(db, view, files);

@@ -1,16 +1,14 @@
-// Radios for the tests of the radio database: a small one on a scripted port, whose every word is
-// in the test, and simulated ones.
+// A small radio on a scripted port, for the tests of the radio database: its every word is in the
+// test.
 #pragma once
 
 #include <algorithm>
 #include <sstream>
 #include <string>
 #include <string_view>
-#include <utility>
 
 #include "radiodb/read_write_radio.h"
 #include "services/hex_text.h"
-#include "simulator/simulated_port.h"
 #include "tests/link_testing.h"
 
 namespace zep::testing {
@@ -28,47 +26,33 @@ class RecordedView final : public radiodb::ReadWriteView {
   void Note(const std::string& text) { shown += (shown.empty() ? "" : " ") + text; }
 };
 
-// A radio on port 1, the only Active one, and what is done with it.
-struct RadioBench : TestLink {
-  RadioBench() { link.State(1) = link::PortState::kActive; }
-  bool Read(radiodb::TransferKind kind) {
-    db.transfer_kind = kind;
-    return ReadRadio(db, view);
-  }
-  RecordedView view;
-  radiodb::RadioDb db{link};
-};
+inline constexpr std::string_view kConventional = "ZEP-??51?0335,02010405,010301";
+inline constexpr std::string_view kTrunked = "ZEP-H11200335,02010405,010301";  // two networks
 
-struct SimulatedBench : RadioBench {
-  explicit SimulatedBench(const std::string& radio) {
-    auto made = simulator::MakeSimulatedPort("sim:" + radio, clock);
-    simulated = made.value->get();
-    link.ports[0] = std::move(*made.value);
-  }
-  simulator::SimulatedPort* simulated;
-};
-
-// A radio of model 51 (conventional) or of model 12 with two networks (trunked).
-struct ScriptedRadio : RadioBench {
-  ScriptedRadio() : ScriptedRadio("ZEP-H15100335,02010405,010301") {}
-  explicit ScriptedRadio(std::string_view item_0) {
-    std::istringstream answers(
-        "^ v # > d01| > d02| > b| > e| > r2A| 2A000648310000000057|> r27| 270003000001D5|> "
-        "r3C| 3C000103C0|> r40| 400006E83200000000A0|> r3D| 3D000300126747|> l| 000401152832|> "
-        "r01| 0100020102FA|01010103FA|> r15| 150000EB|> r2C| 2C0002AABB6D|> r32| 32000111BC|> "
-        "r33| 33000122AA|> r47| 47000247115F|>");
-    for (std::string command, answer; answers >> command >> answer;) Answer(command, answer);
+struct ScriptedRadio : TestLink {
+  // item_0: the text of its item 0. answers: commands and what they are answered with, in place of
+  // what it would say otherwise; "|" is a carriage return, "-" is silence.
+  explicit ScriptedRadio(std::string_view item_0 = kConventional, const std::string& answers = "") {
+    link.State(1) = link::PortState::kActive;
     const std::string record = "00001D" + services::ConTextToHex(item_0);
-    Answer("r00|", record + services::CalcHexChecksum(session, record) + "|>");
+    std::istringstream words(
+        "^ v # >noise d01| > d02| > b| > e| > r2A| 2A000648310000000057|> r27| 270003000001D5|> "
+        "r3C| 3C000103C0|> r40| 400006E83200000000A0|> r3D| 3D000300126747|> l| 000401152832|> "
+        "r01| 0100020102FA?|01010103FA|> r15| 150000EB|> r2C| 2C0002AABB6D|> r32| 32000111BC|> "
+        "r33| 33000122AA|> r47| 47000247115F|> w0100020102FA| > w01010103FA| > w2C0002AABB6D| > "
+        "w32000111BC| > w47000247115F| > w0000115A45502D4831353130303430353032303138| > "
+        "w0000115A45502D483231324C30343035303230311E| > r00| " +
+        record + services::CalcHexChecksum(session, record) + "|> " + answers);
+    for (std::string command, answer; words >> command >> answer;) {
+      if (answer == "-") answer.clear();
+      for (std::string* text : {&command, &answer})
+        std::replace(text->begin(), text->end(), '|', '\r');
+      port(1).Answer(command, answer);
+    }
   }
 
-  // In commands and answers "|" is a carriage return.
-  void Answer(std::string command, std::string answer) {
-    for (std::string* text : {&command, &answer}) std::ranges::replace(*text, '|', '\r');
-    port(1).Answer(command, answer);
-  }
-  // How it ended, all that was sent to the radio, and what the user was told. The test's folder is
-  // left out.
+  // How it ended, all that was sent to the radio, and what the user was told, without the test's
+  // folder.
   std::string Told(bool done) {
     const std::string wire = Wire();
     std::string told = done ? "done " : "failure " + std::to_string(int(session.failure)) + " ";
@@ -82,6 +66,17 @@ struct ScriptedRadio : RadioBench {
       told.erase(at, path.size());
     return told;
   }
+  std::string Read(radiodb::TransferKind kind) {
+    db.transfer_kind = kind;
+    return Told(ReadRadio(db, view));
+  }
+  std::string Program(radiodb::TransferKind kind, const std::string& contents) {
+    db.transfer_kind = kind;
+    return Told(ProgramRadio(db, view, folder.Write("a.ops", contents)));
+  }
+
+  RecordedView view;
+  radiodb::RadioDb db{link};
 };
 
 }  // namespace zep::testing
