@@ -8,7 +8,7 @@ target_compile_options(zep_options INTERFACE
   -Woverloaded-virtual -Wsuggest-override -Wformat=2 -Wundef -Wduplicated-cond -Wduplicated-branches
   -Wlogical-op -Wcast-align -Wextra-semi
   $<$<CONFIG:Debug>:-Wnull-dereference>  # optimising, GCC 12 gives false alarms inside Asio
-  "$<$<NOT:$<CONFIG:Debug>>:-Wno-array-bounds;-Wno-stringop-overread>"  # likewise in std::vector
+  "$<$<NOT:$<CONFIG:Debug>>:-Wno-array-bounds;-Wno-stringop-overread;-Wno-maybe-uninitialized>"  # likewise in std::vector
   -Wno-restrict)  # GCC 12 gives a false alarm for "literal" + std::string when optimising
 if(ZEP_WARNINGS_ARE_ERRORS)
   target_compile_options(zep_options INTERFACE -Werror)
