@@ -125,7 +125,7 @@ Parsed<Fault> ParseFault(std::string_view text) {
   if (step == kStepNames.end()) {
     return {{}, quoted + "there are the steps " + NamesOf(kStepNames) + "."};
   }
-  Fault fault{.kind = kind->kind, .step = step->step, .code = {}};
+  Fault fault{.kind = kind->kind, .step = step->step};
   if (!CanHappen(fault.kind, fault.step)) {
     return {{}, quoted + "this fault cannot happen at this step."};
   }

@@ -60,8 +60,8 @@ struct Fault {
   Step step{};
   int ordinal = 1;
   bool from_then_on = false;
-  int value = 0;     // byte, milliseconds or position, as the kind says
-  std::string code;  // kBrace: the text between the braces
+  int value = 0;       // byte, milliseconds or position, as the kind says
+  std::string code{};  // kBrace: the text between the braces
 };
 
 struct StepName {

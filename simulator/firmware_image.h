@@ -25,7 +25,7 @@ struct ImageOptions {
   std::string model_code = "51";  // two digits
   Micro micro = Micro::kE1;
   std::size_t size = kMegabit;  // bytes: one or two megabits
-  Versions versions;
+  Versions versions{"0336", "0405", "0103"};
 };
 
 // The same options give the same bytes on every computer.

@@ -201,6 +201,14 @@ TEST(SimulatedDatabase, NetworksHaveTheirOwnItemsAndShareTheRest) {
   EXPECT_EQ(table.Records("15"), channels_1);
 }
 
+TEST(SimulatedDatabase, ATrunkedRadioTakesUpItsNetworksInAnyState) {
+  RadioOnTable table("trunked");
+  EXPECT_EQ(table.Say("|w4F80010000|^"), "v");
+  EXPECT_TRUE(table.radio.Database().NetworksTakenUp());
+  table.radio.SwitchOffAndOn();
+  EXPECT_FALSE(table.radio.Database().NetworksTakenUp());
+}
+
 TEST(SimulatedDatabase, FaultsHappenAtTheirStep) {
   struct Row {
     const char* fault;
