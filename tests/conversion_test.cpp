@@ -17,6 +17,7 @@ using services::Answer;
 using testing::Count;
 using testing::DataFileOf;
 using ::testing::EndsWith;
+using testing::Fields;
 using ::testing::HasSubstr;
 using testing::kIdentity402;
 using testing::Lines;
@@ -49,8 +50,8 @@ class Conversion : public ::testing::Test {
   }
   // Saved data of version 4.02 and default settings, asked to become another version.
   PersonalityRequest Request(const std::string& new_version) {
-    test_.folder.Write("default.ops",
-                       DataFileOf({kIdentity402, Record("150012", Count(0x80, 0x91))}));
+    test_.folder.Write("default.ops", DataFileOf({kIdentity402, Record("150012", Count(0x80, 0x91)),
+                                                  Record("050005", "E0E1E2E3E4")}));
     return {.old_version = "0402",
             .new_version = new_version,
             .saved_file = test_.folder.Write(
@@ -65,40 +66,33 @@ class Conversion : public ::testing::Test {
 };
 
 TEST_F(Conversion, ReadsAndWritesBytesOfAnItem) {
-  const std::string item = "00A1FE";
+  std::string item = "00A1FE";
   EXPECT_EQ(GetByte(test_.session, item, 1), 0xA1);
-  EXPECT_EQ(GetByteRange(item, 2), "FE");
-  EXPECT_EQ(GetByteRange(item, 3), "00");
-  EXPECT_EQ(GetByte(test_.session, "", 0), 0);
-  std::string changed = item;
-  SetByte(changed, 1, 0x5C);
-  EXPECT_EQ(changed, "005CFE");
-  SetByte(changed, 3, 0x07);
-  EXPECT_EQ(changed, "005CFE07");
+  EXPECT_EQ(GetByteRange(item, 2) + GetByteRange(item, 3) + GetByteRange("", 0), "FE0000");
+  SetByte(item, 1, 0x5C);
+  SetByte(item, 3, 0x07);
+  EXPECT_EQ(item, "005CFE07");
 }
 
 TEST_F(Conversion, CopiesTheWholeByteForOneBitAndOnlyTheBitsForSeveral) {
+  const std::initializer_list<int> none;
   const struct {
-    const char* name;
     std::initializer_list<int> bits;
-    const char* item;
-    const char* standard;
-    const char* expected;
+    std::string row;  // what it shows, item, default item, expected
   } rows[] = {
-      {"one bit copies all eight", {7}, "0055", "00AB", "00AB"},
-      {"bit 0 likewise", {0}, "0055", "00AB", "00AB"},
-      {"several bits are set and cleared", {6, 7}, "007F", "0080", "00BF"},
-      {"the other bits stay", {4, 5, 6, 7}, "002C", "00DF", "00DC"},
-      {"no bits change nothing", {}, "0055", "00AB", "0055"},
-      {"a default item that is too short counts 0", {7}, "0055", "00", "0000"},
-      {"an item that is too short stays", {7}, "00", "00AB", "00"},
-      {"a missing item stays missing", {7}, "", "00AB", ""},
+      {{7}, "one bit copies all eight|0055|00AB|00AB"},
+      {{0}, "bit 0 likewise|0055|00AB|00AB"},
+      {{6, 7}, "several bits are set and cleared|007F|0080|00BF"},
+      {{4, 5, 6, 7}, "the other bits stay|002C|00DF|00DC"},
+      {none, "no bits change nothing|0055|00AB|0055"},
+      {{7}, "a default item that is too short counts 0|0055|00|0000"},
+      {{7}, "an item that is too short stays|00|00AB|00"},
+      {{7}, "a missing item stays missing||00AB|"},
   };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    std::string item = row.item;
-    CopyByte(test_.session, item, row.standard, 1, row.bits);
-    EXPECT_EQ(item, row.expected);
+  for (const auto& [bits, row] : rows) {
+    std::vector<std::string> fields = Fields(row);
+    CopyByte(test_.session, fields[1], fields[2], 1, bits);
+    EXPECT_EQ(fields[1], fields[3]) << fields[0];
   }
 }
 
@@ -192,25 +186,17 @@ TEST_F(Conversion, RunsTheStepsThatLieBetweenTheVersions) {
       "30323031";
   items[21] = Channel(19);
   items[30] = "00";
-  const struct {
-    int from;
-    int to;
-    std::size_t channel_bytes;
-    bool new_texts;
-    const char* version;  // in item 0
-  } rows[] = {
-      {399, 399, 19, false, "30343032"}, {399, 400, 18, false, "30343030"},
-      {399, 401, 18, false, "30343031"}, {399, 402, 18, true, "30343032"},
-      {399, 405, 18, true, "30343035"},  {400, 405, 19, true, "30343035"},
-      {402, 404, 19, false, "30343034"}, {404, 405, 19, false, "30343035"},
-      {402, 402, 19, false, "30343032"}, {405, 402, 19, false, "30343032"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(std::to_string(row.from) + " to " + std::to_string(row.to));
-    const ItemArray converted = Convert(items, row.from, row.to);
-    EXPECT_EQ(converted[21].size(), 2 * row.channel_bytes);
-    EXPECT_EQ(converted[30].size(), row.new_texts ? 1250U : 2U);
-    EXPECT_EQ(converted[0], "5A45502D4831353132" + std::string(row.version) + "30323031");
+  // From, to; then characters of the channel and of the texts, and the version in item 0.
+  for (const char* row :
+       {"399|399|38|2|30343032", "399|400|36|2|30343030", "399|401|36|2|30343031",
+        "399|402|36|1250|30343032", "399|405|36|1250|30343035", "400|405|38|1250|30343035",
+        "402|404|38|2|30343034", "404|405|38|2|30343035", "402|402|38|2|30343032",
+        "405|402|38|2|30343032"}) {
+    const std::vector<std::string> fields = Fields(row);
+    const ItemArray converted = Convert(items, std::stoi(fields[0]), std::stoi(fields[1]));
+    EXPECT_EQ(std::to_string(converted[21].size()), fields[2]) << row;
+    EXPECT_EQ(std::to_string(converted[30].size()), fields[3]) << row;
+    EXPECT_EQ(converted[0], "5A45502D4831353132" + fields[4] + "30323031") << row;
   }
 }
 
@@ -236,54 +222,36 @@ TEST_F(Conversion, KeepsWhatIsTooShortForAStepAndLogsIt) {
 
 TEST_F(Conversion, WritesAFileWithItsOrderAndRecordsKept) {
   // Two networks; item 15 in two records of an unusual cut; a second "00" line; a lower-case mark.
-  test_.folder.Write("default.ops", DataFileOf({kIdentity402, Record("150012", Count(0x80, 0x91)),
-                                                Record("050005", "E0E1E2E3E4")}));
-  const std::string saved = test_.folder.Write(
+  PersonalityRequest request = Request("0405");
+  request.old_version = "0401";
+  request.saved_file = test_.folder.Write(
       "saved.omn",
       DataFileOf({kIdentity402, "f" + Record("2B0702", "AABB"), Record("150014", Count(0, 19)),
                   Record("150112", Count(20, 37)), Record("050005", "0001020304"), "~~~",
                   Record("000001", "77"), "Insert Common Dynamic Item Here",
                   Record("050005", "0506070809"), Record("1E0002", "00FE")}));
-  const std::string converted = ConvertedFileOf(test_.session, saved);
-  EXPECT_TRUE(ConvertFile({.old_version = "0401",
-                           .new_version = "0405",
-                           .saved_file = saved,
-                           .converted_file = converted,
-                           .default_file = test_.folder.Path("default.ops")}));
-  std::vector<std::string> texts;
-  for (int record = 0; record < 20; ++record) {
-    const std::size_t bytes = record < 19 ? 32 : 17;
-    std::string header = "1E0020";
-    header[2] = static_cast<char>('0' + record / 10);
-    header[3] = static_cast<char>('0' + record % 10);
-    if (record == 19) header.replace(4, 2, "11");
-    texts.push_back(
-        Record(header, DisplayTextTable().substr(64U * static_cast<unsigned>(record), 2 * bytes)));
-  }
-  std::vector<std::string> expected = {
-      "***",
-      "ZEP Multiple Network Data File",
-      "Contains data for 2 networks",
-      "Saved with the ZEP Download and Configuration Application Version 1.0.0",
-      "###",
-      "---",
-      Record("000011",
-             "5A45502D4831353132"
-             "30343035"
-             "30323031"),
-      Record("2B0702", "AABB"),
-      Record("150014", Count(0, 13) + "8E" + Count(15, 19)),
-      Record("150112", Count(20, 31) + "80" + Count(33, 37)),
-      Record("050005", "00010203E4")};
-  expected[8] = Record("150014", Count(0, 13) + "8E" + Count(15, 19));
-  expected.insert(expected.end(), texts.begin(), texts.end());
-  expected.insert(expected.end(), {"~~~", Record("000001", "77"), "Insert Common Dynamic Item Here",
-                                   Record("050005", "05060708E4")});
-  expected.insert(expected.end(), texts.begin(), texts.end());
-  EXPECT_EQ(test_.folder.Read("upgrade/saved.omn"), Lines(expected));
-  EXPECT_THAT(LogText(),
-              HasSubstr("Upgrading personality data v401 -> v405\nDefault settings read from " +
-                        test_.folder.Path("default.ops") + "\n"));
+  request.converted_file = ConvertedFileOf(test_.session, request.saved_file);
+  EXPECT_TRUE(ConvertFile(request));
+  std::string texts;
+  AppendRecords(test_.session, "1E", DisplayTextTable(), texts);
+  EXPECT_EQ(test_.folder.Read("upgrade/saved.omn"),
+            Lines({"***", "ZEP Multiple Network Data File", "Contains data for 2 networks",
+                   "Saved with the ZEP Download and Configuration Application Version 1.0.0", "###",
+                   "---",
+                   Record("000011",
+                          "5A45502D4831353132"
+                          "30343035"
+                          "30323031"),
+                   Record("2B0702", "AABB"), Record("150014", Count(0, 13) + "8E" + Count(15, 19)),
+                   Record("150112", Count(20, 31) + "80" + Count(33, 37)),
+                   Record("050005", "00010203E4")}) +
+                texts +
+                Lines({"~~~", Record("000001", "77"), "Insert Common Dynamic Item Here",
+                       Record("050005", "05060708E4")}) +
+                texts);
+  EXPECT_THAT(LogText(), HasSubstr("Upgrading personality data v401 -> v405\nDefault settings read "
+                                   "from " +
+                                   test_.folder.Path("default.ops") + "\n"));
   EXPECT_THAT(LogText(), EndsWith("Personality data version is now v405\n"));
 }
 
@@ -308,78 +276,47 @@ TEST_F(Conversion, WritesUpToDateDataAllTheSame) {
 }
 
 TEST_F(Conversion, FailsWithOneLineAndNoFile) {
-  const auto nothing = [](testing::TestSession&, PersonalityRequest&) {};
-  const struct {
-    const char* name;
-    const char* new_version;
-    std::function<void(testing::TestSession&, PersonalityRequest&)> spoil;
-    std::string last_line;
-  } rows[] = {
-      {"too old", "0204", nothing, "v204 is not supported"},
-      {"too new", "0406", nothing, "v406 is not supported"},
-      {"no default settings", "0405",
-       [](auto& test, auto& request) {
-         request.default_file = test.folder.Path("gone.ops");
-         test.user.WillAnswer("Cannot find gone.ops would you like", Answer::kNo);
-       },
-       "Could not locate default.ops"},
-      {"default settings damaged", "0405",
-       [](auto& test, auto&) {
-         test.folder.Write("default.ops", DataFileOf({kIdentity402, "150001FF00"}));
-       },
-       "Could read default settings "},
-      {"saved file gone", "0405",
-       [](auto& test, auto& request) { request.saved_file = test.folder.Path("gone.ops"); },
-       "Could not locate FOLDER"},
-      {"saved file cut off", "0405",
-       [](auto& test, auto&) {
-         test.folder.Write("saved.ops", DataFileOf({kIdentity402, "0500"}));
-       },
-       "Could not locate FOLDER"},
-      {"no folder to write to", "0405",
-       [](auto& test, auto&) { test.folder.Write("upgrade", "a file"); },
-       "Could not write FOLDERupgrade/saved.ops"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    testing::TestSession test;
-    UpgradeLog log(test.session, test.folder.Path("upgrade.log"));
-    test.folder.Write("default.ops", DataFileOf({kIdentity402}));
-    PersonalityRequest request{
-        .old_version = "0402",
-        .new_version = row.new_version,
-        .saved_file = test.folder.Write("saved.ops", DataFileOf({kIdentity402})),
-        .converted_file = test.folder.Path("upgrade/saved.ops"),
-        .default_file = test.folder.Path("default.ops")};
-    row.spoil(test, request);
-    EXPECT_FALSE(ConvertPersonalityData(test.session, log, request));
-    EXPECT_NE(test.session.failure, services::Failure::kNone);
-    EXPECT_FALSE(test.folder.Read("upgrade/saved.ops"));
-    std::string last_line = row.last_line;
+  // What is wrong, new version, a file that is written or with "-" removed, the log's last line.
+  for (const char* row :
+       {"too old|0204|other.ops|x|v204 is not supported",
+        "too new|0406|other.ops|x|v406 is not supported",
+        "no default settings|0405|default.ops|-|Could not locate default.ops",
+        "default settings damaged|0405|default.ops|150001FF00|Could read default settings ",
+        "saved file gone|0405|saved.ops|-|Could not locate FOLDER/",
+        "saved file cut off|0405|saved.ops|0500|Could not locate FOLDER/",
+        "no folder to write to|0405|upgrade|x|Could not write FOLDER/upgrade/saved.ops"}) {
+    const std::vector<std::string> fields = Fields(row);
+    SCOPED_TRACE(fields[0]);
+    PersonalityRequest request = Request(fields[1]);
+    test_.folder.Write(fields[2], DataFileOf({kIdentity402, fields[3]}));
+    if (fields[3] == "-") std::filesystem::remove(test_.folder.Path(fields[2]));
+    if (fields[4] == "Could not locate default.ops")
+      test_.user.WillAnswer("Cannot find default.ops would you like", Answer::kNo);
+    test_.session.ClearFlags();
+    EXPECT_FALSE(ConvertFile(request));
+    EXPECT_NE(test_.session.failure, services::Failure::kNone);
+    EXPECT_FALSE(test_.folder.Read("upgrade/saved.ops"));
+    std::string last_line = fields[4];
     if (const std::size_t at = last_line.find("FOLDER"); at != std::string::npos)
-      last_line.replace(at, 6, test.folder.Path(""));
-    EXPECT_THAT(test.folder.Read("upgrade.log").value_or(""), EndsWith("  " + last_line + "\n"));
+      last_line.replace(at, 6, test_.folder.Path());
+    EXPECT_THAT(LogText(), EndsWith("\n" + last_line + "\n"));
   }
 }
 
 TEST_F(Conversion, FindsTheDefaultSettings) {
-  const auto set = [this](const std::string& value) {
-    test_.settings.AppSaveUserSetting(services::AppType::kDownload, "DefaultDataPath", value);
-  };
-  test_.settings.AppSaveUserSetting(services::AppType::kConventional, "ApplicationPath",
+  using services::AppType;
+  test_.settings.AppSaveUserSetting(AppType::kConventional, "ApplicationPath",
                                     test_.folder.Path("suite"));
-  test_.settings.AppSaveUserSetting(services::AppType::kConventional, "Application",
-                                    "prog/zepprog");
-  const std::string in_program_folder = test_.folder.Path("suite/prog/default.ops");
-  const std::string mine = test_.folder.Write("mine/default.ops", "");
-  const std::string other = test_.folder.Write("mine/other.ops", "");
-  EXPECT_EQ(FindDefaultSettings(test_.session), in_program_folder);
-  set(other);
-  EXPECT_EQ(FindDefaultSettings(test_.session), other);
-  set(test_.folder.Path("mine"));
-  EXPECT_EQ(FindDefaultSettings(test_.session), mine);
-  set(test_.folder.Path("mine/gone.ops"));
-  EXPECT_EQ(FindDefaultSettings(test_.session), in_program_folder);
+  test_.settings.AppSaveUserSetting(AppType::kConventional, "Application", "prog/zepprog");
+  test_.folder.Write("mine/default.ops", "");
+  test_.folder.Write("mine/other.ops", "");
+  for (const char* row : {"|suite/prog/default.ops", "mine/other.ops|mine/other.ops",
+                          "mine|mine/default.ops", "mine/gone.ops|suite/prog/default.ops"}) {
+    const std::vector<std::string> fields = Fields(row);
+    test_.settings.AppSaveUserSetting(AppType::kDownload, "DefaultDataPath",
+                                      fields[0].empty() ? "" : test_.folder.Path(fields[0]));
+    EXPECT_EQ(FindDefaultSettings(test_.session), test_.folder.Path(fields[1])) << row;
+  }
 }
 
 // One line a difference: network, item, record, byte, before, after.
@@ -493,20 +430,13 @@ TEST_F(Conversion, ChainsCalibrationStepsBothWays) {
 }
 
 TEST_F(Conversion, RenewsTheChecksumOfTheSameVersion) {
-  const struct {
-    const char* name;
-    std::string before;
-    std::string checksum;
-  } rows[] = {
-      {"version 102", Count(0, 0x8A) + "FFFF", "2577"},
-      {"a sum of 12345 keeps its last digits", Repeat("FF", 292) + "69" + "0000", "2345"},
-      {"a sum of 0", Repeat("00", 139) + "ABCD", "0000"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    std::string data = row.before;
+  // The second sum is 12345: its last four digits count.
+  for (const auto& [before, checksum] :
+       {std::pair(Count(0, 0x8A), "2577"), std::pair(Repeat("FF", 292) + "69", "2345"),
+        std::pair(Repeat("00", 139), "0000")}) {
+    std::string data = before + "ABCD";
     EXPECT_TRUE(ConvertCalibrationDatabase(test_.session, data, 102, 102));
-    EXPECT_EQ(data, row.before.substr(0, row.before.size() - 4) + row.checksum);
+    EXPECT_EQ(data, before + checksum);
   }
 }
 
@@ -520,52 +450,36 @@ TEST_F(Conversion, RefusesCalibrationVersionsThatItDoesNotKnow) {
 }
 
 TEST_F(Conversion, AppendsCalibrationRecordsToTheDataFile) {
-  const struct {
-    std::size_t characters;
-    std::vector<std::string> records;
-  } rows[] = {
-      {64, {Record("2C0020", Count(0, 31))}},
-      {66, {Record("2C0020", Count(0, 31)), Record("2C0101", "20")}},
-      {282,
-       {Record("2C0020", Count(0, 31)), Record("2C0120", Count(32, 63)),
-        Record("2C0220", Count(64, 95)), Record("2C0320", Count(96, 127)),
-        Record("2C040D", Count(128, 140))}},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.characters);
-    const std::string path = test_.folder.Write("data.ops", "X\r\n");
-    const std::string data = Count(0, 140).substr(0, row.characters);
-    EXPECT_TRUE(AddCalibrationDataToFile(test_.session, path, "2C", data));
-    EXPECT_EQ(test_.folder.Read("data.ops"), "X\r\n" + Lines(row.records));
+  const std::vector<std::string> records = {
+      Record("2C0020", Count(0, 31)), Record("2C0120", Count(32, 63)),
+      Record("2C0220", Count(64, 95)), Record("2C0320", Count(96, 127))};
+  const std::string path = test_.folder.Path("data.ops");
+  for (const auto& [bytes, whole, last] :
+       {std::tuple(32, 1, std::string()), std::tuple(33, 1, Record("2C0101", "20")),
+        std::tuple(141, 4, Record("2C040D", Count(128, 140)))}) {
+    test_.folder.Write("data.ops", "X\r\n");
+    EXPECT_TRUE(AddCalibrationDataToFile(test_.session, path, "2C", Count(0, bytes - 1)));
+    EXPECT_EQ(test_.folder.Read("data.ops"), "X\r\n" +
+                                                 Lines({records.begin(), records.begin() + whole}) +
+                                                 (last.empty() ? "" : last + "\r\n"));
   }
   EXPECT_FALSE(AddCalibrationDataToFile(test_.session, test_.folder.Path("gone.ops"), "2C", "00"));
 }
 
 TEST_F(Conversion, TakesCalibrationFromTheItemOfTheModel) {
-  using radiodb::RadioType;
-  const struct {
-    const char* name;
-    radiodb::RadioModel model;
-    std::vector<std::string> lines;
-    std::string item;
-    std::string data;
-  } rows[] = {
-      {"tier 2",
-       {2, RadioType::kTrunked},
-       {"4700020102FF", "2C000103FF", "47010104FF"},
-       "47",
-       "010204"},
-      {"another tier", {1, RadioType::kConventional}, {"4700020102FF", "2c000103FF"}, "2C", "03"},
-      {"a trunked radio of another tier", {7, RadioType::kTrunked}, {"4700020102FF"}, "47", "0102"},
-      {"a conventional radio of tier 2", {2, RadioType::kConventional}, {"2C000103FF"}, "2C", "03"},
-      {"none", {7, RadioType::kTrunked}, {"15000103FF"}, "2C", ""},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
+  // Tier, type, lines of the file, the item and its data.
+  for (const char* row :
+       {"2|2|4700020102FF 2C000103FF 47010104FF|47|010204", "1|1|4700020102FF 2c000103FF|2C|03",
+        "7|2|4700020102FF|47|0102", "2|1|2C000103FF|2C|03", "7|2|15000103FF|2C|"}) {
+    const std::vector<std::string> fields = Fields(row);
     radiodb::DataFile file;
-    for (const std::string& line : row.lines) file.lines.push_back({1, line});
-    EXPECT_EQ(CalibrationItemIn(file, row.model), row.item);
-    EXPECT_EQ(GetCalibrationData(file, row.item), row.data);
+    std::istringstream lines(fields[2]);
+    for (std::string line; lines >> line;) file.lines.push_back({1, line});
+    EXPECT_EQ(
+        CalibrationItemIn(file, {std::stoi(fields[0]), radiodb::RadioType{std::stoi(fields[1])}}),
+        fields[3])
+        << row;
+    EXPECT_EQ(GetCalibrationData(file, fields[3]), fields[4]) << row;
   }
 }
 

@@ -248,95 +248,79 @@ TEST(AutomaticUpgrade, AsksForRadiosThatSwitchThemselvesOff) {
 }
 
 TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
-  const struct {
-    const char* name;
-    const char* radio;
-    const char* orders;
-    const char* outcome;
-    std::string log;  // its last lines but the final report
-    bool flashed = false;
-  } rows[] = {
-      {"no port", "", "inactive", "failed 2",
-       "Upgrade process started.|Could not initialise comms|"},
-      {"silent at once", ",fault=silent@caret", "", "comms error 3",
-       "Could not read radio configuration|"},
-      {"firmware unknown", ",firmware=0333", "", "failed 1",
-       "Unsupported firmware version in the radio please upgrade manually|"},
-      {"up to date", ",firmware=0126", "", "up to date 0",
-       "Firmware is up-to-date. Upgrade not required|"},
-      {"no image", ",firmware=0303", "no Cannot find PP11PhaseII.bin", "failed 5",
-       "Firmware file could not be located|"},
-      {"image corrupt", "", "write PP11PhaseI.bin short", "failed 5", "Firmware file is corrupt|"},
-      {"silent while it is read", ",fault=silent@read:9", "", "comms error 3",
-       "Could not save personality data|"},
-      {"an earlier file is to stay", "",
-       "write database/10000125v0400.ops mine;no Database file for this radio exists, overwrite?",
-       "failed 1", "Could not save personality data|"},
-      {"no folder for the note", "", "write upgrade file", "failed 5",
-       "The saved data could not be verified|"},
-      {"no default settings", "", "remove default.ops;no Cannot find default.ops", "failed 5",
-       "Could not locate default.ops|"},
-      {"default settings damaged", "", "write default.ops 00", "failed 5",
-       "Could read default settings |"},
-      {"no loader", "", "remove bs.tsk", "comms error 5", "Firmware download failed|"},
-      {"silent while it is flashed", ",fault=silent@block:100", "", "comms error 3",
-       "Firmware download failed|"},
-      {"does not come back", ",fault=silent@prompt:4", "", "comms error 3",
-       "Could not read radio configuration|", true},
-      {"comes back with a newer database", "", "image PP11PhaseI.bin 11 0126 0406 0103", "failed 1",
-       "Upgrading personality data v400 -> v406|v406 is not supported|", true},
-      {"comes back with an older database", "",
-       "image PP11PhaseI.bin 11 0126 0399 0103;no is now 399, older than the 400 of", "failed 1",
-       "The radio's database version is older than that of its saved data|", true},
-      {"comes back with unknown calibration", "", "image PP11PhaseI.bin 11 0126 0405 0104",
-       "failed 5", "Upgrading calibration data v100 -> v104|Could not upgrade calibration data|",
-       true},
-      {"refuses a record", ",fault=brace@write:30=C10", "", "comms error 4",
-       "Attempting to reprogram personality|Could not reprogram personality|", true},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    UpgradeBench bench(row.radio, row.orders);
-    EXPECT_EQ(bench.Upgrade(), row.outcome);
+  // Name, options of the radio, orders, outcome, whether the flash holds the image afterwards, the
+  // log's last lines but the final report.
+  for (const char* row :
+       {"no port||inactive|failed 2|no|Could not initialise comms",
+        "silent at once|,fault=silent@caret||comms error 3|no|Could not read radio configuration",
+        "firmware unknown|,firmware=0333||failed 1|no|"
+        "Unsupported firmware version in the radio please upgrade manually",
+        "up to date|,firmware=0126||up to date 0|no|Firmware is up-to-date. Upgrade not required",
+        "no image|,firmware=0303|no Cannot find PP11PhaseII.bin|failed 5|no|"
+        "Firmware file could not be located",
+        "image corrupt||write PP11PhaseI.bin short|failed 5|no|Firmware file is corrupt",
+        "silent while it is read|,fault=silent@read:9||comms error 3|no|Could not save personality "
+        "data",
+        "an earlier file is to stay||write database/10000125v0400.ops mine;"
+        "no Database file for this radio exists, overwrite?|failed 1|no|Could not save personality "
+        "data",
+        "no folder for the note||write upgrade file|failed 5|no|The saved data could not be "
+        "verified",
+        "no default settings||remove default.ops;no Cannot find default.ops|failed 5|no|"
+        "Could not locate default.ops",
+        "default settings damaged||write default.ops 00|failed 5|no|Could read default settings ",
+        "no loader||remove bs.tsk|comms error 5|no|Firmware download failed",
+        "silent while it is flashed|,fault=silent@block:100||comms error 3|no|Firmware download "
+        "failed",
+        "does not come back|,fault=silent@prompt:4||comms error 3|yes|Could not read radio "
+        "configuration",
+        "newer database||image PP11PhaseI.bin 11 0126 0406 0103|failed 1|yes|"
+        "Upgrading personality data v400 -> v406|v406 is not supported",
+        "older database||image PP11PhaseI.bin 11 0126 0399 0103;no is now 399, older than the 400 "
+        "of|"
+        "failed 1|yes|The radio's database version is older than that of its saved data",
+        "unknown calibration||image PP11PhaseI.bin 11 0126 0405 0104|failed 5|yes|"
+        "Upgrading calibration data v100 -> v104|Could not upgrade calibration data",
+        "refuses a record|,fault=brace@write:30=C10||comms error 4|yes|Could not reprogram "
+        "personality"}) {
+    const std::vector<std::string> fields = testing::Fields(row);
+    SCOPED_TRACE(fields[0]);
+    UpgradeBench bench(fields[1], fields[2]);
+    EXPECT_EQ(bench.Upgrade(), fields[3]);
     EXPECT_FALSE(bench.session.DownloadError);
-    EXPECT_EQ(bench.Flashed(), row.flashed);
+    EXPECT_EQ(bench.Flashed(), fields[4] == "yes");
     EXPECT_EQ(bench.Note(), bench.Started());
-    std::string last = row.log;
-    if (row.outcome[0] == 'c')
-      last += "There was a comms error - The upgrade process did not complete|";
-    if (row.outcome[0] == 'f') last += "The upgrade process did not complete successfully|";
+    std::string last;
+    for (std::size_t line = 5; line < fields.size(); ++line) last += "|" + fields[line];
+    if (fields[3][0] == 'c')
+      last += "|There was a comms error - The upgrade process did not complete";
+    if (fields[3][0] == 'f') last += "|The upgrade process did not complete successfully";
     const std::string where = std::string(kDataFile) + " and " + kCalibrationFile;
     if (bench.Started()) {
-      last += "The radio's data is in " + where + "|";
+      last += "|The radio's data is in " + where;
       EXPECT_THAT(bench.Boxes(), HasSubstr("The data of this radio is in " + where));
       EXPECT_THAT(bench.folder.Read(kDataFile).value_or(""), HasSubstr("\r\n3000142F"));
     }
-    EXPECT_THAT(bench.Log(), EndsWith(last));
+    EXPECT_THAT(bench.Log(), EndsWith(last + "|"));
   }
 }
 
 TEST(AutomaticUpgrade, AbortsAtTheNextStep) {
-  const struct {
-    const char* step;
-    const char* last_line;
-    bool flashed;
-  } rows[] = {
-      {"Locating firmware file", "Could not read radio configuration", false},
-      {"Saving personality and calibration data", "Could not save personality data", false},
-      {"transfer", "Firmware download complete. Version is now v0126", true},
-      {"Converting the radio's data", "Personality data version is now v405", true},
-      {"Attempting to reprogram personality", "Could not reprogram personality", true},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.step);
+  for (const char* row :
+       {"Locating firmware file|Could not read radio configuration|no",
+        "Saving personality and calibration data|Could not save personality data|no",
+        "transfer|Firmware download complete. Version is now v0126|yes",
+        "Converting the radio's data|Personality data version is now v405|yes",
+        "Attempting to reprogram personality|Could not reprogram personality|yes"}) {
+    const std::vector<std::string> fields = testing::Fields(row);
+    SCOPED_TRACE(fields[0]);
     UpgradeBench bench;
     bench.view.on_step = [&](const std::string& step) {
-      if (step == row.step) bench.upgrade.Cancel();
+      if (step == fields[0]) bench.upgrade.Cancel();
     };
     EXPECT_EQ(bench.Upgrade(), "aborted 6");
-    EXPECT_THAT(bench.Log(),
-                HasSubstr("|" + std::string(row.last_line) + "|The upgrade process was aborted|"));
-    EXPECT_EQ(bench.Flashed(), row.flashed);
+    EXPECT_THAT(bench.Log(), HasSubstr("|" + fields[1] + "|The upgrade process was aborted|"));
+    EXPECT_EQ(bench.Flashed(), fields[2] == "yes");
   }
 }
 
@@ -454,91 +438,39 @@ TEST(AutomaticUpgrade, SurvivesEveryFaultAtEveryStep) {
 }
 
 TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
-  const struct {
-    const char* name;
-    const char* versions;  // of the new firmware's database and calibration
-    UpgradeSelections selections;
-    const char* orders;
-    int failure;
-    int files;                // saved
-    std::size_t calibration;  // bytes in the radio afterwards
-    const char* last_box;
-  } rows[] = {
-      {"nothing but the firmware",
-       "0400 0100",
-       {false, false, true, true},
-       "",
-       0,
-       0,
-       130,
-       "Completed"},
-      {"personality", "0400 0100", {true, false, true, true}, "", 0, 1, 130, "Completed"},
-      {"calibration", "0400 0102", {false, true, true, true}, "", 0, 1, 141, "Completed"},
-      {"both",
-       "0400 0102",
-       {true, true, true, true},
-       "",
-       0,
-       2,
-       141,
-       "Completed downloading firmware"},
-      {"calibration not to be converted",
-       "0400 0102",
-       {true, true, false, true},
-       "",
-       1,
-       2,
-       141,
-       "was not written back. It is in"},
-      {"incompatible database",
-       "0405 0100",
-       {true, true, true, true},
-       "yes Start the programming",
-       1,
-       2,
-       130,
-       "The programming application was not found"},
-      {"no offer",
-       "0405 0100",
-       {true, true, true, false},
-       "",
-       1,
-       2,
-       130,
-       "Database versions incompatible. Please use the Programming Application"},
-      {"no firmware file",
-       "0400 0100",
-       {true, true, true, true},
-       "remove PP11PhaseI.bin",
-       5,
-       0,
-       130,
-       "Please select a valid file to down load."},
-      {"data not secure",
-       "0400 0100",
-       {true, true, true, true},
-       "write upgrade file",
-       5,
-       2,
-       130,
-       "so the radio keeps its firmware"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
-    UpgradeBench bench(
-        "", std::string("image PP11PhaseI.bin 11 0126 ") + row.versions + ";" + row.orders);
-    SaveUpgradeSelections(bench.session, row.selections);
-    EXPECT_EQ(
-        UpgradeManually(bench.firmware, bench.db, bench.view, LoadUpgradeSelections(bench.session)),
-        row.failure == 0);
-    EXPECT_EQ(static_cast<int>(bench.session.failure), row.failure);
-    EXPECT_EQ(bench.Flashed(), row.failure != 5);
-    EXPECT_EQ(
-        bench.folder.Read(kDataFile).has_value() + bench.folder.Read(kCalibrationFile).has_value(),
-        row.files);
-    EXPECT_EQ(bench.Item(0x2C).size(), row.calibration);
-    EXPECT_THAT(bench.user.messages.back().text, HasSubstr(row.last_box));
-    EXPECT_EQ(bench.Note(), row.failure == 1);
+  // Name, versions of the new firmware's database and calibration, the four check boxes, orders;
+  // then failure, files saved and bytes of calibration in the radio, and a part of the last box.
+  for (const char* row :
+       {"nothing but the firmware|0400 0100|0011||0 0 130|Completed downloading firmware",
+        "personality|0400 0100|1011||0 1 130|Completed downloading firmware",
+        "calibration|0400 0102|0111||0 1 141|Completed downloading firmware",
+        "both|0400 0102|1111||0 2 141|Completed downloading firmware",
+        "calibration not to be converted|0400 0102|1101||1 2 141|was not written back. It is in",
+        "incompatible database|0405 0100|1111|yes Start the programming|1 2 130|"
+        "The programming application was not found",
+        "no offer|0405 0100|1110||1 2 130|"
+        "Database versions incompatible. Please use the Programming Application",
+        "no firmware file|0400 0100|1111|remove PP11PhaseI.bin|5 0 130|"
+        "Please select a valid file to down load.",
+        "data not secure|0400 0100|1111|write upgrade file|5 2 130|so the radio keeps its "
+        "firmware"}) {
+    const std::vector<std::string> fields = testing::Fields(row);
+    SCOPED_TRACE(fields[0]);
+    UpgradeBench bench("", "image PP11PhaseI.bin 11 0126 " + fields[1] + ";" + fields[3]);
+    const auto box = [&](std::size_t number) { return fields[2][number] == '1'; };
+    SaveUpgradeSelections(bench.session, {box(0), box(1), box(2), box(3)});
+    const bool done =
+        UpgradeManually(bench.firmware, bench.db, bench.view, LoadUpgradeSelections(bench.session));
+    const int failure = static_cast<int>(bench.session.failure);
+    const int files =
+        bench.folder.Read(kDataFile).has_value() + bench.folder.Read(kCalibrationFile).has_value();
+    EXPECT_EQ(std::to_string(failure) + " " + std::to_string(files) + " " +
+                  std::to_string(bench.Item(0x2C).size()),
+              fields[4]);
+    EXPECT_EQ(done, failure == 0);
+    EXPECT_EQ(bench.Flashed(), failure != 5);
+    EXPECT_EQ(bench.Note(), failure == 1);
+    EXPECT_THAT(bench.user.messages.back().text, HasSubstr(fields[5]));
   }
   EXPECT_TRUE(LoadUpgradeSelections(testing::TestSession().session).SaveMain);
 }

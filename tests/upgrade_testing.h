@@ -1,7 +1,8 @@
-// Files of radio data for the tests of upgrades, written line by line.
+// Files of radio data for the tests of upgrades, written line by line, and tables of texts.
 #pragma once
 
 #include <cstdio>
+#include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,14 @@ inline const std::string kIdentity402 = Record("000011",
                                                "5A45502D4831353132"
                                                "30343032"
                                                "30323031");
+
+// The fields of a row: "one|two||four".
+inline std::vector<std::string> Fields(const std::string& row) {
+  std::vector<std::string> fields;
+  std::istringstream all(row + "|");
+  for (std::string field; std::getline(all, field, '|');) fields.push_back(field);
+  return fields;
+}
 
 inline std::string Lines(const std::vector<std::string>& lines) {
   std::string text;
