@@ -24,18 +24,24 @@ constexpr int kNarrowestBar = 8;
 
 double Seconds(Duration duration) { return std::chrono::duration<double>(duration).count(); }
 
-// "0.4 s", "0:42", "1:02:03"
+// "0:42", "1:02:03"
 std::string Time(double seconds) {
   const auto total = static_cast<long>(seconds + 0.5);
   std::array<char, 32> text{};
-  if (seconds < 10) {
-    std::snprintf(text.data(), text.size(), "%.1f s", seconds);
-  } else if (total < 3600) {
+  if (total < 3600) {
     std::snprintf(text.data(), text.size(), "%ld:%02ld", total / 60, total % 60);
   } else {
     std::snprintf(text.data(), text.size(), "%ld:%02ld:%02ld", total / 3600, total / 60 % 60,
                   total % 60);
   }
+  return text.data();
+}
+
+// The same, and "4.2 s"
+std::string TimeTaken(double seconds) {
+  if (seconds >= 10) return Time(seconds);
+  std::array<char, 32> text{};
+  std::snprintf(text.data(), text.size(), "%.1f s", seconds);
   return text.data();
 }
 
@@ -106,7 +112,7 @@ void ProgressMeter::SetValue(int value) {
 void ProgressMeter::Tick() {
   if (!draws_bar_ || text_.empty()) return;
   const Duration now = Now();
-  if (columns_drawn_ > 0 && now - last_shown_ < kBetweenDrawings) return;
+  if (!drawn_.empty() && now - last_shown_ < kBetweenDrawings) return;
   last_shown_ = now;
   Draw(BarLine(false));
 }
@@ -118,10 +124,10 @@ void ProgressMeter::ShowLine(const std::string& line) {
 }
 
 void ProgressMeter::StepAside() {
-  if (columns_drawn_ == 0) return;
+  if (drawn_.empty()) return;
   // Of the whole line, since the terminal shows "^C" behind the bar.
   console_.WriteError("\r" + PadTo("", console_.Width() - 1) + "\r");
-  columns_drawn_ = 0;
+  drawn_.clear();
 }
 
 // Time that the user takes for an answer is not the job's.
@@ -131,7 +137,7 @@ void ProgressMeter::EndPhase() {
   if (IsMoving() && draws_bar_ && !text_.empty()) {
     Draw(BarLine(true));
     console_.WriteError("\n");
-    columns_drawn_ = 0;
+    drawn_.clear();
   } else {
     StepAside();
     // A count may stop short of its maximum, and a job may fail: the last line tells how far it
@@ -152,26 +158,29 @@ std::string ProgressMeter::RateAndTime(bool at_the_end) const {
   if (const std::uint64_t bytes = bytes_at_last_step_ - bytes_at_start_; bytes > 0)
     text += "  " + Rate(static_cast<double>(bytes) / elapsed);
   if (at_the_end || value_ == maximum_)
-    return text + "  " + NLSFmt(session_, "in %0:s", {Time(elapsed)});
+    return text + "  " + NLSFmt(session_, "in %0:s", {TimeTaken(elapsed)});
   const double left = elapsed * (maximum_ - value_) / value_;
   return text + "  " + NLSFmt(session_, "%0:s left", {Time(left)});
 }
 
 std::string ProgressMeter::BarLine(bool at_the_end) const {
   const int room = console_.Width() - 1;
-  if (maximum_ <= 0) return CutTo(text_, room);
+  if (!IsMoving()) return CutTo(text_, room);
   std::string percent = std::to_string(Percent()) + " %";
   percent.insert(0, 5 - std::min<std::size_t>(percent.size(), 5), ' ');
   const std::string tail = "  " + percent + RateAndTime(at_the_end);
-  const int left = room - DisplayWidth(text_) - DisplayWidth(tail) - 2;
-  if (left < kNarrowestBar) return CutTo(text_, room - DisplayWidth(tail)) + tail;
-  return text_ + "  " + Bar(Percent(), std::min(left, kWidestBar)) + tail;
+  // A bar of one width all the time, whatever stands behind it.
+  const int widest_tail =
+      DisplayWidth("  100 %  9.9 kB/s  " + NLSFmt(session_, "%0:s left", {"00:00"}));
+  const int bar = std::min(room - DisplayWidth(text_) - 2 - widest_tail, kWidestBar);
+  if (bar < kNarrowestBar) return CutTo(text_, room - DisplayWidth(tail)) + tail;
+  return CutTo(text_ + "  " + Bar(Percent(), bar) + tail, room);
 }
 
 void ProgressMeter::Draw(const std::string& line) {
-  const int columns = DisplayWidth(line);
-  console_.WriteError("\r" + PadTo(line, columns_drawn_));
-  columns_drawn_ = columns;
+  if (line == drawn_) return;
+  console_.WriteError("\r" + PadTo(line, DisplayWidth(drawn_)));
+  drawn_ = line;
 }
 
 void ProgressMeter::ShowPlainLines() {

@@ -65,7 +65,7 @@ class ProgressMeter {
   std::uint64_t bytes_at_last_step_ = 0;
 
   platform::Duration last_shown_{};
-  int columns_drawn_ = 0;   // of the bar that is on the terminal
+  std::string drawn_;       // what stands in the terminal's last line
   int percent_shown_ = -1;  // in the last plain line
 };
 

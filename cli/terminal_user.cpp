@@ -49,6 +49,11 @@ void TerminalUser::PumpEvents() {
   progress_->Tick();
 }
 
+void TerminalUser::EnableCancel(bool enabled) {
+  cancel_enabled_ = enabled;
+  if (enabled && cancel_action_) PumpEvents();
+}
+
 void TerminalUser::Cancel() {
   interrupts_ = 0;
   cancelling_ = true;

@@ -36,8 +36,8 @@ class TerminalUser final : public services::User {
 
   // What Ctrl-C does; without one it cancels the job. The action may ask the user.
   void SetCancelAction(std::function<void()> action) { cancel_action_ = std::move(action); }
-  // While Cancel is disabled an interrupt is kept.
-  void EnableCancel(bool enabled) { cancel_enabled_ = enabled; }
+  // While Cancel is disabled an interrupt is kept; it is acted upon at once when it is enabled.
+  void EnableCancel(bool enabled);
   // Whether the user broke off a question with Ctrl-C.
   bool BrokeOff() const { return broke_off_; }
 

@@ -1,0 +1,159 @@
+// zepctl run inside the test: on simulated radios that can be looked at afterwards, on a virtual
+// clock, at a terminal that is written down.
+//
+//   Zepctl zepctl;
+//   zepctl.console.Type("y");                       // at the next question, on a terminal
+//   EXPECT_EQ(zepctl.Run({"-p", "sim:trunked", "read", "a.omn"}), 0);
+//   EXPECT_EQ(zepctl.Out(), "...");
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "cli/zepctl.h"
+#include "simulator/samples.h"
+#include "simulator/simulated_port.h"
+#include "tests/testing.h"
+
+namespace zep::testing {
+
+class TestConsole final : public cli::Console {
+ public:
+  std::string out;
+  std::string err;
+  bool is_terminal = false;
+  int width = 80;
+  // Called at each look for interrupts, by its number from 1; returns how many there are.
+  std::function<int(int look)> interrupts;
+
+  // What the user types at the next question: a line, or Ctrl-C.
+  void Type(std::string line) { typed_.emplace_back(std::move(line)); }
+  void TypeCtrlC() { typed_.emplace_back(std::nullopt); }
+
+  void WriteOutput(std::string_view text) override { out += text; }
+  void WriteError(std::string_view text) override { err += text; }
+  bool ShowsToPerson() const override { return is_terminal; }
+  bool CanAsk() const override { return is_terminal; }
+  int Width() const override { return width; }
+  std::optional<std::string> ReadLine() override {
+    EXPECT_FALSE(typed_.empty()) << "nothing is typed at: " << err;
+    if (typed_.empty()) return std::nullopt;
+    std::optional<std::string> line = std::move(typed_.front());
+    typed_.pop_front();
+    if (!line) ++ctrl_c_;
+    if (line) err += *line + "\n";
+    return line;
+  }
+  int TakeInterrupts() override {
+    return std::exchange(ctrl_c_, 0) + (interrupts ? interrupts(++looks_) : 0);
+  }
+
+ private:
+  std::deque<std::optional<std::string>> typed_;
+  int ctrl_c_ = 0;
+  int looks_ = 0;
+};
+
+// A port that belongs to the test and outlives the program.
+class LentPort final : public platform::SerialPort {
+ public:
+  explicit LentPort(platform::SerialPort& port) : port_(port) {}
+
+  std::string Device() const override { return port_.Device(); }
+  platform::SystemError Open() override { return port_.Open(); }
+  void Close() override { port_.Close(); }
+  bool IsOpen() const override { return port_.IsOpen(); }
+  platform::SystemError SetSettings(std::string_view text) override {
+    return port_.SetSettings(text);
+  }
+  std::size_t InputCount() override { return port_.InputCount(); }
+  std::size_t OutputCount() override { return port_.OutputCount(); }
+  void ClearInput() override { port_.ClearInput(); }
+  void ClearOutput() override { port_.ClearOutput(); }
+  std::optional<std::uint8_t> Read() override { return port_.Read(); }
+  void Write(std::span<const std::uint8_t> bytes) override { port_.Write(bytes); }
+  void WaitForInput(platform::Duration longest) override { port_.WaitForInput(longest); }
+  void WaitForOutput(platform::Duration longest) override { port_.WaitForOutput(longest); }
+  platform::SystemError TakeError() override { return port_.TakeError(); }
+
+ private:
+  platform::SerialPort& port_;
+};
+
+class Zepctl {
+ public:
+  Zepctl() {
+    folder.Write("bs.tsk", Text(simulator::SampleFirstLoader()));
+    folder.Write("dl.tsk", Text(simulator::SampleSecondLoader()));
+  }
+
+  TempFolder folder;  // the application folder
+  platform::VirtualClock clock;
+  TestConsole console;
+  platform::MemoryHive user_hive;
+  std::vector<platform::SerialDeviceInfo> devices;
+
+  // The exit status. Outputs begin anew; in them the folder's name is "FOLDER".
+  int Run(std::vector<std::string> arguments) {
+    console.out.clear();
+    console.err.clear();
+    arguments.insert(arguments.begin(), {"--application-folder", folder.Path()});
+    platform::MemoryHive machine_hive;
+    const cli::ExitStatus status = cli::RunZepctl(
+        arguments, {.console = console,
+                    .clock = clock,
+                    .user_hive = user_hive,
+                    .machine_hive = machine_hive,
+                    .make_port = [this](const std::string& device) { return MakePort(device); },
+                    .list_devices = [this] { return devices; }});
+    return static_cast<int>(status);
+  }
+  std::string Out() const { return WithoutFolder(console.out); }
+  std::string Err() const { return WithoutFolder(console.err); }
+
+  // The radio of a device that a run has used.
+  simulator::SimulatedRadio& Radio(const std::string& device) { return ports_.at(device)->Radio(); }
+  // Every byte that has gone to and from the radios so far.
+  std::string ToRadios() const { return to_radios_; }
+
+  static std::string Text(const simulator::Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
+  // A sample image in the folder.
+  std::string WriteImage(std::string_view name) const {
+    for (const simulator::SampleImage& image : simulator::SampleImages()) {
+      if (image.name == name) return folder.Write(name, Text(simulator::MakeSampleImage(image)));
+    }
+    ADD_FAILURE() << "no sample " << name;
+    return {};
+  }
+
+ private:
+  std::unique_ptr<platform::SerialPort> MakePort(const std::string& device) {
+    if (!simulator::IsSimulatedDevice(device)) return cli::MakePort(device, clock);
+    std::unique_ptr<simulator::SimulatedPort>& port = ports_[device];
+    if (!port) {
+      port = std::move(*simulator::MakeSimulatedPort(device, clock).value);
+      port->SetListener([this](const simulator::WireByte& byte) {
+        if (!byte.from_radio) to_radios_ += static_cast<char>(byte.value);
+      });
+    }
+    return std::make_unique<LentPort>(*port);
+  }
+  std::string WithoutFolder(std::string text) const {
+    for (std::size_t at = 0; (at = text.find(folder.Path(), at)) != std::string::npos;)
+      text.replace(at, folder.Path().size(), "FOLDER");
+    return text;
+  }
+
+  std::map<std::string, std::unique_ptr<simulator::SimulatedPort>> ports_;
+  std::string to_radios_;
+};
+
+}  // namespace zep::testing
