@@ -24,11 +24,6 @@ using testing::Lines;
 using testing::Record;
 using testing::Repeat;
 
-// A channel of that many bytes whose byte n is n, but for these: byte 7 A5, byte 13 3F, byte 14 2C.
-std::string Channel(int bytes) {
-  return Count(0, 6) + "A5" + Count(8, 12) + "3F2C" + Count(15, bytes - 1);
-}
-
 class Conversion : public ::testing::Test {
  protected:
   std::string LogText() {
@@ -120,63 +115,41 @@ TEST_F(Conversion, HasTheDisplayTextsByteForByte) {
       EndsWith("5349474E414CFEFE205354415420FE4E4F2053544154FE4C4F434B4544FE41444A555354FE"));
 }
 
-TEST_F(Conversion, To400TakesDefaultsAndShortensChannels) {
-  defaults_[5] = "E0E1E2E3E4";
-  defaults_[6] = "F0F1F2F3F4";
-  defaults_[21] = Count(0, 6) + "C7" + Count(8, 12) + "80" + Count(14, 17);
-  ItemArray items;
-  items[5] =
-      "0001020304"
-      "05";
-  items[6] = "1011121314";
-  items[21] = Channel(19) + Channel(19);
-  items[43] = Count(0, 21);
-  const ItemArray converted = Convert(items, 399, 400);
-  EXPECT_EQ(converted[5], "E0010203E405");
-  EXPECT_EQ(converted[6], "10111213F4");
-  // Byte 7 as a whole, bits 6 and 7 of byte 13, without byte 18.
-  EXPECT_EQ(converted[21], Repeat("00010203040506"
-                                  "C7"
-                                  "08090A0B0C"
-                                  "BF"
-                                  "2C"
-                                  "0F1011",
-                                  2));
-  EXPECT_EQ(converted[43], Count(0, 21));
-}
-
-TEST_F(Conversion, To402TakesDefaultsAndReplacesTheDisplayTexts) {
-  defaults_[5] = "E0E1E2E3E4";
-  defaults_[7] = "F0F1F2";
-  ItemArray items;
-  items[5] = "0001020304";
-  items[7] = "1011";
-  items[21] = "FE" + Count(1, 17) + "FF" + Count(1, 17);
-  items[22] = "FE" + Count(1, 12) + Repeat("FE", 16);
-  items[30] = "00FE";
-  const ItemArray converted = Convert(items, 401, 402);
-  EXPECT_EQ(converted[5], "00010203E4");
-  EXPECT_EQ(converted[7], "10F1");
-  EXPECT_EQ(converted[21], items[21]) << "no single byte is the ID 510";
-  EXPECT_EQ(converted[22], items[22]);
-  EXPECT_EQ(converted[30], DisplayTextTable());
+TEST_F(Conversion, TakesEachStepAsItIsWrittenDown) {
+  // The step, the item, its data, the default settings' data, what it becomes.
+  const std::string channel = "00010203040506A508090A0B0C3F2C0F1011";
+  const std::string default_channel = "00010203040506C708090A0B0C80DF0F1011";
+  const std::string bytes = Count(0, 21);
+  for (const std::string& row : std::vector<std::string>{
+           "400|5|000102030405|E0E1E2E3E4|E0010203E405", "400|6|1011121314|F0F1F2F3F4|10111213F4",
+           // Byte 7 as a whole, bits 6 and 7 of byte 13; byte 18 goes.
+           "400|21|" + Repeat(channel + "12", 2) + "|" + default_channel + "12|" +
+               Repeat("00010203040506C708090A0B0CBF2C0F1011", 2),
+           "400|43|" + bytes + "|" + Count(128, 149) + "|" + bytes,
+           "401|5|000102030405|E0E1E2E3E4|000102030405", "402|5|0001020304|E0E1E2E3E4|00010203E4",
+           "402|7|1011|F0F1F2|10F1",
+           // No single byte is ever the ID 510.
+           "402|21|FE" + channel.substr(2) + "FF" + channel.substr(2) + "|" + default_channel +
+               "|FE" + channel.substr(2) + "FF" + channel.substr(2),
+           "402|22|FE" + Count(1, 12) + Repeat("FF", 16) + "|00|FE" + Count(1, 12) +
+               Repeat("FF", 16),
+           "402|30|00FE|01FE|" + DisplayTextTable(),
+           "403|13|" + bytes + "|" + Count(128, 149) + "|" + bytes,
+           // Bits 4 to 7 of byte 14.
+           "403|21|" + Repeat(channel, 2) + "|" + default_channel + "|" +
+               Repeat("00010203040506A508090A0B0C3FDC0F1011", 2),
+           "404|21|" + channel + "|" + default_channel + "|" + channel,
+           "405|21|" + channel + "|" + default_channel + "|" + channel}) {
+    const std::vector<std::string> fields = Fields(row);
+    const std::size_t item = std::stoul(fields[1]);
+    ItemArray items;
+    items[item] = fields[2];
+    defaults_ = {};
+    defaults_[item] = fields[3];
+    const int to = std::stoi(fields[0]);
+    EXPECT_EQ(Convert(items, to - 1, to)[item], fields[4]) << row;
+  }
   EXPECT_EQ(test_.user.Boxes(), "");
-}
-
-TEST_F(Conversion, To403TakesFourBitsOfEveryChannel) {
-  defaults_[21] = Count(0, 13) + "DF" + Count(15, 17);
-  ItemArray items;
-  items[13] = Count(0, 11);
-  items[21] = Channel(18) + Channel(18);
-  const ItemArray converted = Convert(items, 402, 403);
-  EXPECT_EQ(converted[13], Count(0, 11));
-  EXPECT_EQ(converted[21], Repeat("00010203040506"
-                                  "A5"
-                                  "08090A0B0C"
-                                  "3F"
-                                  "DC"
-                                  "0F1011",
-                                  2));
 }
 
 TEST_F(Conversion, RunsTheStepsThatLieBetweenTheVersions) {
@@ -184,7 +157,7 @@ TEST_F(Conversion, RunsTheStepsThatLieBetweenTheVersions) {
   items[0] =
       "5A45502D483135313230343032"
       "30323031";
-  items[21] = Channel(19);
+  items[21] = Count(0, 18);
   items[30] = "00";
   // From, to; then characters of the channel and of the texts, and the version in item 0.
   for (const char* row :
@@ -204,7 +177,7 @@ TEST_F(Conversion, KeepsWhatIsTooShortForAStepAndLogsIt) {
   defaults_[6] = "00000000FF";
   ItemArray items;
   items[5] = "0A";
-  items[21] = Channel(19) + "0102";
+  items[21] = Count(0, 18) + "0102";
   const ItemArray converted = Convert(items, 399, 400);
   EXPECT_EQ(converted[5], "00");
   EXPECT_EQ(converted[6], "");

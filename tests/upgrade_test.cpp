@@ -89,6 +89,9 @@ TEST(FirmwareSelection, FindsAFileWhereTheUserShowsIt) {
   EXPECT_TRUE(GetFile(test.session, folder, name, "")) << "now it is there";
 }
 
+constexpr const char* kDataFile = "database/10000125v0400.ops";
+constexpr const char* kCalibrationFile = "calibration/10000125v0100.ocs";
+
 struct WatchedUpgrade final : UpgradeView {
   void ShowFirmwareFile(const std::string& full_name) override { firmware_file = full_name; }
   void ShowStatus(const std::string& status) override { on_step(status); }
@@ -176,6 +179,10 @@ struct UpgradeBench : testing::TestLink {
   }
   bool Flashed() { return radio().FlashMatches(image); }
   bool Note() const { return folder.Read("upgrade/10000125v0400.ops.unfinished").has_value(); }
+  bool Saved() const {
+    const std::string lines = folder.Read("upgrade.log").value_or("");
+    return lines.find("Personality data saved as: ") != std::string::npos;
+  }
   bool Started() const { return Log().find("|Starting firmware download") != std::string::npos; }
 
   simulator::SimulatedPort* simulated = nullptr;
@@ -186,13 +193,21 @@ struct UpgradeBench : testing::TestLink {
   AutomaticUpgrade upgrade{firmware, db, view};
 };
 
-constexpr const char* kDataFile = "database/10000125v0400.ops";
-constexpr const char* kCalibrationFile = "calibration/10000125v0100.ocs";
-
 TEST(AutomaticUpgrade, UpgradesARadioAndGivesItItsConvertedData) {
   UpgradeBench bench;
   const simulator::Personality before = bench.radio().Data();
+  std::string saved;
+  int looks = 0;
+  bench.user.on_turn = [&](int turn) {
+    if (turn % 20 != 0 || !bench.Saved()) return;
+    const std::string files = bench.folder.Read(kDataFile).value_or("") +
+                              bench.folder.Read(kCalibrationFile).value_or("");
+    if (looks++ == 0) saved = files;
+    EXPECT_TRUE(files == saved && bench.Note()) << "complete as soon as the log says so";
+  };
   EXPECT_EQ(bench.Upgrade(), "succeeded 0");
+  EXPECT_GT(looks, 10);
+  EXPECT_THAT(saved, HasSubstr("\r\n2C0402"));
   EXPECT_EQ(bench.Log(),
             "Upgrade process started.|"
             "Locating firmware file|"
@@ -333,25 +348,6 @@ TEST(AutomaticUpgrade, GoesOnWithoutALog) {
   EXPECT_EQ(bench.Boxes().find("The upgrade log", 40), std::string::npos) << "told once";
 }
 
-TEST(AutomaticUpgrade, HasTheDataSavedWheneverTheLogSaysSo) {
-  UpgradeBench bench;
-  int looks = 0;
-  std::string saved;
-  bench.user.on_turn = [&](int turn) {
-    const std::string log = bench.folder.Read("upgrade.log").value_or("");
-    if (turn % 10 != 0 || log.find("Personality data saved as: ") == std::string::npos) return;
-    const std::string now = bench.folder.Read(kDataFile).value_or("") +
-                            bench.folder.Read(kCalibrationFile).value_or("");
-    if (looks++ == 0) saved = now;
-    if (now == saved && bench.Note()) return;
-    ADD_FAILURE() << log;
-    bench.user.on_turn = nullptr;
-  };
-  EXPECT_EQ(bench.Upgrade(), "succeeded 0");
-  EXPECT_GT(looks, 20);
-  EXPECT_THAT(saved, HasSubstr("\r\n2C0402"));
-}
-
 TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   UpgradeBench bench("",
                      "write database/10000125v0400.ops old data;"
@@ -371,34 +367,27 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
 }
 
 TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
-  const struct {
-    const char* name;
-    const char* file;
-    const char* part;  // a regular expression
-    const char* by;
-    bool relied_on = false;
-  } rows[] = {
-      {"as read", kDataFile, "nothing", "", true},
-      {"cut off", kDataFile, ".{20}\r\n$", ""},
-      {"a record less", kDataFile, "\n070004.*\r\n", "\n"},
-      {"a wrong digit", kDataFile, "\n070004", "\n070104"},
-      {"another radio's model", kDataFile, "\n0000115A45502D4831.*",
-       "\n0000115A45502D4831323130303430303030303043"},
-      {"empty", kCalibrationFile, "[^]*", ""},
-      {"another radio's calibration", kCalibrationFile, "00007D..\r\n2C", "00007E3A\r\n2C"},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.name);
+  // What is wrong, a part of the file as a regular expression, what it becomes, what is said of it.
+  for (const std::string row :
+       {"nothing|ops|none||", "cut off|ops|.{20}\r\n$||is damaged", "empty|ocs|[^]*||is damaged",
+        "a record less|ops|\n070004.*\r|\n|of 107 records",
+        "a wrong digit|ops|\n070004|\n070104|is damaged",
+        "another model|ops|\n0000115A.*|\n0000115A45502D4831323130303430303030303043|does not hold",
+        "another radio|ocs|00007D3B\r\n2C|00007E3A\r\n2C|does not hold"}) {
+    const std::vector<std::string> fields = testing::Fields(row);
+    SCOPED_TRACE(fields[0]);
     UpgradeBench bench;
     bench.db.transfer_kind = radiodb::TransferKind::kBoth;
     ASSERT_TRUE(ReadRadio(bench.db, bench.view.quiet));
-    bench.folder.Write(row.file, std::regex_replace(bench.folder.Read(row.file).value_or(""),
-                                                    std::regex(row.part), row.by));
+    const char* file = fields[1] == "ocs" ? kCalibrationFile : kDataFile;
+    bench.folder.Write(file, std::regex_replace(bench.folder.Read(file).value_or(""),
+                                                std::regex(fields[2]), fields[3]));
+    const bool relied_on = fields[4].empty();
     EXPECT_EQ(SecureSavedData(bench.db, {bench.db.data_file, bench.db.calibration_file}),
-              row.relied_on);
-    EXPECT_EQ(bench.Note(), row.relied_on);
-    EXPECT_EQ(bench.Boxes().find("so the radio keeps its firmware") != std::string::npos,
-              !row.relied_on);
+              relied_on);
+    EXPECT_EQ(bench.Note(), relied_on);
+    EXPECT_THAT(bench.Boxes(), HasSubstr(fields[4]));
+    EXPECT_THAT(bench.Boxes(), HasSubstr(relied_on ? "" : "so the radio keeps its firmware"));
   }
 }
 
