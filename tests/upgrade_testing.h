@@ -35,11 +35,13 @@ inline std::string Record(std::string_view header, std::string_view data) {
   return record + Count(256 - sum % 256, 256 - sum % 256);
 }
 
-// "ZEP-H1512", a conventional radio of model 51, with database version 04.02 and hardware 0201.
-inline const std::string kIdentity402 = Record("000011",
-                                               "5A45502D4831353132"
-                                               "30343032"
-                                               "30323031");
+// The identity record of "ZEP-H1512", a conventional radio of model 51, with hardware 0201 and a
+// database version of four digits.
+inline std::string Identity(std::string_view version) {
+  std::string data = "5A45502D4831353132";
+  for (const char digit : version) data += std::string("3") + digit;
+  return Record("000011", data + "30323031");
+}
 
 // The fields of a row: "one|two||four".
 inline std::vector<std::string> Fields(const std::string& row) {
