@@ -132,8 +132,7 @@ TEST(ItemRecords, FilterLeavesOutItemsByTypeAndKind) {
 TEST(ReadRadio, ConventionalRadioGivesADataFileAndACalibrationFile) {
   ScriptedRadio radio(kConventional, "l| 0003011528|01012C|>");
   EXPECT_EQ(radio.Read(kBoth), "done ^#r00|r2A|r27|l|r01|r15|r2C|^\n");
-  EXPECT_EQ(radio.db.identity.model_string, "ZEP-H1510");
-  EXPECT_EQ(radio.port(1).settings, std::vector<std::string>{"9600,n,8,1"});
+  EXPECT_EQ(radio.db.identity.model_string + radio.port(1).settings[0], "ZEP-H15109600,n,8,1");
   EXPECT_GE(radio.clock.Now(), std::chrono::seconds(1));
   EXPECT_FALSE(radio.port(1).IsOpen());
   EXPECT_EQ(radio.session.TransferMode, services::Transfer::kRead);
@@ -300,9 +299,9 @@ TEST(ItemRecords, ListsAndFilesOfUnusualSizeAreTakenLiterally) {
   ScriptedRadio radio(kConventional, "r1| {C04}|>");
   radio.link.Port(1).Open();
   ReadFiles files(radio.session);
-  EXPECT_FALSE(WriteItems(
-      radio.db, radio.view,
-      {.path = "", .size = 0, .header = {}, .lines = std::vector<DataFileLine>(4, {1, "~~~"})}));
+  DataFile file;
+  file.lines.assign(4, {1, "~~~"});
+  EXPECT_FALSE(WriteItems(radio.db, radio.view, file));
   ReadItemList(radio.db, radio.view, "011", files);
   EXPECT_EQ(radio.Told(false),
             "failure 5 r01|r1|\n"
@@ -313,29 +312,26 @@ TEST(ItemRecords, ListsAndFilesOfUnusualSizeAreTakenLiterally) {
 // A radio of the same model takes the data and gives it back, and it is what simulated radios say
 // that their files are.
 TEST(SimulatedRadio, WhatIsReadCanBeProgrammedAndIsThereThen) {
-  struct Bench : ScriptedRadio {
-    explicit Bench(const std::string& radio) {
-      auto made = simulator::MakeSimulatedPort("sim:" + radio + ",unpaced", clock);
-      profile = made.value->get()->Radio().Profile();
-      link.ports[0] = std::move(*made.value);
-      db.overwrite_allowed = true;
-    }
-    std::string Data() {
-      EXPECT_EQ(Read(kAutoSave), "done \n");
-      return platform::ReadWholeFile(db.data_file).bytes;
-    }
-    simulator::RadioProfile profile;
+  const auto read = [](ScriptedRadio& bench) {
+    EXPECT_EQ(bench.Read(kAutoSave), "done \n");
+    bench.db.overwrite_allowed = true;
+    return platform::ReadWholeFile(bench.db.data_file).bytes;
   };
   for (const std::string name : {"conventional", "trunked", "conventional2", "model31", "torvik",
                                  "trunked,old,networks=4"}) {
     SCOPED_TRACE(name);
-    Bench one(name);
-    Bench two(name + ",serial=12345678");
-    const std::string data = one.Data();
-    EXPECT_TRUE(data.ends_with(simulator::DataFileText(one.profile).substr(150)));
-    EXPECT_TRUE(data != two.Data());
+    ScriptedRadio one;
+    ScriptedRadio two;
+    auto port = *simulator::MakeSimulatedPort("sim:" + name, one.clock).value;
+    const std::string expected = simulator::DataFileText(port->Radio().Profile());
+    one.link.ports[0] = std::move(port);
+    two.link.ports[0] =
+        *simulator::MakeSimulatedPort("sim:" + name + ",serial=12345678", two.clock).value;
+    const std::string data = read(one);
+    EXPECT_TRUE(data.ends_with(expected.substr(150)));
+    EXPECT_TRUE(data != read(two));
     EXPECT_EQ(two.Program(kAutoSave, data), "done \n");
-    EXPECT_TRUE(data == two.Data());
+    EXPECT_TRUE(data == read(two));
   }
 }
 
