@@ -1,5 +1,6 @@
 #include "cli/console.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <utility>
 
@@ -10,9 +11,9 @@ namespace {
 
 constexpr platform::Duration kLookForInterrupts = std::chrono::milliseconds(100);
 
-void Write(std::FILE* stream, std::string_view text) {
-  std::fwrite(text.data(), 1, text.size(), stream);
-  std::fflush(stream);
+bool Write(std::FILE* stream, std::string_view text) {
+  return std::fwrite(text.data(), 1, text.size(), stream) == text.size() &&
+         std::fflush(stream) == 0;
 }
 
 }  // namespace
@@ -21,7 +22,9 @@ StandardConsole::StandardConsole()
     : shows_to_person_(platform::IsTerminal(platform::StandardStream::kError)),
       can_ask_(shows_to_person_ && platform::IsTerminal(platform::StandardStream::kInput)) {}
 
-void StandardConsole::WriteOutput(std::string_view text) { Write(stdout, text); }
+void StandardConsole::WriteOutput(std::string_view text) {
+  if (!Write(stdout, text) && errno != EPIPE) has_lost_output_ = true;
+}
 
 void StandardConsole::WriteError(std::string_view text) { Write(stderr, text); }
 

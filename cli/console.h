@@ -18,6 +18,9 @@ class Console {
   virtual void WriteOutput(std::string_view text) = 0;
   virtual void WriteError(std::string_view text) = 0;
 
+  // Whether a result was lost, other than into a pipe that nobody reads any longer.
+  virtual bool HasLostOutput() const = 0;
+
   // Whether a person reads the standard error, and whether that person can answer questions.
   virtual bool ShowsToPerson() const = 0;
   virtual bool CanAsk() const = 0;
@@ -39,6 +42,7 @@ class StandardConsole final : public Console {
 
   void WriteOutput(std::string_view text) override;
   void WriteError(std::string_view text) override;
+  bool HasLostOutput() const override { return has_lost_output_; }
   bool ShowsToPerson() const override { return shows_to_person_; }
   bool CanAsk() const override { return can_ask_; }
   int Width() const override;
@@ -48,6 +52,7 @@ class StandardConsole final : public Console {
  private:
   platform::Interrupts interrupts_;
   int interrupts_seen_ = 0;  // while a line was waited for
+  bool has_lost_output_ = false;
   bool shows_to_person_;
   bool can_ask_;
 };

@@ -184,7 +184,10 @@ ExitStatus Program::JobStatus(bool done) const {
 void Program::Finish(ExitStatus status) {
   progress.EndPhase();
   if (trace_ && trace_->Error()) ReportError(session, trace_->Error(), "--trace");
-  ShowNote(session.settings.WriteProblem());
+  if (const platform::SystemError& problem = session.settings.WriteProblem()) {
+    user.Say(NLSFmt(session, "The settings cannot be saved."));
+    ShowNote(problem);
+  }
   if (!options.json || status == ExitStatus::kUsage) return;
   Json all;
   all.Set("ok", status == ExitStatus::kDone).Set("exit_status", static_cast<int>(status));

@@ -44,7 +44,10 @@ ExitStatus RunZepctl(const std::vector<std::string>& arguments, const Surroundin
   Program program(command_line.options, surroundings);
   const ExitStatus status = Run(command_line, outcome, program);
   program.Finish(status);
-  return status;
+  if (!surroundings.console.HasLostOutput()) return status;
+  program.user.Say(
+      services::NLSFmt(program.session, "The result cannot be written to the standard output."));
+  return status == ExitStatus::kDone ? ExitStatus::kRefused : status;
 }
 
 }  // namespace zep::cli

@@ -32,9 +32,13 @@ void SetHandler(void (*handler)(int)) {
 Interrupts::Interrupts() {
   interrupts_waiting = 0;
   SetHandler(Count);
+  signal(SIGPIPE, SIG_IGN);
 }
 
-Interrupts::~Interrupts() { SetHandler(SIG_DFL); }
+Interrupts::~Interrupts() {
+  SetHandler(SIG_DFL);
+  signal(SIGPIPE, SIG_DFL);
+}
 
 int Interrupts::Take() { return interrupts_waiting.exchange(0); }
 

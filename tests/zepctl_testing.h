@@ -40,6 +40,7 @@ class TestConsole final : public cli::Console {
 
   void WriteOutput(std::string_view text) override { out += text; }
   void WriteError(std::string_view text) override { err += text; }
+  bool HasLostOutput() const override { return false; }
   bool ShowsToPerson() const override { return is_terminal; }
   bool CanAsk() const override { return is_terminal; }
   int Width() const override { return width; }
