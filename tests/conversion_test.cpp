@@ -23,6 +23,7 @@ using testing::Identity;
 using testing::Lines;
 using testing::Record;
 using testing::Repeat;
+using ::testing::StartsWith;
 
 class Conversion : public ::testing::Test {
  protected:
@@ -98,22 +99,16 @@ TEST_F(Conversion, HasTheDisplayTextsByteForByte) {
   int separators = 0;
   for (std::size_t at = 0; at < table.size(); at += 2) separators += table.substr(at, 2) == "FE";
   EXPECT_EQ(separators, 118);
-  // "ENTER CODE:", "    UNIT", "** DIVERT **", " CCDI  BUSY" behind ten empty texts.
-  EXPECT_TRUE(table.starts_with(
-      "00FEFEFEFEFEFEFEFEFEFE454E54455220434F44453AFE20202020554E4954FE2A2A20444956455254202A2AFE"
-      "2043434449202042555359FE"));
-  // " BATTERY IS", twelve empty texts, " STATUS ", " NO STATUS".
-  EXPECT_THAT(table, HasSubstr("204241545445525920"
-                               "4953FE"
-                               "FEFEFEFEFEFEFEFEFEFEFEFE"
-                               "2053544154555320FE"
-                               "204E4F20535441545553FE"));
-  // "Q", "", "S", "NS", "P1", "P2", "T", "P", "", "", "SDM", "", "SOUND".
-  EXPECT_THAT(table, HasSubstr("FE51FEFE53FE4E53FE5031FE5032FE54FE50FEFEFE53444DFEFE534F554E44FE"));
+  // Ten empty texts, "ENTER CODE:", "    UNIT", "** DIVERT **", " CCDI  BUSY".
+  EXPECT_THAT(table, StartsWith("00FEFEFEFEFEFEFEFEFEFE454E54455220434F44453AFE20202020554E4954FE"
+                                "2A2A20444956455254202A2AFE2043434449202042555359FE"));
+  // " BATTERY IS", twelve empty texts, " STATUS "; "Q", "", "S", "NS", ..., "", "", "SDM", "".
+  EXPECT_THAT(table,
+              HasSubstr("FE2042415454455259204953FEFEFEFEFEFEFEFEFEFEFEFEFE2053544154555320FE"));
+  EXPECT_THAT(table, HasSubstr("FE51FEFE53FE4E53FE5031FE5032FE54FE50FEFEFE53444DFEFE"));
   // "SIGNAL", "", " STAT ", "NO STAT", "LOCKED", "ADJUST".
-  EXPECT_THAT(
-      table,
-      EndsWith("5349474E414CFEFE205354415420FE4E4F2053544154FE4C4F434B4544FE41444A555354FE"));
+  EXPECT_THAT(table, EndsWith("5349474E414CFEFE205354415420FE4E4F2053544154FE4C4F434B4544FE41444A"
+                              "555354FE"));
 }
 
 TEST_F(Conversion, TakesEachStepAsItIsWrittenDown) {
@@ -269,18 +264,18 @@ TEST_F(Conversion, FailsWithOneLineAndNoFile) {
 }
 
 TEST_F(Conversion, FindsTheDefaultSettings) {
-  using services::AppType;
-  test_.settings.AppSaveUserSetting(AppType::kConventional, "ApplicationPath",
-                                    test_.folder.Path("suite"));
-  test_.settings.AppSaveUserSetting(AppType::kConventional, "Application", "prog/zepprog");
+  const auto set = [&](int type, const std::string& name, const std::string& value) {
+    test_.settings.AppSaveUserSetting(services::AppType{type}, name, value);
+  };
+  set(2, "ApplicationPath", test_.folder.Path("suite"));
+  set(2, "Application", "prog/zepprog");
   test_.folder.Write("mine/default.ops", "");
   test_.folder.Write("mine/other.ops", "");
-  for (const char* row : {"|suite/prog/default.ops", "mine/other.ops|mine/other.ops",
-                          "mine|mine/default.ops", "mine/gone.ops|suite/prog/default.ops"}) {
-    const std::vector<std::string> fields = Fields(row);
-    test_.settings.AppSaveUserSetting(AppType::kDownload, "DefaultDataPath",
-                                      fields[0].empty() ? "" : test_.folder.Path(fields[0]));
-    EXPECT_EQ(FindDefaultSettings(test_.session), test_.folder.Path(fields[1])) << row;
+  EXPECT_EQ(FindDefaultSettings(test_.session), test_.folder.Path("suite/prog/default.ops"));
+  for (const char* row : {"mine/other.ops|mine/other.ops", "mine|mine/default.ops",
+                          "mine/gone.ops|suite/prog/default.ops"}) {
+    set(1, "DefaultDataPath", test_.folder.Path(Fields(row)[0]));
+    EXPECT_EQ(FindDefaultSettings(test_.session), test_.folder.Path(Fields(row)[1]));
   }
 }
 
@@ -337,39 +332,30 @@ TEST_F(Conversion, ComparesTwoFiles) {
   EXPECT_TRUE(CompareDataFiles(test_.session, old_file, old_file)->None());
 }
 
-struct CalibrationCase {
-  int from;
-  int to;
-  std::string before;
-  std::string after;
-};
-
-// Before: bytes 00, 01, 02, ... and some checksum, which counts for nothing.
-const CalibrationCase kCalibrationCases[] = {
-    {100, 101, Count(0, 0x7F) + "FFFF",
-     Count(0, 0x50) + "000000000000" + Count(0x51, 0x6D) + "3840" + Count(0x6E, 0x7F) + "2038"},
-    {101, 102, Count(0, 0x87) + "FFFF",
-     Count(0, 0x61) + "00" + Count(0x62, 0x81) + "0000" + Count(0x82, 0x87) + "23DC"},
-    {102, 103, Count(0, 0x8A) + "FFFF", Count(0, 0x65) + Count(0x67, 0x84) + "21E4"},
-    {103, 102, Count(0, 0x83) + "FFFF",
-     Count(0, 0x65) + "00" + Count(0x66, 0x83) + "000000000000" + "21C6"},
-    {102, 101, Count(0, 0x8A) + "FFFF",
-     Count(0, 0x62) + Count(0x64, 0x82) + Count(0x85, 0x8A) + "240D"},
-    {101, 100, Count(0, 0x87) + "FFFF",
-     Count(0, 0x50) + Count(0x57, 0x73) + Count(0x76, 0x87) + "20FE"},
-};
-
 TEST_F(Conversion, ConvertsCalibrationDataStepByStep) {
-  for (const CalibrationCase& row : kCalibrationCases) {
+  // Before: bytes 00, 01, 02, ... up to the last one, and some checksum, which counts for nothing.
+  const struct {
+    int from, to, last;
+    std::string after;
+  } rows[] = {
+      {100, 101, 0x7F,
+       Count(0, 0x50) + "000000000000" + Count(0x51, 0x6D) + "3840" + Count(0x6E, 0x7F) + "2038"},
+      {101, 102, 0x87,
+       Count(0, 0x61) + "00" + Count(0x62, 0x81) + "0000" + Count(0x82, 0x87) + "23DC"},
+      {102, 103, 0x8A, Count(0, 0x65) + Count(0x67, 0x84) + "21E4"},
+      {103, 102, 0x83, Count(0, 0x65) + "00" + Count(0x66, 0x83) + "000000000000" + "21C6"},
+      {102, 101, 0x8A, Count(0, 0x62) + Count(0x64, 0x82) + Count(0x85, 0x8A) + "240D"},
+      {101, 100, 0x87, Count(0, 0x50) + Count(0x57, 0x73) + Count(0x76, 0x87) + "20FE"},
+  };
+  for (const auto& row : rows) {
     const std::string step = std::to_string(row.from) + " -> " + std::to_string(row.to);
-    SCOPED_TRACE(step);
-    std::string data = row.before;
-    EXPECT_TRUE(ConvertCalibrationDatabase(test_.session, data, row.from, row.to));
-    EXPECT_EQ(data, row.after);
-    // Two characters more or less: refused, unchanged.
-    std::string spoilt = row.before + "00";
-    EXPECT_FALSE(ConvertCalibrationDatabase(test_.session, spoilt, row.from, row.to));
-    EXPECT_EQ(spoilt, row.before + "00");
+    std::string data = Count(0, row.last) + "FFFF";
+    EXPECT_TRUE(ConvertCalibrationDatabase(test_.session, data, row.from, row.to)) << step;
+    EXPECT_EQ(data, row.after) << step;
+    // A byte too many: refused, unchanged.
+    data = Count(0, row.last) + "FFFF00";
+    EXPECT_FALSE(ConvertCalibrationDatabase(test_.session, data, row.from, row.to)) << step;
+    EXPECT_EQ(data, Count(0, row.last) + "FFFF00") << step;
     EXPECT_EQ(test_.user.TakeBoxes(),
               "information [Conversion Error] Conversion Error: " + step + " -> OK\n");
   }

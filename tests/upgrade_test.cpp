@@ -9,8 +9,7 @@
 
 #include "radiodb/read_write_radio.h"
 #include "simulator/samples.h"
-#include "simulator/simulated_port.h"
-#include "tests/link_testing.h"
+#include "tests/firmware_testing.h"
 #include "tests/upgrade_testing.h"
 #include "tests/views_testing.h"
 #include "upgrade/automatic_upgrade.h"
@@ -76,17 +75,17 @@ TEST(FirmwareSelection, FindsAFileWhereTheUserShowsIt) {
   const std::string other = test.folder.Write("elsewhere/other.bin", "x");
   std::string folder = test.folder.Path("");
   std::string name = "gone.bin";
+  const auto get = [&] { return GetFile(test.session, folder, name, "Find gone.bin..."); };
   test.user.WillAnswer("Cannot find gone.bin would you like to locate the file?", Answer::kNo);
-  EXPECT_FALSE(GetFile(test.session, folder, name, "Find gone.bin..."));
-  test.user.WillAnswer("Cannot find", Answer::kYes);
-  test.user.WillChoose("open", std::nullopt);
-  EXPECT_FALSE(GetFile(test.session, folder, name, "Find gone.bin..."));
-  test.user.WillAnswer("Cannot find", Answer::kYes);
-  test.user.WillChoose("open", other);
-  EXPECT_TRUE(GetFile(test.session, folder, name, "Find gone.bin..."));
+  EXPECT_FALSE(get());
+  for (const std::optional<std::string>& choice : {std::optional<std::string>(), {other}}) {
+    test.user.WillAnswer("Cannot find", Answer::kYes);
+    test.user.WillChoose("open", choice);
+    EXPECT_EQ(get(), choice.has_value());
+  }
   EXPECT_EQ(folder + name, other);
   EXPECT_EQ(test.user.file_requests[1].filter, "All files|*.*");
-  EXPECT_TRUE(GetFile(test.session, folder, name, "")) << "now it is there";
+  EXPECT_TRUE(get()) << "now it is there";
 }
 
 constexpr const char* kDataFile = "database/10000125v0400.ops";
@@ -107,18 +106,12 @@ struct WatchedUpgrade final : UpgradeView {
 };
 
 // A radio that can be upgraded, with all files for it.
-struct UpgradeBench : testing::TestLink {
+struct UpgradeBench : testing::FirmwareBench {
   explicit UpgradeBench(const std::string& options = "", const std::string& orders = "") {
+    Simulate("torvik" + options);
     folder.Write("family.strings", "base ZEP\n100 Torvik\n");
     strings = services::StringTable("family", folder.Path());
     settings.AppSaveUserSetting(services::AppType::kDownload, "DefaultDataPath", folder.Path());
-    auto made = simulator::MakeSimulatedPort("sim:torvik,unpaced" + options, clock);
-    EXPECT_EQ(made.error, "");
-    simulated = made.value->get();
-    link.ports[0] = std::move(*made.value);
-    link.State(1) = link::PortState::kActive;
-    Write("bs.tsk", simulator::SampleFirstLoader());
-    Write("dl.tsk", simulator::SampleSecondLoader());
     folder.Write("default.ops", simulator::DataFileText(radio().Profile()));
     Do("image PP11PhaseI.bin 11 0126 0405 0103;" + orders);
   }
@@ -167,7 +160,7 @@ struct UpgradeBench : testing::TestLink {
   std::string Bare(const std::string& text) const {
     return std::regex_replace(text, std::regex(folder.Path("")), "");
   }
-  simulator::SimulatedRadio& radio() { return simulated->Radio(); }
+  simulator::SimulatedRadio& radio() { return simulated[0]->Radio(); }
   const simulator::Bytes& Item(std::uint8_t item, int network = 1) {
     return radio().Data().Find(network, item)->data;
   }
@@ -185,12 +178,10 @@ struct UpgradeBench : testing::TestLink {
   }
   bool Started() const { return Log().find("|Starting firmware download") != std::string::npos; }
 
-  simulator::SimulatedPort* simulated = nullptr;
   simulator::Bytes image;
-  WatchedUpgrade view;
-  firmware::Firmware firmware{link};
+  WatchedUpgrade upgrade_view;
   radiodb::RadioDb db{link};
-  AutomaticUpgrade upgrade{firmware, db, view};
+  AutomaticUpgrade upgrade{firmware, db, upgrade_view};
 };
 
 TEST(AutomaticUpgrade, UpgradesARadioAndGivesItItsConvertedData) {
@@ -228,7 +219,7 @@ TEST(AutomaticUpgrade, UpgradesARadioAndGivesItItsConvertedData) {
   EXPECT_EQ(bench.Boxes(),
             "information Please put radio in Bootstrap mode. -> OK\n"
             "information The upgrade process has completed successfully -> OK\n");
-  EXPECT_EQ(bench.Bare(bench.view.firmware_file), "PP11PhaseI.bin");
+  EXPECT_EQ(bench.Bare(bench.upgrade_view.firmware_file), "PP11PhaseI.bin");
   EXPECT_TRUE(bench.Flashed());
   EXPECT_FALSE(bench.Note());
   EXPECT_FALSE(bench.link.Port(1).IsOpen());
@@ -330,7 +321,7 @@ TEST(AutomaticUpgrade, AbortsAtTheNextStep) {
     const std::vector<std::string> fields = testing::Fields(row);
     SCOPED_TRACE(fields[0]);
     UpgradeBench bench;
-    bench.view.on_step = [&](const std::string& step) {
+    bench.upgrade_view.on_step = [&](const std::string& step) {
       if (step == fields[0]) bench.upgrade.Cancel();
     };
     EXPECT_EQ(bench.Upgrade(), "aborted 6");
@@ -378,7 +369,7 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
     SCOPED_TRACE(fields[0]);
     UpgradeBench bench;
     bench.db.transfer_kind = radiodb::TransferKind::kBoth;
-    ASSERT_TRUE(ReadRadio(bench.db, bench.view.quiet));
+    ASSERT_TRUE(ReadRadio(bench.db, bench.view));
     const char* file = fields[1] == "ocs" ? kCalibrationFile : kDataFile;
     bench.folder.Write(file, std::regex_replace(bench.folder.Read(file).value_or(""),
                                                 std::regex(fields[2]), fields[3]));
@@ -448,8 +439,8 @@ TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
     UpgradeBench bench("", "image PP11PhaseI.bin 11 0126 " + fields[1] + ";" + fields[3]);
     const auto box = [&](std::size_t number) { return fields[2][number] == '1'; };
     SaveUpgradeSelections(bench.session, {box(0), box(1), box(2), box(3)});
-    const bool done =
-        UpgradeManually(bench.firmware, bench.db, bench.view, LoadUpgradeSelections(bench.session));
+    const bool done = UpgradeManually(bench.firmware, bench.db, bench.upgrade_view,
+                                      LoadUpgradeSelections(bench.session));
     const int failure = static_cast<int>(bench.session.failure);
     const int files =
         bench.folder.Read(kDataFile).has_value() + bench.folder.Read(kCalibrationFile).has_value();
