@@ -10,10 +10,10 @@ using services::NLSFmt;
 using services::NLSText;
 
 std::string ItemTable(const services::Session& session, const std::vector<ItemSummary>& items) {
-  constexpr auto kRight = Table::Align::kRight;
+  using enum Table::Align;
   Table table({NLSFmt(session, "Item"), NLSFmt(session, "Network"), NLSFmt(session, "Records"),
                NLSFmt(session, "Bytes")},
-              {Table::Align::kLeft, kRight, kRight, kRight});
+              {kLeft, kRight, kRight, kRight});
   for (const ItemSummary& item : items) {
     table.AddRow({item.item, std::to_string(item.network), std::to_string(item.records.size()),
                   std::to_string(item.bytes)});

@@ -239,7 +239,7 @@ std::string CommandLine::Help(const services::Session& session, int width) const
 
 std::string CommandLine::Problem(const services::Session& session) const {
   const CLI::ParseError& error = *grammar_->error;
-  const std::string what = error.what();
+  std::string what = error.what();
   const auto is = [&error](CLI::ExitCodes code) {
     return error.get_exit_code() == static_cast<int>(code);
   };

@@ -37,17 +37,20 @@ PortOption ParsePort(const std::string& value) {
 // What is wrong with one value of -p; empty when nothing is.
 std::string PortProblem(const services::Session& session, const PortOption& option,
                         const std::string& value, const SlotDevices& devices) {
-  if (option.device.empty() || option.slot < 0)
+  if (option.device.empty() || option.slot < 0) {
     return NLSFmt(session,
                   "%0:s names no port. Please give a device, as in \"-p /dev/ttyUSB0\", or a slot "
                   "from 1 to 4 and a device, as in \"-p 2=/dev/ttyUSB0\".",
                   {value});
-  if (option.slot > 0 && !devices[Link::Index(option.slot)].empty())
+  }
+  if (option.slot > 0 && !devices[Link::Index(option.slot)].empty()) {
     return NLSFmt(session, "Slot %0:s is named twice. Please name each slot once.",
                   {std::to_string(option.slot)});
+  }
   if (std::find(devices.begin(), devices.end(), option.device) != devices.end() &&
-      !simulator::IsSimulatedDevice(option.device))
+      !simulator::IsSimulatedDevice(option.device)) {
     return NLSFmt(session, "%0:s is named twice. Please name each device once.", {option.device});
+  }
   return simulator::IsSimulatedDevice(option.device) ? simulator::ParseRadio(option.device).error
                                                      : std::string();
 }
@@ -68,8 +71,8 @@ std::string ActivePorts(Link& link) {
   std::string text;
   for (const int port : kAllPorts) {
     if (!link.IsActive(port)) continue;
-    text +=
-        (text.empty() ? "" : ", ") + std::to_string(port) + " (" + link.Port(port).Device() + ")";
+    if (!text.empty()) text += ", ";
+    text += std::to_string(port) + " (" + link.Port(port).Device() + ")";
   }
   return text;
 }
@@ -139,7 +142,8 @@ void TerminalLinkWindows::ShowPortSelection(Link& link) {
   const std::string title =
       NLSFmt(link.session, reads ? services::NLSText("Select Port to Read")
                                  : services::NLSText("Select Port to Program"));
-  while (const std::optional<std::string> typed = user_.AskLine(title + ": " + choices + " ")) {
+  const std::string prompt = title + ": " + choices + " ";
+  while (const std::optional<std::string> typed = user_.AskLine(prompt)) {
     if (typed->empty()) break;
     const int port = typed->size() == 1 ? typed->front() - '0' : 0;
     if (port < 1 || port > link::kPortCount || !link.IsActive(port)) continue;

@@ -13,7 +13,6 @@ namespace {
 using services::Icon;
 using services::Language;
 using services::NLSFmt;
-using services::NLSMsgBox;
 
 // The high-speed card, which zepctl does not drive.
 class NoIoPorts final : public platform::IoPorts {

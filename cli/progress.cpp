@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <utility>
 
@@ -26,7 +27,7 @@ double Seconds(Duration duration) { return std::chrono::duration<double>(duratio
 
 // "0:42", "1:02:03"
 std::string Time(double seconds) {
-  const auto total = static_cast<long>(seconds + 0.5);
+  const long total = std::lround(seconds);
   std::array<char, 32> text{};
   if (total < 3600) {
     std::snprintf(text.data(), text.size(), "%ld:%02ld", total / 60, total % 60);

@@ -17,7 +17,6 @@ using services::Answer;
 using services::Buttons;
 using services::MessageRequest;
 using services::NLSFmt;
-using services::NLSText;
 
 Answer Yes(Buttons buttons) { return buttons == Buttons::kYesNo ? Answer::kYes : Answer::kOk; }
 Answer No(Buttons buttons) { return buttons == Buttons::kYesNo ? Answer::kNo : Answer::kCancel; }

@@ -7,6 +7,7 @@ namespace zep::cli {
 namespace {
 
 constexpr int kGap = 2;
+constexpr std::string_view kDots = "...";
 
 struct Character {
   std::size_t bytes = 1;
@@ -93,7 +94,6 @@ std::string PadTo(std::string_view text, int width) {
 }
 
 std::string CutTo(std::string_view text, int width) {
-  constexpr std::string_view kDots = "...";
   if (DisplayWidth(text) <= width) return std::string(text);
   const int room = width - static_cast<int>(kDots.size());
   if (room < 1) return std::string(Fitting(text, width));
