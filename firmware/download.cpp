@@ -1,5 +1,7 @@
 #include "firmware/download.h"
 
+#include <optional>
+
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "services/messages.h"
@@ -46,23 +48,26 @@ bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
 bool DownloadFirmware(Firmware& firmware, DownloadWindows& windows) {
   firmware.link.session.TransferMode = Transfer::kProgram;
   windows.TransferFirmware(firmware);
-  return firmware.link.session.DownloadSucceeded;
+  return firmware.link.session.DownloadSucceeded && !firmware.link.session.Stopped();
 }
 
-// The firmware between a read and a write-back of the radio's data.
-bool DownloadKeepingData(Firmware& firmware, RadioDb& db, DownloadWindows& windows) {
-  Session& session = firmware.link.session;
-  session.TransferMode = Transfer::kRead;
+// Saves the radio's data under its default name. Its full name; nothing when it is not saved.
+std::optional<std::string> SaveData(Firmware& firmware, RadioDb& db, DownloadWindows& windows) {
+  firmware.link.session.TransferMode = Transfer::kRead;
   db.transfer_kind = TransferKind::kAutoSave;
-  if (!windows.ReadRadioData(db) || session.Stopped()) return false;
-  const std::string saved = db.data_file;
-  if (!DownloadFirmware(firmware, windows) || session.Stopped()) return false;
+  if (!windows.ReadRadioData(db) || firmware.link.session.Stopped()) return std::nullopt;
+  return db.data_file;
+}
+
+bool WriteDataBack(Firmware& firmware, RadioDb& db, const std::string& saved,
+                   DownloadWindows& windows) {
+  Session& session = firmware.link.session;
   if (firmware.image.FirmwareRadioModel == kModelSwitchedOff) {
     NLSMsgBox(session, "Please turn radio on so data may be programmed.",
               {.notice = services::Notice::kAwaitsAction});
   }
   session.TransferMode = Transfer::kProgram;
-  return windows.ProgramRadioData(db, saved) && !session.Stopped();
+  return windows.ProgramRadioData(db, saved);
 }
 
 bool WriteTrunkedRecord(Link& link) {
@@ -75,6 +80,7 @@ bool WriteTrunkedRecord(Link& link) {
   if (session.Stopped()) return false;
   for (const int port : link::kAllPorts) SendStringToSpecificComms(link, kTrunkedRecord, port);
   SendCaretToActiveComms(link);
+  DrainOutput(link);
   return true;
 }
 
@@ -126,11 +132,17 @@ bool DownloadFirmwareAndData(Firmware& firmware, RadioDb& db, const DownloadChoi
   if (!InitialiseComms(link)) return false;
   ClearInputBuffers(link);
   if (!CheckChosenImage(firmware, choices)) return false;
-  const bool downloaded = choices.auto_save ? DownloadKeepingData(firmware, db, windows)
-                                            : DownloadFirmware(firmware, windows);
-  if (!downloaded) return false;
+  std::optional<std::string> saved;
+  if (choices.auto_save) {
+    saved = SaveData(firmware, db, windows);
+    if (!saved) return false;
+  }
+  if (!DownloadFirmware(firmware, windows)) return false;
+  // Data that the new firmware refuses is no reason to leave the radio without its record.
+  const bool written_back = !saved || WriteDataBack(firmware, db, *saved, windows);
+  if (link.session.Stopped()) return false;
   if (firmware.image.FirmwareRadioType == "Trunked" && !WriteTrunkedRecord(link)) return false;
-  if (choices.auto_save || choices.DataFileName.empty()) return true;
+  if (choices.auto_save || choices.DataFileName.empty()) return written_back;
   return ProgramDataFile(db, choices, windows);
 }
 

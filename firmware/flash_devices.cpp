@@ -15,8 +15,8 @@ using services::NLSFmt;
 using services::NLSMsgBox;
 
 // JEDEC identifiers, from the makers' data sheets.
-constexpr std::uint8_t kAtmel = 0x1F;
-constexpr std::uint8_t kSst = 0xBF;
+constexpr std::uint8_t kMakerAt = 0x1F;
+constexpr std::uint8_t kMakerSst = 0xBF;
 
 struct KnownDevice {
   std::uint8_t manufacturer;
@@ -26,10 +26,10 @@ struct KnownDevice {
 };
 
 constexpr std::array kKnownDevices = {
-    KnownDevice{kAtmel, 0xD5, "AT29C010A 1MBit", kFlash1Mbit},
-    KnownDevice{kAtmel, 0xDA, "AT29C020 2MBit", kFlash2Mbit},
-    KnownDevice{kSst, 0x10, "SST29EE020 2MBit", kFlash2Mbit},
-    KnownDevice{kSst, 0x24, "SST29SF020 2MBit", kFlash2Mbit},
+    KnownDevice{kMakerAt, 0xD5, "AT29C010A 1MBit", kFlash1Mbit},
+    KnownDevice{kMakerAt, 0xDA, "AT29C020 2MBit", kFlash2Mbit},
+    KnownDevice{kMakerSst, 0x10, "SST29EE020 2MBit", kFlash2Mbit},
+    KnownDevice{kMakerSst, 0x24, "SST29SF020 2MBit", kFlash2Mbit},
 };
 
 std::string_view MicroType(std::uint8_t reported) {
@@ -45,7 +45,7 @@ FlashDevice IdentifyFlashDevice(std::uint8_t manufacturer, std::uint8_t device) 
     if (known.manufacturer == manufacturer && known.device == device)
       return {.Name = std::string(known.name), .Size = known.size};
   }
-  const bool known_maker = manufacturer == kAtmel || manufacturer == kSst;
+  const bool known_maker = manufacturer == kMakerAt || manufacturer == kMakerSst;
   if (known_maker) return {};
   return {.Name = "Unknown", .Size = kFlashUnknown};
 }
@@ -55,10 +55,10 @@ void UpdateFlashMicro(Firmware& firmware, link::TransferView& view, int slot) {
   if (!link.IsActive(slot)) return;
   const std::uint8_t manufacturer = GetByteFromSpecficComms(link, slot, 0);
   const std::uint8_t device = GetByteFromSpecficComms(link, slot, 0);
-  const std::uint8_t micro = GetByteFromSpecficComms(link, slot, 0);
-  if (micro == 0) return;  // the wait has failed, or one before it
-
+  if (device == 0) return;  // the wait has failed, or the one before it
   firmware.Flash(slot) = IdentifyFlashDevice(manufacturer, device);
+  const std::uint8_t micro = GetByteFromSpecficComms(link, slot, 0);
+  if (micro == 0) return;
   const std::string_view micro_type = MicroType(micro);
   if (micro_type.empty()) {
     NLSMsgBox(link.session, "Unknown Micro type returned.", {.icon = Icon::kCritical});

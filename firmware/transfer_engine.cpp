@@ -38,6 +38,17 @@ void NoteUsedPorts(TransferRun& run) {
   }
 }
 
+// False, after a word to the user, when an upload would have to read several radios.
+bool IsOneRadio(Link& link) {
+  if (ActivePorts(link) <= 1) return true;
+  NLSMsgBox(link.session,
+            "Only one radio at a time can be read, but several ports are Active. Please choose one "
+            "port.",
+            {.icon = Icon::kCritical});
+  link.session.SetDownloadError(Failure::kRefused);
+  return false;
+}
+
 // An upload reads one radio, whose contents have nothing to do with any image looked at before.
 // False when the user could not be brought to choose one port.
 bool PrepareUpload(TransferRun& run) {
@@ -46,13 +57,7 @@ bool PrepareUpload(TransferRun& run) {
   image.FirmwareRadioModel = image.FirmwareMicroType = image.FirmwareFlashSize = 0;
   image.FirmwareRadioType.clear();
   if (CountActivePorts(link) > 1) link.windows.ShowPortSelection(link);
-  if (ActivePorts(link) <= 1) return true;
-  NLSMsgBox(link.session,
-            "Only one radio at a time can be read, but several ports are Active. Please choose one "
-            "port.",
-            {.icon = Icon::kCritical});
-  link.session.SetDownloadError(Failure::kRefused);
-  return false;
+  return IsOneRadio(link);
 }
 
 // The finishing step: lets the radios start their new firmware.
@@ -106,6 +111,8 @@ bool LoadTransfer(TransferRun& run) {
   run.view.ShowBootstrapHint(false);
   NoteUsedPorts(run);
   if (!InitialiseComms(link)) return false;
+  // The user may have been asked for ports only now.
+  if (IsUpload(run) && !IsOneRadio(link)) return false;
   NoteUsedPorts(run);
   run.view.SetCaption(IsUpload(run) ? NLSFmt(session, "Uploading Radio Firmware")
                                     : NLSFmt(session, "Downloading Radio Firmware"));

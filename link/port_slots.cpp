@@ -16,8 +16,9 @@ std::deque<std::string> DevicesToGive() {
 #ifdef _WIN32
   for (const int slot : kAllPorts) names.push_back("COM" + std::to_string(slot));
 #else
-  for (const platform::SerialDeviceInfo& info : platform::ListSerialDevices())
-    names.push_back(info.device);
+  for (const platform::SerialDeviceInfo& info : platform::ListSerialDevices()) {
+    if (info.state != platform::SerialDeviceState::kConsole) names.push_back(info.device);
+  }
 #endif
   return names;
 }

@@ -93,6 +93,17 @@ bool IsFolder(const std::string& path) {
   return fs::is_directory(NativePath(path), code);
 }
 
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code code;
+  if (fs::equivalent(NativePath(a), NativePath(b), code)) return true;
+  const auto whole = [&code](const std::string& path) {
+    // With a separator at its end, as a folder may be given with one or without.
+    const fs::path full = fs::absolute(NativePath(path), code) / "";
+    return Utf8Path(fs::weakly_canonical(full, code));
+  };
+  return whole(a) == whole(b);
+}
+
 std::optional<std::uint64_t> FileSize(const std::string& path) {
   std::error_code code;
   if (!fs::is_regular_file(NativePath(path), code)) return std::nullopt;

@@ -17,6 +17,9 @@ namespace zep::platform {
 bool FileExists(const std::string& path);
 bool IsFolder(const std::string& path);
 
+// Whether two names mean the same file or folder, which need not be there yet.
+bool IsSameFile(const std::string& a, const std::string& b);
+
 // Bytes in an ordinary file; nothing when it is missing or something else.
 std::optional<std::uint64_t> FileSize(const std::string& path);
 

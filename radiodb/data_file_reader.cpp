@@ -145,23 +145,27 @@ std::optional<DataFile> ReadDataFile(Session& session, const std::string& path) 
   // Editors of old end a text with this byte.
   std::string_view bytes = contents.bytes;
   if (bytes.ends_with('\x1A')) bytes.remove_suffix(1);
-  if (!IsText(bytes)) {
+  // What is too short for any data is for the checks to refuse, whatever it holds.
+  if (contents.bytes.size() >= kSmallestDataFile && !IsText(bytes)) {
     Refuse(
         session,
-        NLSFmt(session,
-               "%0:s is not a file of radio data: it holds bytes that are no text. Please choose "
-               "another file.",
-               {path}),
+        NLSFmt(session, "Data file is corrupt.") + "\n" +
+            NLSFmt(
+                session,
+                "%0:s is not a file of radio data: it holds bytes that are no text. Please choose "
+                "another file.",
+                {path}),
         Failure::kFile);
     return std::nullopt;
   }
   DataFile file{.path = path, .size = contents.bytes.size(), .header = {}, .lines = {}};
   if (const int line = SortLines(bytes, file); line > 0) {
     Refuse(session,
-           NLSFmt(session,
-                  "%0:s is not a file of radio data: line %1:s has more than %2:s characters. "
-                  "Please choose another file.",
-                  {path, std::to_string(line), std::to_string(kLongestLine)}),
+           NLSFmt(session, "Data file is corrupt.") + "\n" +
+               NLSFmt(session,
+                      "%0:s is not a file of radio data: line %1:s has more than %2:s characters. "
+                      "Please choose another file.",
+                      {path, std::to_string(line), std::to_string(kLongestLine)}),
            Failure::kFile);
     return std::nullopt;
   }

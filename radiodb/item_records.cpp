@@ -156,7 +156,6 @@ bool ReadNetwork(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
   SendCommand(link, "l");
   const std::string item_list = ReceiveReply(link, "List");
   if (link.session.Stopped()) return false;
-  if (item_list.empty()) return GiveUpForNothing(link.session);
   view.ShowStatus(several ? NetworkStatus(db, NLSText("Reading Items from Network %0:s ..."))
                           : NLSFmt(link.session, "Reading Items..."));
   ReadItemList(db, view, item_list, files);
