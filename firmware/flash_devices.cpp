@@ -55,10 +55,11 @@ void UpdateFlashMicro(Firmware& firmware, link::TransferView& view, int slot) {
   if (!link.IsActive(slot)) return;
   const std::uint8_t manufacturer = GetByteFromSpecficComms(link, slot, 0);
   const std::uint8_t device = GetByteFromSpecficComms(link, slot, 0);
-  if (device == 0) return;  // the wait has failed, or the one before it
-  firmware.Flash(slot) = IdentifyFlashDevice(manufacturer, device);
   const std::uint8_t micro = GetByteFromSpecficComms(link, slot, 0);
+  // A radio that failed meanwhile leaves no record, which could have the image refused for the
+  // others.
   if (micro == 0) return;
+  firmware.Flash(slot) = IdentifyFlashDevice(manufacturer, device);
   const std::string_view micro_type = MicroType(micro);
   if (micro_type.empty()) {
     NLSMsgBox(link.session, "Unknown Micro type returned.", {.icon = Icon::kCritical});
