@@ -1,4 +1,4 @@
-// Reading and programming a radio's database: what the read/write window and the specification view
+// Reading and programming a radio's database: what the read/write window and the identity view
 // do, and zepctl's read, program and identify.
 //
 // All work on one radio; the user chooses the port when there are several Active ones. They open

@@ -44,8 +44,8 @@ std::string ErrorText(const Session& session, const platform::SystemError& error
     default:
       break;
   }
-  return NLSFmt(session, "Error: ") + std::to_string(error.number) + " " + error.description +
-         "[" + std::string(procedure) + "]";
+  return NLSFmt(session, "Error: ") + std::to_string(error.number) + " " + error.description + "[" +
+         std::string(procedure) + "]";
 }
 
 // Shows the box and takes the time; that of a box inside another box's turns is part of the outer

@@ -111,7 +111,8 @@ TEST(DataFileReader, LinesBehindTheHeaderAreFoundHoweverTheyAreWritten) {
   EXPECT_EQ(read("00A\n\n \t\nf01\nf~~~\n"), "1 00A;4 01;5 ~~~;");
   EXPECT_EQ(read("\xEF\xBB\xBF***\n---\n02\n\x1A"), "3 02;");
   EXPECT_EQ(read("***\nno end\n"), "");
-  const std::string refused = "failure 5 \ncritical Data file is corrupt.\na is not a file of radio data: ";
+  const std::string refused =
+      "failure 5 \ncritical Data file is corrupt.\na is not a file of radio data: ";
   EXPECT_EQ(read("00\n" + std::string(50, '\0')),
             refused + "it holds bytes that are no text. Please choose another file. -> OK\n");
   EXPECT_EQ(read("00\n" + std::string(1001, '0')),
