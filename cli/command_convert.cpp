@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "cli/command.h"
 #include "cli/difference_report.h"
 #include "cli/file_names.h"
@@ -34,13 +36,20 @@ std::string FourDigits(int version) {
   return services::PadString(std::to_string(version), services::PadSide::kLeft, 4, "0");
 }
 
+// Digits, with a point among them or not.
+bool IsVersion(std::string_view text) {
+  return std::count(text.begin(), text.end(), '.') <= 1 &&
+         text.find_first_not_of("0123456789.") == std::string_view::npos;
+}
+
 // The versions that were typed; from_file stands in for a first one that was not. Nothing when one
 // is no version; the user has been told.
 std::optional<Versions> TypedVersions(Program& program, const ConvertOptions& options,
                                       int from_file) {
+  const bool are_versions = IsVersion(options.from) && IsVersion(options.to);
   const Versions versions{options.from.empty() ? from_file : radiodb::VersionNumber(options.from),
                           radiodb::VersionNumber(options.to)};
-  if (versions.from > 0 && versions.to > 0) return versions;
+  if (are_versions && versions.from > 0 && versions.to > 0) return versions;
   program.UsageError(NLSFmt(program.session,
                             "Please give the versions as in \"--from 402 --to 405\"; 4.02 and 0402 "
                             "are the same."));
@@ -48,6 +57,15 @@ std::optional<Versions> TypedVersions(Program& program, const ConvertOptions& op
 }
 
 bool MayWrite(Program& program, const ConvertOptions& options) {
+  if (platform::IsSameFile(options.saved_file, options.converted_file)) {
+    NLSMsgBox(program.session,
+              NLSFmt(program.session,
+                     "%0:s is the file to convert and stays as it is. Please give the new file "
+                     "another name.",
+                     {options.saved_file}),
+              {.icon = services::Icon::kCritical});
+    return false;
+  }
   if (options.dry_run || !platform::FileExists(options.converted_file)) return true;
   return NLSMsgBox(program.session, "File exists overwrite?",
                    {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
@@ -72,14 +90,42 @@ ExitStatus Finish(Program& program, const ConvertOptions& options, const Version
   return ExitStatus::kDone;
 }
 
+ExitStatus RefuseCalibration(services::Session& session, const std::string& file) {
+  NLSMsgBox(session,
+            NLSFmt(session,
+                   "The file %0:s holds calibration data. Please convert it with \"convert "
+                   "calibration\".",
+                   {file}),
+            {.icon = services::Icon::kCritical});
+  return ExitStatus::kRefused;
+}
+
+// Whether the file is of that version, or is to be taken for it.
+bool IsOfVersion(services::Session& session, const ConvertOptions& options,
+                 const radiodb::FileIdentity& identity, int from) {
+  const int in_file = radiodb::VersionNumber(identity.database_version);
+  if (in_file == from) return true;
+  const std::string question =
+      NLSFmt(session,
+             "The file %0:s is of database version %1:s, not %2:s. Convert it as if it were of "
+             "version %2:s?",
+             {options.saved_file, std::to_string(in_file), std::to_string(from)});
+  return NLSMsgBox(session, question,
+                   {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
+         services::Answer::kYes;
+}
+
 ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
   services::Session& session = program.session;
   const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(session, options.saved_file);
   if (!file) return program.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
+  if (identity && identity->is_calibration) return RefuseCalibration(session, options.saved_file);
   const std::optional<Versions> versions = TypedVersions(
       program, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
   if (!versions) return ExitStatus::kUsage;
+  if (identity && !IsOfVersion(session, options, *identity, versions->from))
+    return ExitStatus::kRefused;
   if (!MayWrite(program, options)) return ExitStatus::kRefused;
 
   std::vector<upgrade::Change> changes;
