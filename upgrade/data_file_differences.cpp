@@ -51,6 +51,18 @@ void CompareFacts(const Session& session, const radiodb::DataFileCheck& before,
   }
 }
 
+// The lines of a network that are in no item.
+std::string OtherLines(const PersonalityData& data, std::size_t network) {
+  std::string text;
+  if (network >= data.networks.size()) return text;
+  for (const PersonalityLine& line : data.networks[network].lines) {
+    if (line.other_text.empty()) continue;
+    if (!text.empty()) text += ", ";
+    text += line.other_text;
+  }
+  return text;
+}
+
 int DatabaseVersionOf(const radiodb::DataFileCheck& check) {
   return radiodb::VersionNumber(check.identity->database_version);
 }
@@ -79,6 +91,13 @@ std::optional<DataFileDifferences> CompareDataFiles(Session& session, const std:
     const std::vector<ItemDifference> items =
         CompareItems(static_cast<int>(at + 1), items_of(old_data, at), DatabaseVersionOf(old_check),
                      items_of(new_data, at), DatabaseVersionOf(new_check));
+    std::string old_lines = OtherLines(old_data, at);
+    std::string new_lines = OtherLines(new_data, at);
+    if (old_lines != new_lines) {
+      differences.facts.push_back(
+          {NLSFmt(session, "Other lines of network %0:s", {std::to_string(at + 1)}),
+           std::move(old_lines), std::move(new_lines)});
+    }
     differences.items.insert(differences.items.end(), items.begin(), items.end());
   }
   return differences;
