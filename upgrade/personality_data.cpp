@@ -130,7 +130,7 @@ bool WriteDatabase(services::Session& session, const PersonalityData& data,
   platform::SystemError error = platform::MakeFolders(services::FolderOf(path));
   if (!error) error = platform::WriteWholeFile(path, text);
   if (!error) return true;
-  session.failure = services::Failure::kFile;
+  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kFile;
   services::ReportError(session, error, "WriteDatabase");
   return false;
 }
