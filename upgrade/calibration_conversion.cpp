@@ -33,7 +33,8 @@ bool Fail(Session& session, const std::string& text) {
 }
 
 bool FailStep(Session& session, const CalibrationStep& step) {
-  return Fail(session, NLSFmt(session, "Conversion Error") + std::string(step.error_text));
+  // The title is put before it, with a colon.
+  return Fail(session, std::string(step.error_text.substr(2)));
 }
 
 bool IsSameText(std::string_view a, std::string_view b) {
@@ -117,6 +118,13 @@ bool ConvertCalibrationDatabase(Session& session, std::string& data, int current
                         NLSFmt(session, "checksum")});
   }
   return true;
+}
+
+bool HasCalibrationLength(std::string_view data, int version) {
+  const std::span<const CalibrationStep> steps = CalibrationSteps();
+  return std::none_of(steps.begin(), steps.end(), [&](const CalibrationStep& step) {
+    return step.from == version && step.required_length != data.size();
+  });
 }
 
 std::string CalibrationChecksum(Session& session, std::string_view data) {

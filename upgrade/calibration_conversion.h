@@ -21,6 +21,9 @@ namespace zep::upgrade {
 bool ConvertCalibrationDatabase(services::Session& session, std::string& data, int current,
                                 int wanted, std::vector<Change>* changes = nullptr);
 
+// Whether the data has the length of that version; any length will do for one that is not known.
+bool HasCalibrationLength(std::string_view data, int version);
+
 // The sum of all bytes as four hex digits, modulo 65536.
 std::string CalibrationChecksum(services::Session& session, std::string_view data);
 
