@@ -105,15 +105,16 @@ UpgradeOutcome AutomaticUpgrade::RunSteps() {
 
 bool AutomaticUpgrade::Save() {
   Begin(NLSText("Saving personality and calibration data"));
-  KeepUnfinishedData(session_, log_);
   db_.transfer_kind = radiodb::TransferKind::kBoth;
   db_.database_folder = radiodb::DatabaseFolder(session_);
   db_.calibration_folder = radiodb::CalibrationFolder(session_);
+  if (!PrepareToSave(db_, log_)) return false;
   if (!radiodb::ReadRadio(db_, view_.ReadWriteWindow())) {
     return FailWith("Could not save personality data", Failure::kFile);
   }
   saved_ = {db_.data_file, db_.calibration_file};
   saved_model_code_ = db_.identity.model_code;
+  saved_serial_number_ = db_.identity.serial_number;
   old_database_version_ = db_.identity.database_version;
   old_calibration_version_ = db_.identity.calibration_version;
   note_is_new_ = !platform::FileExists(NoteFile(session_, saved_));
@@ -122,7 +123,24 @@ bool AutomaticUpgrade::Save() {
   }
   log_.Log("Personality data saved as: " + services::FileTitleOf(saved_.data_file));
   log_.Log("Calibration data saved as: " + services::FileTitleOf(saved_.calibration_file));
-  return CheckDefaultSettings();
+  return CheckSavedCalibration() && CheckDefaultSettings();
+}
+
+// A conversion that is bound to fail is to do so before the firmware is in the radio.
+bool AutomaticUpgrade::CheckSavedCalibration() {
+  const std::optional<radiodb::DataFile> file = ReadSoundFile(session_, saved_.calibration_file);
+  if (!file) return FailWith("The saved data could not be verified", Failure::kFile);
+  const std::string data =
+      GetCalibrationData(*file, CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type}));
+  const int version = VersionNumber(old_calibration_version_);
+  if (!data.empty() && HasCalibrationLength(data, version)) return true;
+  NLSMsgBox(session_,
+            NLSFmt(session_,
+                   "The radio's calibration data is not that of its calibration version %0:s: it "
+                   "has %1:s bytes. The radio keeps its firmware. Please upgrade it manually.",
+                   {std::to_string(version), std::to_string(data.size() / 2)}),
+            {.icon = Icon::kCritical});
+  return FailWith("The calibration data cannot be converted", Failure::kRefused);
 }
 
 // Without them there would be no way back once the firmware is in the radio.
@@ -188,6 +206,11 @@ bool AutomaticUpgrade::CheckRadioIsTheSame() {
               {.icon = Icon::kCritical});
     return FailWith("The radio is not the one whose data was saved: its model code is " +
                         radio.model_code + " instead of " + saved_model_code_,
+                    Failure::kRefused);
+  }
+  if (!MayBeSameRadio(session_, saved_serial_number_, radio.serial_number)) {
+    return FailWith("The radio is not the one whose data was saved: its serial number is " +
+                        radio.serial_number + " instead of " + saved_serial_number_,
                     Failure::kRefused);
   }
   if (VersionNumber(radio.database_version) >= VersionNumber(old_database_version_)) return true;
@@ -259,11 +282,7 @@ UpgradeOutcome AutomaticUpgrade::Report(bool succeeded) {
   log_.Log(ReportText(outcome));
   NLSMsgBox(session_, ReportText(outcome));
   if (outcome != UpgradeOutcome::kSucceeded && download_started_) {
-    log_.Log("The radio's data is in " + saved_.data_file + " and " + saved_.calibration_file);
-    NLSMsgBox(session_, NLSFmt(session_,
-                               "The data of this radio is in %0:s and %1:s. Please keep these "
-                               "files until the radio has its data back.",
-                               {saved_.data_file, saved_.calibration_file}));
+    TellOfSavedData(session_, log_, saved_);
   }
   return outcome;
 }
@@ -287,7 +306,7 @@ bool AutomaticUpgrade::FailWith(std::string_view line, Failure why) {
   return false;
 }
 
-bool AutomaticUpgrade::MayGoOn() { return !IsAborted() && !session_.DownloadError; }
+bool AutomaticUpgrade::MayGoOn() { return !IsAborted() && !session_.Stopped(); }
 
 bool AutomaticUpgrade::IsAborted() {
   if (session_.CancelRequested && session_.failure == Failure::kCancelled) aborted_ = true;

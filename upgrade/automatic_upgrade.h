@@ -60,6 +60,7 @@ class AutomaticUpgrade {
  private:
   UpgradeOutcome RunSteps();
   bool Save();
+  bool CheckSavedCalibration();
   bool CheckDefaultSettings();
   bool Download();
   bool TransferFirmware();
@@ -88,6 +89,7 @@ class AutomaticUpgrade {
 
   SavedData saved_;
   std::string saved_model_code_;
+  std::string saved_serial_number_;
   std::string default_settings_;
   std::string old_database_version_;
   std::string old_calibration_version_;

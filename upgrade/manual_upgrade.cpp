@@ -60,7 +60,7 @@ struct Run {
 bool Save(Run& run) {
   UpgradeLog log(run.session, UpgradeLogFile(run.session));
   TellOfUnfinishedUpgrades(run.session, log);
-  KeepUnfinishedData(run.session, log);
+  if (!PrepareToSave(run.db, log)) return false;
   run.db.transfer_kind = !run.selections.SaveCalibration ? TransferKind::kAutoSave
                          : run.selections.SaveMain       ? TransferKind::kBoth
                                                          : TransferKind::kCalibration;
@@ -151,7 +151,11 @@ bool WriteBack(Run& run) {
     NLSMsgBox(run.session, "Please turn radio on so data may be programmed.",
               {.notice = services::Notice::kAwaitsAction});
   }
-  if (!radiodb::ReadSpecification(run.db)) return false;
+  if (!radiodb::ReadSpecification(run.db) ||
+      !MayBeSameRadio(run.session, run.identity_before.serial_number,
+                      run.db.identity.serial_number)) {
+    return false;
+  }
   const bool personality = !run.selections.SaveMain || WriteBackPersonality(run);
   const bool calibration =
       !run.selections.SaveCalibration || (!run.session.Stopped() && WriteBackCalibration(run));
@@ -175,8 +179,13 @@ bool DoAll(Run& run) {
                   Failure::kFile);
   }
   if (run.HasData() && !Save(run)) return false;
-  if (!TransferFirmware(run)) return false;
-  return !run.HasData() || WriteBack(run);
+  if (session.Stopped()) return false;
+  if (TransferFirmware(run) && (!run.HasData() || WriteBack(run))) return true;
+  if (run.HasData()) {
+    UpgradeLog log(session, UpgradeLogFile(session));
+    TellOfSavedData(session, log, run.saved);
+  }
+  return false;
 }
 
 }  // namespace

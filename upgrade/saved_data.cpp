@@ -1,5 +1,7 @@
 #include "upgrade/saved_data.h"
 
+#include <algorithm>
+
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "platform/files.h"
@@ -105,9 +107,16 @@ bool IsLeftForLastNetwork(const radiodb::RadioDb& db, int network, std::string_v
          (item == "32" || item == "33");
 }
 
+// Item 0 of a further network is carried along as a line.
+bool HasOtherLine(const PersonalityNetwork& saved, std::string_view item) {
+  return std::any_of(saved.lines.begin(), saved.lines.end(), [item](const PersonalityLine& line) {
+    return line.other_text.starts_with(item);
+  });
+}
+
 // The radio's items of a network that are not among those saved, each two digits long. A list of
 // items carries no checksum, so the one that was used for the read may have been cut short.
-std::string MissingItems(const radiodb::RadioDb& db, int network, const ItemArray& saved) {
+std::string MissingItems(const radiodb::RadioDb& db, int network, const PersonalityNetwork& saved) {
   link::Link& link = db.link;
   const radiodb::RadioType type = db.identity.type;
   const bool several = db.identity.IsTrunked() && db.number_of_networks > 1;
@@ -118,7 +127,8 @@ std::string MissingItems(const radiodb::RadioDb& db, int network, const ItemArra
   for (std::size_t at = 0; at + 2 <= list.size() && !link.session.Stopped(); at += 2) {
     const std::string item = list.substr(at, 2);
     const auto number = static_cast<std::size_t>(services::ConHexByteToInt(link.session, item));
-    if (number < kItemCount && !saved[number].empty()) continue;
+    if (number < kItemCount && !saved.items[number].empty()) continue;
+    if (HasOtherLine(saved, item)) continue;
     if (item == radiodb::CalibrationItem(type) || IsLeftForLastNetwork(db, network, item) ||
         !radiodb::IsItemSelected(type, db.transfer_kind, item)) {
       continue;
@@ -139,7 +149,7 @@ bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
   }
   std::string missing;
   for (std::size_t at = 0; at < data->networks.size(); ++at) {
-    missing += MissingItems(db, static_cast<int>(at + 1), data->networks[at].items);
+    missing += MissingItems(db, static_cast<int>(at + 1), data->networks[at]);
   }
   link::ReleaseFromProgMode(db.link);
   link::CloseAllComms(db.link);
@@ -166,6 +176,38 @@ bool WriteNote(Session& session, const SavedData& saved) {
   if (!error) return true;
   services::ReportError(session, error, "SecureSavedData");
   return false;
+}
+
+bool Refuse(Session& session, const std::string& text) {
+  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kFile;
+  NLSMsgBox(session, text, {.icon = services::Icon::kCritical});
+  return false;
+}
+
+// Copies the file under a name that is free, unless a copy of the same contents is there.
+bool KeepCopy(Session& session, UpgradeLog& log, const std::string& path) {
+  const platform::FileContents contents = platform::ReadWholeFile(path);
+  platform::SystemError error = contents.error;
+  const std::string first_name = path + std::string(kUnfinished);
+  std::string kept = first_name;
+  for (int number = 2; !error && (platform::FileExists(kept) || platform::IsFolder(kept));
+       ++number) {
+    const platform::FileContents other = platform::ReadWholeFile(kept);
+    if (!other.error && other.bytes == contents.bytes) return true;
+    kept = first_name + std::to_string(number);
+  }
+  if (!error) error = platform::WriteWholeFile(kept, contents.bytes);
+  if (!error) {
+    log.Log("The data of the unfinished upgrade is kept in " + kept);
+    return true;
+  }
+  services::ReportError(session, error, "KeepUnfinishedData");
+  log.Log("The data of the unfinished upgrade could not be copied: " + path);
+  return Refuse(session, NLSFmt(session,
+                                "The data of an unfinished upgrade in %0:s could not be copied to "
+                                "%1:s, so the radio was not read. Please check the disk, or move "
+                                "the file to a safe place yourself.",
+                                {path, kept}));
 }
 
 bool Secure(const radiodb::RadioDb& db, const SavedData& saved) {
@@ -215,17 +257,65 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
   }
 }
 
-void KeepUnfinishedData(const Session& session, UpgradeLog& log) {
+bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log) {
+  Session& session = db.link.session;
+  const std::string upgrade_folder = UpgradeFolder(session);
+  for (const std::string& folder : {db.database_folder, db.calibration_folder}) {
+    if (!platform::IsSameFile(folder, upgrade_folder)) continue;
+    log.Log("The saved data would be in the folder of the converted data: " + upgrade_folder);
+    return Refuse(session, NLSFmt(session,
+                                  "The radio's data cannot be saved in %0:s: the converted data, "
+                                  "which goes there, would replace it. Please choose another "
+                                  "folder for data files and calibration files.",
+                                  {upgrade_folder}));
+  }
   for (const SavedData& saved : FindNotes(session)) {
     for (const std::string& path : {saved.data_file, saved.calibration_file}) {
-      const std::string kept = path + std::string(kUnfinished);
-      const platform::FileContents contents = platform::ReadWholeFile(path);
-      if (contents.error || platform::FileExists(kept)) continue;
-      if (!platform::WriteWholeFile(kept, contents.bytes)) {
-        log.Log("The data of the unfinished upgrade is kept in " + kept);
-      }
+      if (platform::FileExists(path) && !KeepCopy(session, log, path)) return false;
     }
   }
+  return true;
+}
+
+void TellOfSavedData(Session& session, UpgradeLog& log, const SavedData& saved) {
+  const bool both = !saved.data_file.empty() && !saved.calibration_file.empty();
+  if (both) {
+    log.Log("The radio's data is in " + saved.data_file + " and " + saved.calibration_file);
+    NLSMsgBox(session, NLSFmt(session,
+                              "The data of this radio is in %0:s and %1:s. Please keep these "
+                              "files until the radio has its data back.",
+                              {saved.data_file, saved.calibration_file}));
+    return;
+  }
+  const std::string& file = saved.data_file.empty() ? saved.calibration_file : saved.data_file;
+  log.Log("The radio's data is in " + file);
+  NLSMsgBox(session, NLSFmt(session,
+                            "The data of this radio is in %0:s. Please keep this file until the "
+                            "radio has its data back.",
+                            {file}));
+}
+
+bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
+                    const std::string& serial_number) {
+  const auto is_set = [](const std::string& number) {
+    return !number.empty() && number != "NOT SET";
+  };
+  if (!is_set(saved_serial_number) || !is_set(serial_number) ||
+      saved_serial_number == serial_number) {
+    return true;
+  }
+  const std::string question =
+      NLSFmt(session,
+             "The saved data is of the radio with the serial number %0:s, but the radio now has "
+             "the serial number %1:s. Program the data nevertheless?",
+             {saved_serial_number, serial_number});
+  if (NLSMsgBox(session, question,
+                {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
+      services::Answer::kYes) {
+    return true;
+  }
+  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kRefused;
+  return false;
 }
 
 }  // namespace zep::upgrade

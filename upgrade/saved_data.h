@@ -34,8 +34,20 @@ void RemoveNote(const services::Session& session, const SavedData& saved);
 // Tells the user of every note that an unfinished run has left behind, and logs it.
 void TellOfUnfinishedUpgrades(services::Session& session, UpgradeLog& log);
 
-// Before a radio is read: copies the files that notes speak of to "NAME.unfinished", so that they
-// are not written over; the radio may no longer hold what is in them.
-void KeepUnfinishedData(const services::Session& session, UpgradeLog& log);
+// Before a radio is read, with the folders of db set: makes sure that the files to be made are not
+// where the converted ones go, and copies the files that notes speak of to "NAME.unfinished", or
+// "NAME.unfinished2" and so on when there is another copy, so that they are not written over; the
+// radio may no longer hold what is in them. False, after a message, when the radio must not be
+// read; session.failure is set.
+bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log);
+
+// After a run that failed once the download had begun: tells the user where the data is, and logs
+// it.
+void TellOfSavedData(services::Session& session, UpgradeLog& log, const SavedData& saved);
+
+// Whether the saved data may go into the radio that came back: both have the same serial number,
+// one of them has none, or the user says so. When not, session.failure is set.
+bool MayBeSameRadio(services::Session& session, const std::string& saved_serial_number,
+                    const std::string& serial_number);
 
 }  // namespace zep::upgrade
