@@ -201,7 +201,7 @@ bool KeepCopy(Session& session, UpgradeLog& log, const std::string& path) {
     log.Log("The data of the unfinished upgrade is kept in " + kept);
     return true;
   }
-  services::ReportError(session, error, "KeepUnfinishedData");
+  services::ReportError(session, error, "PrepareToSave");
   log.Log("The data of the unfinished upgrade could not be copied: " + path);
   return Refuse(session, NLSFmt(session,
                                 "The data of an unfinished upgrade in %0:s could not be copied to "
