@@ -99,6 +99,10 @@ TEST_F(Conversion, HasTheDisplayTextsByteForByte) {
   int separators = 0;
   for (std::size_t at = 0; at < table.size(); at += 2) separators += table.substr(at, 2) == "FE";
   EXPECT_EQ(separators, 118);
+  int places = 0;  // every byte by its place, from 1
+  for (int at = 0; at < 625; ++at)
+    places += (at + 1) * GetByte(test_.session, table, static_cast<std::size_t>(at));
+  EXPECT_EQ(places, 20868138);
   // Ten empty texts, "ENTER CODE:", "    UNIT", "** DIVERT **", " CCDI  BUSY".
   EXPECT_THAT(table, StartsWith("00FEFEFEFEFEFEFEFEFEFE454E54455220434F44453AFE20202020554E4954FE"
                                 "2A2A20444956455254202A2AFE2043434449202042555359FE"));
@@ -194,12 +198,13 @@ TEST_F(Conversion, WritesAFileWithItsOrderAndRecordsKept) {
   PersonalityRequest request = Request("0405");
   request.old_version = "0401";
   request.saved_file = test_.folder.Write(
-      "saved.omn",
-      DataFileOf({Identity("0402"), "f" + Record("2B0702", "AABB"), Record("150014", Count(0, 19)),
-                  Record("150112", Count(20, 37)), Record("050005", "0001020304"), "~~~",
-                  Record("000001", "77"), "Insert Common Dynamic Item Here",
-                  Record("050005", "0506070809"), Record("1E0002", "00FE")}));
+      "saved.omn", DataFileOf({Identity("0402"), "f" + Record("2B0702", "AABB"),
+                               Record("150014", Count(0, 19)), Record("150112", Count(20, 37)),
+                               Record("050005", "0001020304"), Record("000001", "66"), "~~~",
+                               Record("000001", "77"), "Insert Common Dynamic Item Here",
+                               Record("050005", "0506070809"), Record("1E0002", "00FE")}));
   request.converted_file = ConvertedFileOf(test_.session, request.saved_file);
+  EXPECT_EQ(ReadDatabase(test_.session, request.saved_file)->networks[0].items[0].size(), 34U);
   EXPECT_TRUE(ConvertFile(request));
   std::string texts;
   AppendRecords(test_.session, "1E", DisplayTextTable(), texts);
@@ -209,7 +214,7 @@ TEST_F(Conversion, WritesAFileWithItsOrderAndRecordsKept) {
                    "---", Identity("0405"), Record("2B0702", "AABB"),
                    Record("150014", Count(0, 13) + "8E" + Count(15, 19)),
                    Record("150112", Count(20, 31) + "80" + Count(33, 37)),
-                   Record("050005", "00010203E4")}) +
+                   Record("050005", "00010203E4"), Record("000001", "66")}) +
                 texts +
                 Lines({"~~~", Record("000001", "77"), "Insert Common Dynamic Item Here",
                        Record("050005", "05060708E4")}) +
@@ -317,8 +322,9 @@ TEST_F(Conversion, ComparesTwoFiles) {
       "a.ops", DataFileOf({Identity("0402"), Record("050003", "010203"), Record("060001", "AA"),
                            Record("150024", Count(0, 35))}));
   const std::string new_file = test_.folder.Write(
-      "b.ops", DataFileOf({Identity("0405"), Record("050004", "01FF0304"),
-                           Record("150012", Count(0, 17)), "~~~", Record("070001", "BB")}));
+      "b.ops",
+      DataFileOf({Identity("0405"), Record("050004", "01FF0304"), Record("150012", Count(0, 17)),
+                  "~~~", Record("070001", "BB"), Record("000001", "77")}));
   const auto differences = CompareDataFiles(test_.session, old_file, new_file);
   ASSERT_TRUE(differences);
   std::string text;
@@ -326,7 +332,7 @@ TEST_F(Conversion, ComparesTwoFiles) {
     text += fact.name + " " + fact.before + ">" + fact.after + "\n";
   for (const ItemDifference& difference : differences->items) text += Text(difference);
   EXPECT_EQ(text,
-            "Database version 0402>0405\nNetworks 1>2\n"
+            "Database version 0402>0405\nNetworks 1>2\nOther lines of network 2 >0000017788\n"
             "1 00 0.12 32>35\n1 05 0.1 02>FF\n1 05 0.3 >04\n1 06 0.0 AA>\n"
             "1 15 2.0 12131415161718191A1B1C1D1E1F2021>\n1 15 2.16 2223>\n2 07 0.0 >BB\n");
   EXPECT_TRUE(CompareDataFiles(test_.session, old_file, old_file)->None());
@@ -356,8 +362,7 @@ TEST_F(Conversion, ConvertsCalibrationDataStepByStep) {
     data = Count(0, row.last) + "FFFF00";
     EXPECT_FALSE(ConvertCalibrationDatabase(test_.session, data, row.from, row.to)) << step;
     EXPECT_EQ(data, Count(0, row.last) + "FFFF00") << step;
-    EXPECT_EQ(test_.user.TakeBoxes(),
-              "information [Conversion Error] Conversion Error: " + step + " -> OK\n");
+    EXPECT_EQ(test_.user.TakeBoxes(), "information [Conversion Error] " + step + " -> OK\n");
   }
 }
 

@@ -161,6 +161,9 @@ struct UpgradeBench : testing::FirmwareBench {
     return std::regex_replace(text, std::regex(folder.Path("")), "");
   }
   simulator::SimulatedRadio& radio() { return simulated[0]->Radio(); }
+  simulator::Item& Factory(std::uint8_t item, int network = 1) {
+    return const_cast<simulator::Item&>(*radio().Data().Find(network, item));
+  }
   const simulator::Bytes& Item(std::uint8_t item, int network = 1) {
     return radio().Data().Find(network, item)->data;
   }
@@ -265,6 +268,8 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
         "no image|,firmware=0303|no Cannot find PP11PhaseII.bin|failed 5|no|"
         "Firmware file could not be located",
         "image corrupt||write PP11PhaseI.bin short|failed 5|no|Firmware file is corrupt",
+        "image of another model||image PP11PhaseI.bin 21 0126 0405 0103;no The firmware file|"
+        "failed 1|no|The firmware file is for another model",
         "silent while it is read|,fault=silent@read:9||comms error 3|no|Could not save personality "
         "data",
         "an earlier file is to stay||write database/10000125v0400.ops mine;"
@@ -322,11 +327,53 @@ TEST(AutomaticUpgrade, AbortsAtTheNextStep) {
     SCOPED_TRACE(fields[0]);
     UpgradeBench bench;
     bench.upgrade_view.on_step = [&](const std::string& step) {
-      if (step == fields[0]) bench.upgrade.Cancel();
+      if (step != fields[0]) return;
+      if (step != "transfer") return bench.upgrade.Cancel();
+      bench.user.on_turn = [&bench, turns = 0](int) mutable {
+        if (++turns == 50) bench.upgrade.Cancel();
+      };
     };
     EXPECT_EQ(bench.Upgrade(), "aborted 6");
     EXPECT_THAT(bench.Log(), HasSubstr("|" + fields[1] + "|The upgrade process was aborted|"));
     EXPECT_EQ(bench.Flashed(), fields[2] == "yes");
+  }
+}
+
+TEST(AutomaticUpgrade, GivesNothingToAnotherRadio) {
+  for (const char* row :
+       {"21|10000125|Can not program a ZEP 1100 as a |model code is 21 instead of 11",
+        "11|10000126|number 10000125, but the radio now has the serial number 10000126.|"
+        "serial number is 10000126 instead of 10000125"}) {
+    const std::vector<std::string> fields = testing::Fields(row);
+    UpgradeBench bench("", fields[0] == "11" ? "no The saved data is of" : "");
+    bench.upgrade_view.on_step = [&](const std::string& step) {
+      if (!step.starts_with("Converting")) return;
+      bench.db.identity.model_code = fields[0];
+      bench.db.identity.serial_number = fields[1];
+    };
+    EXPECT_EQ(bench.Upgrade(), "failed 1");
+    EXPECT_THAT(bench.Boxes(), HasSubstr(fields[2]));
+    EXPECT_THAT(bench.Log(), HasSubstr("|The radio is not the one whose data was saved: its " +
+                                       fields[3] + "|"));
+  }
+}
+
+TEST(AutomaticUpgrade, FindsCalibrationThatCannotBeConvertedBeforeTheDownload) {
+  UpgradeBench bench;
+  bench.Factory(0x2C).data.pop_back();
+  EXPECT_EQ(bench.Upgrade(), "failed 1");
+  EXPECT_THAT(bench.Boxes(), HasSubstr("calibration version 100: it has 129 bytes."));
+  EXPECT_FALSE(bench.Flashed() || bench.Note());
+}
+
+TEST(AutomaticUpgrade, SavesNothingWhereTheConvertedDataGoes) {
+  for (const char* setting : {"MainDBLocation", "CalibrationDBLocation"}) {
+    UpgradeBench bench;
+    bench.settings.AppSaveUserSetting(services::AppType::kDownload, setting,
+                                      bench.folder.Path("database/../upgrade"));
+    EXPECT_EQ(bench.Upgrade(), "failed 5");
+    EXPECT_THAT(bench.Boxes(), HasSubstr("The radio's data cannot be saved in upgrade/: "));
+    EXPECT_FALSE(bench.Flashed());
   }
 }
 
@@ -343,17 +390,26 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   UpgradeBench bench("",
                      "write database/10000125v0400.ops old data;"
                      "write calibration/10000125v0100.ocs old calibration;"
-                     "write upgrade/1v1.ops.unfinished gone;"
-                     "yes Database file for this;yes Calibration file for this");
+                     "write calibration/10000125v0100.ocs.unfinished older;"
+                     "write upgrade/1v1.ops.unfinished gone");
   bench.folder.Write("upgrade/10000125v0400.ops.unfinished",
                      bench.folder.Path(kDataFile) + "\n" + bench.folder.Path(kCalibrationFile));
-  EXPECT_EQ(bench.Upgrade(), "succeeded 0");
-  EXPECT_THAT(bench.Boxes(),
-              StartsWith("information An earlier upgrade did not finish. The data of that "
-                         "radio is in database/10000125v0400.ops and calibration/"));
+  const std::string defaults = *bench.folder.Read("default.ops");
+  // A run that ends before the download leaves the note as it was.
+  for (const bool succeeds : {false, true}) {
+    bench.user.TakeBoxes();
+    bench.Do("remove default.ops;yes Database file for this;yes Calibration file for this");
+    if (succeeds) bench.folder.Write("default.ops", defaults);
+    if (!succeeds) bench.Do("no Cannot find default.ops");
+    EXPECT_EQ(bench.Upgrade(), succeeds ? "succeeded 0" : "failed 5");
+    EXPECT_THAT(bench.Boxes(),
+                StartsWith("information An earlier upgrade did not finish. The data of that radio "
+                           "is in database/10000125v0400.ops and calibration/"));
+    EXPECT_EQ(bench.Note(), !succeeds);
+  }
   EXPECT_EQ(bench.folder.Read("database/10000125v0400.ops.unfinished"), "old data");
-  EXPECT_EQ(bench.folder.Read("calibration/10000125v0100.ocs.unfinished"), "old calibration");
-  EXPECT_FALSE(bench.Note());
+  EXPECT_EQ(bench.folder.Read("calibration/10000125v0100.ocs.unfinished"), "older");
+  EXPECT_EQ(bench.folder.Read("calibration/10000125v0100.ocs.unfinished2"), "old calibration");
   EXPECT_FALSE(bench.folder.Read("upgrade/1v1.ops.unfinished")) << "it tells of nothing any more";
 }
 
@@ -380,6 +436,15 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
     EXPECT_THAT(bench.Boxes(), HasSubstr(fields[4]));
     EXPECT_THAT(bench.Boxes(), HasSubstr(relied_on ? "" : "so the radio keeps its firmware"));
   }
+}
+
+TEST(SavedData, MayHoldItem0OfEachNetwork) {
+  UpgradeBench bench(",model=12,networks=2");
+  bench.Factory(0, 2).use = simulator::ItemUse::kReadOnly;
+  bench.db.transfer_kind = radiodb::TransferKind::kBoth;
+  ASSERT_TRUE(ReadRadio(bench.db, bench.view));
+  EXPECT_THAT(bench.folder.Read("database/10000125v0400.omn").value_or(""), HasSubstr("~~~\r\n00"));
+  EXPECT_TRUE(SecureSavedData(bench.db, {bench.db.data_file, bench.db.calibration_file}));
 }
 
 // Each fault at each step: a run ends, claims success only with everything in place, and has the
@@ -425,6 +490,7 @@ TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
         "personality|0400 0100|1011||0 1 130|Completed downloading firmware",
         "calibration|0400 0102|0111||0 1 141|Completed downloading firmware",
         "both|0400 0102|1111||0 2 141|Completed downloading firmware",
+        "both, nothing to convert|0400 0100|1101||0 2 130|Completed downloading firmware",
         "calibration not to be converted|0400 0102|1101||1 2 141|was not written back. It is in",
         "incompatible database|0405 0100|1111|yes Start the programming|1 2 130|"
         "The programming application was not found",
@@ -450,7 +516,10 @@ TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
     EXPECT_EQ(done, failure == 0);
     EXPECT_EQ(bench.Flashed(), failure != 5);
     EXPECT_EQ(bench.Note(), failure == 1);
-    EXPECT_THAT(bench.user.messages.back().text, HasSubstr(fields[5]));
+    EXPECT_EQ(
+        bench.Log().find("The radio's data is in " + std::string(kDataFile)) != std::string::npos,
+        failure == 1);
+    EXPECT_THAT(bench.Boxes(), HasSubstr(fields[5]));
   }
   EXPECT_TRUE(LoadUpgradeSelections(testing::TestSession().session).SaveMain);
 }

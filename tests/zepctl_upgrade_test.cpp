@@ -27,7 +27,7 @@ struct Bench : Zepctl {
     folder.Write("old.ocs", simulator::CalibrationFileText(profile));
     profile.serial_number = 0;
     folder.Write("default.ops", simulator::DataFileText(profile));
-    WriteImage("PP11PhaseI.bin");
+    std::filesystem::rename(WriteImage("PP11PhaseI.bin"), folder.Path("my.bin"));
   }
   int RunLine(const std::string& line) {
     std::vector<std::string> arguments;
@@ -40,7 +40,8 @@ struct Bench : Zepctl {
 
 TEST(ZepctlUpgrade, GivesARadioNewFirmwareAndItsData) {
   Bench bench;
-  const std::string line = "-p " + kRadio + " upgrade --defaults F/default.ops --string-table ";
+  const std::string line =
+      "-p " + kRadio + " upgrade --image F/my.bin --defaults F/default.ops --string-table ";
   EXPECT_EQ(bench.RunLine(line + "ZEP"), 1);
   EXPECT_THAT(bench.Err(), HasSubstr("Unsupported firmware version in radio."));
   EXPECT_EQ(bench.RunLine(line + "Torvik"), 0);
@@ -58,10 +59,15 @@ TEST(ZepctlConvert, ConvertsFilesOrShowsWhatWouldChange) {
   for (const char* row :
        {"personality F/old.ops F/new --to 405 --defaults F/default.ops|0|"
         "FOLDER/old.ops is converted from version 400 to 405: FOLDER/new.|made",
-        "personality F/old.ops F/new --from 4.02 --to 4.03 --defaults F/default.ops --dry-run|0|"
+        "personality F/old.ops F/new --from 4.02 --to 4.03 --defaults F/default.ops --dry-run "
+        "--yes|0|"
         "the new database version\nNothing was written.\n|",
-        "personality F/old.ops F/new --to new|2||", "personality F/old.ops F/new --to 406|1||",
-        "personality F/none.ops F/new --to 405|6||",
+        "personality F/old.ops F/new --from 4.02 --to 4.03 --defaults F/default.ops|1||",
+        "personality F/old.ocs F/new --to 405 --defaults F/default.ops|1||",
+        "personality F/old.ops F/old.ops --to 405 --defaults F/default.ops --yes|1||",
+        "calibration F/old.ocs F/old.ocs --to 103 --yes|1||",
+        "calibration F/old.ocs F/new --to 103x|2||", "personality F/old.ops F/new --to new|2||",
+        "personality F/old.ops F/new --to 406|1||", "personality F/none.ops F/new --to 405|6||",
         "calibration F/old.ocs F/new --to 103|0|from version 100 to 103|made",
         "calibration F/old.ocs F/new --to 101 --dry-run|0|-       3840          100 -> 101\n|",
         "calibration F/old.ocs F/new --from 102 --to 103|6||",
