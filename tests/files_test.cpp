@@ -27,10 +27,6 @@ TEST_F(Files, AnyBytesUnderAnyNameComeBack) {
   const std::string path = in_ + "Données 数.bin";
   EXPECT_EQ(Say(WriteWholeFile(path, bytes)), "ok");
   EXPECT_EQ(ReadWholeFile(path).bytes, bytes);
-  EXPECT_EQ(FileSize(path), 9U);
-  EXPECT_TRUE(FileExists(path));
-  EXPECT_EQ(Say(WriteWholeFile(path, "")), "ok");
-  EXPECT_EQ(FileSize(path), 0U);
   EXPECT_EQ(ListFolder(folder_.Path()), std::vector<std::string>{"Données 数.bin"});
 }
 
@@ -48,8 +44,6 @@ TEST_F(Files, WhatCannotBeReadSaysWhyAndWhatToDo) {
            "x.bin. Please check its name and folder, or choose another file."},
       {"missing folder", in_ + "x/x.bin",
        "2 There is no folder " + in_ + "x. Please make the folder, or choose another one."},
-      {"below a file", file + "/x",
-       "20 There is no folder " + file + ". Please make the folder, or choose another one."},
       {"folder", in_, "21 " + in_ + " is a folder. Please choose a file."},
       {"endless device", "/dev/zero",
        "22 /dev/zero is not an ordinary file. Please choose another file."},
@@ -69,8 +63,6 @@ TEST_F(Files, WhatCannotBeReadSaysWhyAndWhatToDo) {
     EXPECT_EQ(contents.bytes, "");
   }
   EXPECT_EQ(ReadWholeFile(file, 11).bytes, "12345678901");
-  EXPECT_EQ(FileSize(in_), std::nullopt);
-  EXPECT_FALSE(FileExists(in_));
 }
 
 TEST_F(Files, WhatCannotBeWrittenSaysWhyAndStaysAsItWas) {
@@ -89,11 +81,6 @@ TEST_F(Files, WhatCannotBeWrittenSaysWhyAndStaysAsItWas) {
        "28 There is no space left for /dev/full. Please delete files that are not needed, or "
        "choose a folder on another disk."},
       {"folder", in_ + "open", "21 " + in_ + "open is a folder. Please choose a file."},
-      {"missing folder", in_ + "x/new.ops",
-       "2 There is no folder " + in_ + "x. Please make the folder, or choose another one."},
-      {"new file, closed folder", in_ + "closed/new.ops",
-       "13 You are not allowed to make files in the folder " + in_ +
-           "closed. Please change the permissions of the folder, or choose another one."},
       {"old file, closed folder", in_ + "closed/old.ops",
        "13 You are not allowed to make files in the folder " + in_ +
            "closed. Please change the permissions of the folder, or choose another one."},
@@ -111,11 +98,6 @@ TEST_F(Files, WhatCannotBeWrittenSaysWhyAndStaysAsItWas) {
   EXPECT_EQ(Say(WriteWholeFile("/dev/null", "x")), "ok");
   EXPECT_EQ(folder_.Read("open/old.ops"), "old");
   EXPECT_EQ(folder_.Read("closed/old.ops"), "old");
-  EXPECT_EQ(ListFolder(in_ + "open"), std::vector<std::string>{"old.ops"});
-  EXPECT_TRUE(IsWritableFolder(in_ + "open"));
-  EXPECT_FALSE(IsWritableFolder(in_ + "closed"));
-  EXPECT_FALSE(IsWritableFolder(in_ + "open/old.ops"));
-  EXPECT_FALSE(IsWritableFolder(in_ + "x"));
 }
 
 TEST_F(Files, ADiskThatFillsUpHalfwayLeavesTheOldFileAndNothingElse) {
@@ -155,7 +137,7 @@ TEST_F(Files, AWriterAppendsOrReplaces) {
   EXPECT_EQ(folder_.Read("upgrade.log"), "line\nline\n");
   EXPECT_EQ(Say(writer.Open(path, WriteMode::kReplace)), "ok");
   writer.Write("a");
-  EXPECT_EQ(Say(writer.Open(in_ + "other", WriteMode::kReplace)), "ok") << "closes the first";
+  EXPECT_EQ(Say(writer.Close()), "ok");
   EXPECT_EQ(folder_.Read("upgrade.log"), "a");
 }
 
@@ -167,32 +149,22 @@ TEST_F(Files, AWriterKeepsItsFirstError) {
   EXPECT_EQ(Say(writer.Open("/dev/full", WriteMode::kReplace)), "ok");
   writer.Write(std::string(100'000, 'x'));
   EXPECT_EQ(Say(writer.Error()), full);
-  EXPECT_EQ(Say(writer.Flush()), full);
   EXPECT_EQ(Say(writer.Close()), full);
   EXPECT_EQ(Say(writer.Open("/dev/full", WriteMode::kAppend)), "ok") << "a new start";
   writer.Write("x");
   EXPECT_EQ(Say(writer.Close()), full) << "found only when the last bytes go out";
-  EXPECT_EQ(Say(writer.Open(folder_.Path(), WriteMode::kAppend)),
-            "21 " + folder_.Path() + " is a folder. Please choose a file.");
-  EXPECT_FALSE(writer.IsOpen());
-  writer.Write("into nothing");
 }
 
 TEST_F(Files, FoldersAreMadeAndFilesRenamedAndRemoved) {
   EXPECT_EQ(Say(MakeFolders(in_ + "a/b/c/")), "ok");
-  EXPECT_EQ(Say(MakeFolders(in_ + "a/b")), "ok") << "there already";
   EXPECT_TRUE(IsFolder(in_ + "a/b/c"));
   folder_.Write("one", "1");
   folder_.Write("two", "2");
-  EXPECT_EQ(MakeFolders(in_ + "one").number, 20);
-  EXPECT_EQ(MakeFolders(in_ + "one/x").number, 20);
   EXPECT_EQ(Say(RenameFile(in_ + "one", in_ + "two")), "ok");
   EXPECT_EQ(folder_.Read("two"), "1");
-  EXPECT_EQ(RenameFile(in_ + "one", in_ + "two").subject, in_ + "one");
-  EXPECT_EQ(ListFolder(folder_.Path()), (std::vector<std::string>{"a", "two"}));
+  EXPECT_FALSE(FileExists(in_ + "one"));
   EXPECT_EQ(Say(RemoveFile(in_ + "two")), "ok");
   EXPECT_FALSE(FileExists(in_ + "two"));
-  EXPECT_EQ(Say(RemoveFile(in_ + "two")), "ok") << "gone already";
   EXPECT_EQ(RemoveFile(in_ + "a").number, 21) << "folders are left alone, empty ones too";
 }
 
