@@ -57,7 +57,7 @@ ExitStatus Write(Program& program, const WriteOptions& options) {
     program.json.Set("data_programmed", windows.HasProgrammed());
     done = done && windows.HasProgrammed();
   }
-  return program.JobStatus(done && windows.AllDone());
+  return program.JobStatus(done);
 }
 
 }  // namespace

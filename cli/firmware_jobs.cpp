@@ -1,7 +1,5 @@
 #include "cli/firmware_jobs.h"
 
-#include <algorithm>
-
 #include "cli/displays.h"
 #include "cli/text_layout.h"
 #include "radiodb/read_write_radio.h"
@@ -37,10 +35,6 @@ void FirmwareWindows::TransferFirmware(firmware::Firmware& firmware) {
   program_.user.SetCancelAction([&run] { Cancel(run); });
   result_ = RunTransfer(run);
   program_.user.SetCancelAction(nullptr);
-}
-
-bool FirmwareWindows::AllDone() const {
-  return result_.succeeded && std::ranges::count(result_.outcomes, SlotOutcome::kFailed) == 0;
 }
 
 void FirmwareWindows::Report(const firmware::Firmware& firmware) {

@@ -16,9 +16,7 @@ class FirmwareWindows final : public firmware::DownloadWindows {
   bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override;
   void TransferFirmware(firmware::Firmware& firmware) override;
 
-  // How the last transfer ended, and whether every radio that took part is done.
-  const firmware::TransferResult& Result() const { return result_; }
-  bool AllDone() const;
+  // Whether a data file has been programmed.
   bool HasProgrammed() const { return has_programmed_; }
 
   // The radios with what became of them; empty when no transfer was begun.

@@ -150,6 +150,7 @@ void TerminalLinkWindows::ShowPortSelection(Link& link) {
     SelectPort(link, port);
     return;
   }
+  if (link.session.CancelRequested) return;
   NLSMsgBox(
       link.session,
       NLSFmt(link.session, "This works on one radio at a time. Please name one port with -p: %0:s.",

@@ -176,7 +176,6 @@ ExitStatus Program::UsageError(const std::string& text) {
 
 ExitStatus Program::JobStatus(bool done) const {
   if (session.failure != services::Failure::kNone) return StatusOf(session.failure);
-  if (user.BrokeOff()) return ExitStatus::kCancelled;
   return done ? ExitStatus::kDone : ExitStatus::kRefused;
 }
 

@@ -136,8 +136,8 @@ Duration ProgressMeter::Now() const { return session_.clock.Now() - session_.tim
 
 void ProgressMeter::EndPhase() {
   if (IsMoving() && draws_bar_ && !text_.empty()) {
-    Draw(BarLine(true));
-    console_.WriteError("\n");
+    // As wide as the line, for the "^C" that the terminal may have shown behind the bar.
+    console_.WriteError("\r" + PadTo(BarLine(true), console_.Width() - 1) + "\n");
     drawn_.clear();
   } else {
     StepAside();

@@ -99,8 +99,7 @@ Answer TerminalUser::Ask(const MessageRequest& request) {
   }
   if (const std::optional<std::string> line = AskLine(question))
     return SaysYes(*line, yes) ? Yes(request.buttons) : No(request.buttons);
-  // A second Ctrl-C at the question whether to cancel.
-  return cancelling_ && broke_off_ ? Yes(request.buttons) : No(request.buttons);
+  return No(request.buttons);
 }
 
 std::optional<std::string> TerminalUser::AskLine(const std::string& prompt) {
@@ -110,10 +109,8 @@ std::optional<std::string> TerminalUser::AskLine(const std::string& prompt) {
   std::optional<std::string> line = console_.ReadLine();
   if (line) return line;
   console_.WriteError("\n");
-  if (console_.TakeInterrupts() > 0) {
-    broke_off_ = true;
-    session_->RequestCancel();
-  }
+  // At the question whether to cancel a second Ctrl-C means Yes.
+  if (console_.TakeInterrupts() > 0) session_->RequestCancel();
   return std::nullopt;
 }
 

@@ -38,8 +38,6 @@ class TerminalUser final : public services::User {
   void SetCancelAction(std::function<void()> action) { cancel_action_ = std::move(action); }
   // While Cancel is disabled an interrupt is kept; it is acted upon at once when it is enabled.
   void EnableCancel(bool enabled);
-  // Whether the user broke off a question with Ctrl-C.
-  bool BrokeOff() const { return broke_off_; }
 
   const std::vector<ShownMessage>& Messages() const { return messages_; }
 
@@ -50,7 +48,7 @@ class TerminalUser final : public services::User {
 
   // A line on the standard error, in the user's language, broken between words on a terminal.
   void Say(const std::string& text);
-  // Asks for a line of text; nothing when there is nobody to ask, or the user broke off.
+  // Asks for a line of text; nothing when there is nobody to ask, or the user has cancelled.
   std::optional<std::string> AskLine(const std::string& prompt);
 
  private:
@@ -66,7 +64,6 @@ class TerminalUser final : public services::User {
   std::function<void()> cancel_action_;
   bool cancel_enabled_ = true;
   bool cancelling_ = false;
-  bool broke_off_ = false;
   int interrupts_ = 0;  // not acted upon yet
   std::vector<ShownMessage> messages_;
 };

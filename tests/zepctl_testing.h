@@ -30,7 +30,6 @@ class TestConsole final : public cli::Console {
   std::string out;
   std::string err;
   bool is_terminal = false;
-  int width = 80;
   // Called at each look for interrupts, by its number from 1; returns how many there are.
   std::function<int(int look)> interrupts;
 
@@ -43,7 +42,7 @@ class TestConsole final : public cli::Console {
   bool HasLostOutput() const override { return false; }
   bool ShowsToPerson() const override { return is_terminal; }
   bool CanAsk() const override { return is_terminal; }
-  int Width() const override { return width; }
+  int Width() const override { return 80; }
   std::optional<std::string> ReadLine() override {
     EXPECT_FALSE(typed_.empty()) << "nothing is typed at: " << err;
     if (typed_.empty()) return std::nullopt;
