@@ -214,9 +214,11 @@ TEST(ZepctlProgress, IsABarOnATerminalAndPlainLinesElsewhere) {
   EXPECT_EQ(zepctl.Run({"-p", "sim:conventional", "firmware", "write", image}), 0);
   EXPECT_THAT(zepctl.Err(), Not(HasSubstr("\r")));
   EXPECT_EQ(Count(zepctl.Err(), "Downloading radio firmware"), 11);
+  EXPECT_EQ(Count(zepctl.Err(), "Port 1"), 2);  // when it is opened, and when its radio is known
 
   zepctl.console.is_terminal = true;
   EXPECT_EQ(zepctl.Run({"-p", "sim:conventional", "firmware", "write", image, "--yes"}), 0);
+  EXPECT_LT(Count(zepctl.Err(), "\rWriting bootstrap file 2"), 30);  // ten a second
   // A line of 9600 baud carries 960 bytes a second.
   EXPECT_THAT(zepctl.Err(), ContainsRegex("   50 %  95[0-9] B/s  0:4[0-9] left"));
 }

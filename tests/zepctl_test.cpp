@@ -27,7 +27,7 @@ const std::string kTrunked = "sim:trunked,unpaced";
 
 TEST(ZepctlCommandLine, MistakesAreNamedAndEndWithStatus2) {
   for (const auto& [words, problem] : std::vector<std::pair<Words, std::string>>{
-           {{"fetch"}, "fetch is no command or option that fits here."},
+           {{"fetch", "--json"}, "fetch is no command or option that fits here."},
            {{"program"}, "FILE is missing."},
            {{"ports", "-p"}, "--port needs a value."},
            {{"read"}, "Please give one of FILE, --calibration FILE and --auto."},
@@ -125,6 +125,8 @@ TEST(ZepctlRead, NamesTheFilesOfDataAndCalibrationItself) {
 TEST(ZepctlProgram, WritesADataFileThatFitsAndRefusesOthers) {
   Zepctl zepctl;
   zepctl.folder.Write("a.ops", simulator::DataFileText(simulator::KnownRadios()[0].profile()));
+  zepctl.folder.Write("a.ocs",
+                      simulator::CalibrationFileText(simulator::KnownRadios()[0].profile()));
   zepctl.folder.Write("empty.ops", "");
   struct Row {
     std::string radio;
@@ -134,6 +136,7 @@ TEST(ZepctlProgram, WritesADataFileThatFitsAndRefusesOthers) {
   };
   for (const Row& row : std::vector<Row>{
            {kConventional, "a.ops", 0, "Radio 10000001 (ZEP 2200) is programmed with "},
+           {kConventional + ",serial=10000009", "a.ocs", 0, "Radio 10000009 (ZEP 2200) is "},
            {kTrunked, "a.ops", 1, "Can not program a Conventional file into a Trunked radio."},
            {kConventional + ",database=0402", "a.ops", 1, "Database versions incompatible."},
            {kConventional, "empty.ops", 6, "Data file is corrupt."},
@@ -147,6 +150,7 @@ TEST(ZepctlProgram, WritesADataFileThatFitsAndRefusesOthers) {
     EXPECT_EQ(zepctl.Out().empty(), row.status != 0);
   }
   EXPECT_GT(zepctl.Radio(kConventional).Counts().records_written, 50U);
+  EXPECT_GT(zepctl.Radio(kConventional + ",serial=10000009").Counts().records_written, 0U);
   EXPECT_EQ(zepctl.Radio(kTrunked).Counts().records_written, 0U);
 }
 
@@ -215,6 +219,8 @@ TEST(ZepctlPorts, ThatCannotBeOpenedEndAJobBeforeItBegins) {
   zepctl.user_hive.Write(key, "CommPort2State", "1");
   EXPECT_EQ(zepctl.Run({"identify"}), 3);
   EXPECT_THAT(zepctl.Err(), HasSubstr("No port is chosen. Please name the radio's port"));
+  zepctl.user_hive.Write(key, "CommPort2Device", kTrunked);
+  EXPECT_EQ(zepctl.Run({"identify"}), 0);
 }
 
 TEST(ZepctlPorts, OneOfSeveralIsChosenByTheUserOrNone) {
@@ -236,14 +242,17 @@ TEST(ZepctlPorts, OneOfSeveralIsChosenByTheUserOrNone) {
 TEST(ZepctlData, CheckNamesEachFaultWithItsLine) {
   Zepctl zepctl;
   const std::string head = "0000115A45502D4831353130303430353032303138\r\n";
-  const std::string good = zepctl.folder.Write("good.ops", head + "02000401020304F0\r\n");
+  const std::string good =
+      zepctl.folder.Write("good.ops", head + "02000401020304F0\r\n~~~\r\n02000401020304F0\r\n");
   EXPECT_EQ(zepctl.Run({"data", "check", good}), 0);
   EXPECT_EQ(zepctl.Run({"data", "show", good}), 0);
   EXPECT_THAT(zepctl.Out(), EndsWith("Item  Network  Records  Bytes\n"
                                      "00          1        1     17\n"
-                                     "02          1        1      4\n"));
+                                     "02          1        1      4\n"
+                                     "02          2        1      4\n"));
   const std::string bad =
       zepctl.folder.Write("bad.ops", head + "02000401020304F1\r\n~~~\r\n0200040G020304F0\r\n");
+  EXPECT_EQ(zepctl.Run({"data", "show", bad}), 6);
   EXPECT_EQ(zepctl.Run({"data", "check", bad}), 6);
   EXPECT_EQ(zepctl.Out(),
             "Line 2: The record's checksum is F1, but should be F0.\n"
