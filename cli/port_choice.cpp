@@ -122,19 +122,21 @@ bool ActivateNamedPorts(Link& link, const SlotDevices& devices) {
   return all_can_be_opened;
 }
 
-void TellOfMissingPort(Link& link) {
+bool FindActivePorts(Link& link) {
   for (const int port : kAllPorts) {
     const bool is_chosen = link::StateOfSettings(link, port) == PortState::kActive;
     if (is_chosen && !link.IsActive(port)) ReportPort(link, port);
   }
+  if (link::FirstActivePort(link) != 0) return true;
   NLSMsgBox(link.session,
             "No port is chosen. Please name the radio's port, as in \"zepctl -p /dev/ttyUSB0 "
             "identify\"; \"zepctl ports\" shows the serial devices of this computer.",
             {.icon = Icon::kCritical});
   FailForPort(link);
+  return false;
 }
 
-void TerminalLinkWindows::ShowPreferences(Link& link) { TellOfMissingPort(link); }
+void TerminalLinkWindows::ShowPreferences(Link& link) { FindActivePorts(link); }
 
 void TerminalLinkWindows::ShowPortSelection(Link& link) {
   const std::string choices = ActivePorts(link);

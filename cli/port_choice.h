@@ -28,9 +28,9 @@ std::unique_ptr<platform::SerialPort> MakePort(const std::string& device, platfo
 // opened; the user has been told why and what to do.
 bool ActivateNamedPorts(link::Link& link, const SlotDevices& devices);
 
-// Tells the user that there is no Active port, how to name one, and why the ones that the settings
-// choose cannot be opened.
-void TellOfMissingPort(link::Link& link);
+// Tells why ports that the settings choose cannot be opened. False when none is Active: the user
+// has been told how to name one.
+bool FindActivePorts(link::Link& link);
 
 // Stands in for the windows of the link.
 class TerminalLinkWindows final : public link::LinkWindows {

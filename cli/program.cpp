@@ -147,10 +147,8 @@ link::Link& Program::Link() {
 
 link::Link* Program::LinkForJob() {
   link::Link& link = Link();
-  if (NamesPorts()) return ActivateNamedPorts(link, devices_) ? &link : nullptr;
-  if (link::FirstActivePort(link) != 0) return &link;
-  TellOfMissingPort(link);
-  return nullptr;
+  const bool can_begin = NamesPorts() ? ActivateNamedPorts(link, devices_) : FindActivePorts(link);
+  return can_begin ? &link : nullptr;
 }
 
 link::Link* Program::LinkForOneRadio(services::Transfer mode) {
