@@ -171,7 +171,7 @@ inline void RecordedIoPorts::Out(std::uint16_t address, std::uint8_t value) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   if (!writes.empty()) writes += ' ';
   for (const int shift : {8, 4, 0})
-    writes += kDigits[(address >> static_cast<unsigned>(shift)) & 0xFU];
+    writes += kDigits[(static_cast<unsigned>(address) >> static_cast<unsigned>(shift)) & 0xFU];
   writes += '=';
   writes += kDigits[value / 16U];
   writes += kDigits[value % 16U];
