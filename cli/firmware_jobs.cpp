@@ -6,17 +6,9 @@
 #include "services/messages.h"
 
 namespace zep::cli {
-namespace {
 
 using firmware::SlotOutcome;
 using services::NLSFmt;
-using services::NLSText;
-
-std::string_view OutcomeName(SlotOutcome outcome) {
-  return outcome == SlotOutcome::kDone ? NLSText("done") : NLSText("failed");
-}
-
-}  // namespace
 
 bool FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
   ReadWriteDisplay display(program_);
@@ -47,7 +39,7 @@ void FirmwareWindows::Report(const firmware::Firmware& firmware) {
     if (result_.outcomes[index] == SlotOutcome::kNotUsed) continue;
     const std::string device = firmware.link.ports[index]->Device();
     const link::SlotLabels& labels = firmware.labels[index];
-    const std::string_view outcome = OutcomeName(result_.outcomes[index]);
+    const std::string_view outcome = OutcomeText(result_.outcomes[index]);
     table.AddRow(
         {std::to_string(slot), device, labels.micro, labels.flash, NLSFmt(session, outcome)});
     json.Add(Json()

@@ -4,7 +4,6 @@
 
 #include "cli/terminal_user.h"
 #include "link/port_slots.h"
-#include "platform/serial_device.h"
 #include "services/messages.h"
 #include "simulator/radio_text.h"
 #include "simulator/simulated_port.h"
@@ -96,14 +95,6 @@ std::string ParsePorts(const services::Session& session, const std::vector<std::
     }
   }
   return {};
-}
-
-std::unique_ptr<platform::SerialPort> MakePort(const std::string& device, platform::Clock& clock) {
-  if (!simulator::IsSimulatedDevice(device)) return platform::MakeSerialDevice(device);
-  simulator::Parsed<std::unique_ptr<simulator::SimulatedPort>> port =
-      simulator::MakeSimulatedPort(device, clock);
-  if (!port.value) return platform::MakeSerialDevice(device);
-  return std::move(*port.value);
 }
 
 bool ActivateNamedPorts(Link& link, const SlotDevices& devices) {

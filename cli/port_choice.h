@@ -20,10 +20,6 @@ using SlotDevices = std::array<std::string, link::kPortCount>;
 std::string ParsePorts(const services::Session& session, const std::vector<std::string>& values,
                        SlotDevices& devices);
 
-// A closed port on a serial device of this computer, or with a simulated radio at its end when the
-// device begins with "sim:". No device gives a port that does not exist.
-std::unique_ptr<platform::SerialPort> MakePort(const std::string& device, platform::Clock& clock);
-
 // Makes the named ports Active and leaves all others alone. False when one of them cannot be
 // opened; the user has been told why and what to do.
 bool ActivateNamedPorts(link::Link& link, const SlotDevices& devices);

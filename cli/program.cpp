@@ -65,24 +65,13 @@ Json Describe(const ShownMessage& message) {
 
 }  // namespace
 
-Program::Ground::Ground(const Options& options, const Surroundings& world)
-    : paths(services::FindApplicationPaths(options.application_folder)),
-      strings(options.string_table, paths.application_folder),
-      log(world.clock, services::AppMakePath(paths.application_folder, services::kLogFile)),
-      settings(world.user_hive, world.machine_hive, strings, log) {}
-
 Program::Program(const Options& program_options, const Surroundings& world)
     : options(program_options),
       surroundings(world),
       user(world.console, AnswerToAll(program_options)),
-      ground_(program_options, world),
-      session({.clock = world.clock,
-               .user = user,
-               .settings = ground_.settings,
-               .strings = ground_.strings,
-               .translation = ground_.translation,
-               .log = ground_.log},
-              ground_.paths),
+      foundation_(program_options.application_folder, program_options.string_table, world.clock,
+                  world.user_hive, world.machine_hive),
+      session(foundation_.SeamsFor(world.clock, user), foundation_.paths),
       progress(world.console, session, byte_count_, program_options.quiet),
       io_ports_(std::make_unique<NoIoPorts>()),
       windows_(std::make_unique<TerminalLinkWindows>(user)) {
@@ -123,12 +112,15 @@ ExitStatus Program::Start() {
   ShowNote(surroundings.user_hive.Problem());
   ShowNote(surroundings.machine_hive.Problem());
   if (options.trace.empty()) return ExitStatus::kDone;
-  trace_ = std::make_unique<WireTrace>(surroundings.clock);
-  const platform::SystemError error = trace_->Open(options.trace);
-  if (!error) return ExitStatus::kDone;
-  trace_.reset();
-  ReportError(session, error, "--trace");
-  return ExitStatus::kFile;
+  const platform::SystemError error =
+      trace_file_.Open(options.trace, platform::WriteMode::kReplace);
+  if (error) {
+    ReportError(session, error, "--trace");
+    return ExitStatus::kFile;
+  }
+  trace_ = std::make_unique<link::WireTrace>(
+      surroundings.clock, [this](std::string_view piece) { trace_file_.WriteThrough(piece); });
+  return ExitStatus::kDone;
 }
 
 link::Link& Program::Link() {
@@ -137,8 +129,8 @@ link::Link& Program::Link() {
   const auto devices = NamesPorts() ? devices_ : link::SlotDevices(session.settings);
   for (const int number : link::kAllPorts) {
     const std::size_t index = link::Link::Index(number);
-    ports[index] = std::make_unique<WatchedPort>(surroundings.make_port(devices[index]),
-                                                 byte_count_, trace_.get());
+    ports[index] = std::make_unique<link::WatchedPort>(surroundings.make_port(devices[index]),
+                                                       byte_count_, trace_.get());
   }
   link_ = std::make_unique<link::Link>(session, std::move(ports), *windows_, *io_ports_);
   if (!NamesPorts()) link::CheckCommPorts(*link_, true);
@@ -179,7 +171,7 @@ ExitStatus Program::JobStatus(bool done) const {
 
 void Program::Finish(ExitStatus status) {
   progress.EndPhase();
-  if (trace_ && trace_->Error()) ReportError(session, trace_->Error(), "--trace");
+  if (trace_file_.Error()) ReportError(session, trace_file_.Error(), "--trace");
   if (const platform::SystemError& problem = session.settings.WriteProblem()) {
     user.Say(NLSFmt(session, "The settings cannot be saved."));
     ShowNote(problem);

@@ -15,9 +15,11 @@
 #include "cli/port_choice.h"
 #include "cli/progress.h"
 #include "cli/terminal_user.h"
-#include "cli/wire_trace.h"
 #include "link/port_set.h"
+#include "link/wire_trace.h"
+#include "platform/files.h"
 #include "platform/serial_list.h"
+#include "services/application.h"
 #include "services/session.h"
 
 namespace zep::cli {
@@ -33,17 +35,6 @@ struct Surroundings {
 };
 
 class Program {
-  // What the session stands on.
-  struct Ground {
-    Ground(const Options& options, const Surroundings& world);
-
-    services::ApplicationPaths paths;
-    services::StringTable strings;
-    services::Translation translation;
-    services::ApplicationLog log;
-    services::Settings settings;
-  };
-
  public:
   Program(const Options& program_options, const Surroundings& world);
   ~Program();
@@ -55,7 +46,7 @@ class Program {
   TerminalUser user;
 
  private:
-  Ground ground_;
+  services::Foundation foundation_;
 
  public:
   services::Session session;
@@ -96,7 +87,8 @@ class Program {
 
   std::uint64_t byte_count_ = 0;
   SlotDevices devices_;  // named with -p
-  std::unique_ptr<WireTrace> trace_;
+  platform::FileWriter trace_file_;
+  std::unique_ptr<link::WireTrace> trace_;
   std::unique_ptr<platform::IoPorts> io_ports_;
   std::unique_ptr<link::LinkWindows> windows_;
   std::unique_ptr<link::Link> link_;

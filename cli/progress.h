@@ -9,6 +9,7 @@
 #include <string>
 
 #include "cli/console.h"
+#include "services/progress_rate.h"
 #include "services/session.h"
 
 namespace zep::cli {
@@ -39,10 +40,7 @@ class ProgressMeter {
   void EndPhase();
 
  private:
-  platform::Duration Now() const;
-  bool IsMoving() const { return maximum_ > 0 && value_ > 0; }
-  int Percent() const;
-  // "  958 B/s  0:42 left"; at the end of a phase how long it took.
+  // With the blanks before it.
   std::string RateAndTime(bool at_the_end) const;
   std::string BarLine(bool at_the_end) const;
   void Draw(const std::string& line);
@@ -52,17 +50,11 @@ class ProgressMeter {
 
   Console& console_;
   const services::Session& session_;
-  const std::uint64_t& bytes_on_the_wire_;
+  services::ProgressRate rate_;
   const bool quiet_;
   const bool draws_bar_;
 
   std::string text_;
-  int maximum_ = 0;
-  int value_ = 0;
-  platform::Duration started_{};
-  std::uint64_t bytes_at_start_ = 0;
-  platform::Duration last_step_{};  // of the value
-  std::uint64_t bytes_at_last_step_ = 0;
 
   platform::Duration last_shown_{};
   std::string drawn_;       // what stands in the terminal's last line

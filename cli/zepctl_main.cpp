@@ -1,9 +1,9 @@
 // The program zepctl.
-#include "cli/port_choice.h"
 #include "cli/zepctl.h"
 #include "platform/clock.h"
 #include "platform/settings_hive.h"
 #include "platform/terminal.h"
+#include "simulator/simulated_port.h"
 
 namespace zep::cli {
 namespace {
@@ -14,14 +14,15 @@ ExitStatus RunAtTerminal(const std::vector<std::string>& arguments) {
   StandardConsole console;
   const std::unique_ptr<platform::SettingsHive> user_hive = platform::OpenUserHive();
   const std::unique_ptr<platform::SettingsHive> machine_hive = platform::OpenMachineHive();
-  return RunZepctl(
-      arguments,
-      {.console = console,
-       .clock = clock,
-       .user_hive = *user_hive,
-       .machine_hive = *machine_hive,
-       .make_port = [&clock](const std::string& device) { return MakePort(device, clock); },
-       .list_devices = [] { return platform::ListSerialDevices(); }});
+  return RunZepctl(arguments, {.console = console,
+                               .clock = clock,
+                               .user_hive = *user_hive,
+                               .machine_hive = *machine_hive,
+                               .make_port =
+                                   [&clock](const std::string& device) {
+                                     return simulator::MakePort(device, clock);
+                                   },
+                               .list_devices = [] { return platform::ListSerialDevices(); }});
 }
 
 }  // namespace

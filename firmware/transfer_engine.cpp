@@ -21,6 +21,7 @@ using services::Failure;
 using services::Icon;
 using services::NLSFmt;
 using services::NLSMsgBox;
+using services::NLSText;
 using services::Session;
 using services::Transfer;
 
@@ -89,6 +90,18 @@ void FillInResult(TransferRun& run) {
 }
 
 }  // namespace
+
+std::string_view OutcomeText(SlotOutcome outcome) {
+  switch (outcome) {
+    case SlotOutcome::kNotUsed:
+      return {};
+    case SlotOutcome::kDone:
+      return NLSText("done");
+    case SlotOutcome::kFailed:
+      break;
+  }
+  return NLSText("failed");
+}
 
 TransferResult RunTransfer(TransferRun& run) {
   if (LoadTransfer(run)) WriteRadioSW(run);

@@ -49,6 +49,9 @@ enum class SlotOutcome {
   kFailed,  // failed on its own, or the run did not end well
 };
 
+// "done" or "failed", untranslated; empty for a slot that was not used.
+std::string_view OutcomeText(SlotOutcome outcome);
+
 // The transfer of blocks, without bootstraps and waits before and after it.
 struct TransferStatistics {
   int blocks = 0;              // on each port

@@ -15,6 +15,23 @@ Language LanguageOfSettings(const Session& session) {
 
 }  // namespace
 
+Foundation::Foundation(const std::string& application_folder, const std::string& string_table,
+                       platform::Clock& clock, platform::SettingsHive& user_hive,
+                       platform::SettingsHive& machine_hive)
+    : paths(FindApplicationPaths(application_folder)),
+      strings(string_table, paths.application_folder),
+      log(clock, AppMakePath(paths.application_folder, kLogFile)),
+      settings(user_hive, machine_hive, strings, log) {}
+
+Seams Foundation::SeamsFor(platform::Clock& clock, User& user) {
+  return {.clock = clock,
+          .user = user,
+          .settings = settings,
+          .strings = strings,
+          .translation = translation,
+          .log = log};
+}
+
 platform::SystemError LoadTexts(Session& session, std::optional<Language> wanted) {
   if (!session.strings.Problem().empty()) session.log.Error(session.strings.Problem());
   const Language language = wanted ? *wanted : LanguageOfSettings(session);

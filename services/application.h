@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "platform/system_error.h"
@@ -12,6 +13,25 @@ namespace zep::services {
 // The program's log and its dictionary, by the names of their files.
 inline constexpr std::string_view kLogFile = "zepdlca.log";
 inline constexpr std::string_view kDictionaryFile = "ZEPDLCA.mld";
+
+// What a session stands on, in the order in which one part needs the other. The clock and the hives
+// outlive it.
+struct Foundation {
+  // An empty application folder is looked for (see FindApplicationPaths).
+  Foundation(const std::string& application_folder, const std::string& string_table,
+             platform::Clock& clock, platform::SettingsHive& user_hive,
+             platform::SettingsHive& machine_hive);
+  Foundation(const Foundation&) = delete;
+  Foundation& operator=(const Foundation&) = delete;
+
+  const ApplicationPaths paths;
+  const StringTable strings;
+  Translation translation;
+  ApplicationLog log;
+  Settings settings;
+
+  Seams SeamsFor(platform::Clock& clock, User& user);
+};
 
 // Chooses the wanted language, else that of the shared setting UILanguage, which is English when
 // the value is none of the four languages, and reads the dictionary for any language but English.

@@ -136,7 +136,7 @@ class Zepctl {
 
  private:
   std::unique_ptr<platform::SerialPort> MakePort(const std::string& device) {
-    if (!simulator::IsSimulatedDevice(device)) return cli::MakePort(device, clock);
+    if (!simulator::IsSimulatedDevice(device)) return simulator::MakePort(device, clock);
     std::unique_ptr<simulator::SimulatedPort>& port = ports_[device];
     if (!port) {
       port = std::move(*simulator::MakeSimulatedPort(device, clock).value);

@@ -7,30 +7,31 @@
 //    0.006190    1  < 76                                               v
 //
 // Seconds since the start, ">" to the radio and "<" from it, 16 bytes a line at most. Every byte is
-// handed to the operating system at once, so that the end is there whatever becomes of the program.
+// handed on at once, so that the end is there whatever becomes of the program.
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "platform/clock.h"
-#include "platform/files.h"
 #include "platform/serial_port.h"
 
-namespace zep::cli {
+namespace zep::link {
 
 class WireTrace {
  public:
-  explicit WireTrace(platform::Clock& clock) : clock_(clock), start_(clock.Now()) {}
+  // Takes the text piece by piece as it comes.
+  using Sink = std::function<void(std::string_view piece)>;
+
+  WireTrace(platform::Clock& clock, Sink sink)
+      : clock_(clock), start_(clock.Now()), sink_(std::move(sink)) {}
   WireTrace(const WireTrace&) = delete;
   WireTrace& operator=(const WireTrace&) = delete;
   ~WireTrace() { EndLine(); }
-
-  platform::SystemError Open(const std::string& file);
-  // The first error in writing, if there was one: the trace ends there.
-  const platform::SystemError& Error() const { return file_.Error(); }
 
   // Something that is not on the wire: a port is opened, closed, set up.
   void Note(int port, const std::string& text);
@@ -42,7 +43,7 @@ class WireTrace {
 
   platform::Clock& clock_;
   platform::Duration start_;
-  platform::FileWriter file_;
+  Sink sink_;
 
   // The line that is being written.
   int port_ = 0;
@@ -81,4 +82,4 @@ class WatchedPort final : public platform::SerialPort {
   WireTrace* trace_;
 };
 
-}  // namespace zep::cli
+}  // namespace zep::link

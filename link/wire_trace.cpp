@@ -1,4 +1,4 @@
-#include "cli/wire_trace.h"
+#include "link/wire_trace.h"
 
 #include <array>
 #include <cstdio>
@@ -6,7 +6,7 @@
 
 #include "services/hex_text.h"
 
-namespace zep::cli {
+namespace zep::link {
 namespace {
 
 constexpr std::size_t kBytesInLine = 16;
@@ -19,14 +19,10 @@ std::string Printable(std::uint8_t byte) {
 
 }  // namespace
 
-platform::SystemError WireTrace::Open(const std::string& file) {
-  return file_.Open(file, platform::WriteMode::kReplace);
-}
-
 void WireTrace::Note(int port, const std::string& text) {
   EndLine();
   StartLine(port);
-  file_.WriteThrough(text + "\n");
+  sink_(text + "\n");
 }
 
 void WireTrace::Byte(int port, bool from_radio, std::uint8_t byte) {
@@ -38,9 +34,9 @@ void WireTrace::Byte(int port, bool from_radio, std::uint8_t byte) {
     StartLine(port);
     port_ = port;
     from_radio_ = from_radio;
-    file_.Write(from_radio ? "<" : ">");
+    sink_(from_radio ? "<" : ">");
   }
-  file_.WriteThrough(" " + services::ConBytNumToHex(byte));
+  sink_(" " + services::ConBytNumToHex(byte));
   printable_ += Printable(byte);
   last_byte_ = now;
 }
@@ -49,13 +45,13 @@ void WireTrace::StartLine(int port) {
   const double seconds = std::chrono::duration<double>(clock_.Now() - start_).count();
   std::array<char, 64> text{};
   std::snprintf(text.data(), text.size(), "%12.6f %4d  ", seconds, port);
-  file_.Write(text.data());
+  sink_(text.data());
 }
 
 void WireTrace::EndLine() {
   if (printable_.empty()) return;
   const std::string gap(3 * (kBytesInLine - printable_.size()) + 2, ' ');
-  file_.WriteThrough(gap + std::exchange(printable_, {}) + "\n");
+  sink_(gap + std::exchange(printable_, {}) + "\n");
 }
 
 WatchedPort::WatchedPort(std::unique_ptr<platform::SerialPort> port, std::uint64_t& byte_count,
@@ -113,4 +109,4 @@ void WatchedPort::Note(const std::string& text) {
   if (trace_ != nullptr) trace_->Note(PortNumber(), text);
 }
 
-}  // namespace zep::cli
+}  // namespace zep::link
