@@ -1,4 +1,5 @@
 // zepctl's upgrade, conversions and comparison of files.
+#include <csignal>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -29,13 +30,14 @@ struct Bench : Zepctl {
     folder.Write("default.ops", simulator::DataFileText(profile));
     std::filesystem::rename(WriteImage("PP11PhaseI.bin"), folder.Path("my.bin"));
   }
-  int RunLine(const std::string& line) {
+  std::vector<std::string> Words(const std::string& line) const {
     std::vector<std::string> arguments;
     std::istringstream words(line);
     for (std::string word; words >> word;)
       arguments.push_back(word.starts_with("F/") ? folder.Path(word.substr(2)) : word);
-    return Run(arguments);
+    return arguments;
   }
+  int RunLine(const std::string& line) { return Run(Words(line)); }
 };
 
 TEST(ZepctlUpgrade, GivesARadioNewFirmwareAndItsData) {
@@ -52,6 +54,86 @@ TEST(ZepctlUpgrade, GivesARadioNewFirmwareAndItsData) {
   EXPECT_EQ(bench.Radio(kRadio).Data().Find(1, 0x1E)->data.size(), 625U);
   EXPECT_EQ(bench.RunLine(line + "Torvik"), 0);
   EXPECT_THAT(bench.Err(), HasSubstr("Firmware already up-to-date."));
+}
+
+// The time of a process that is killed, as by a power cut, at a look at the local time, which is
+// when a line of the log or the head of a data file begins, or in a turn of the user interface.
+struct MortalClock final : platform::Clock {
+  platform::Duration Now() override { return clock.Now(); }
+  void Sleep(platform::Duration duration) override { clock.Sleep(duration); }
+  std::tm LocalTime() override {
+    if (++looks == last_look) std::raise(SIGKILL);
+    return clock.LocalTime();
+  }
+
+  platform::VirtualClock clock;
+  int looks = 0;
+  int turns = 0;
+  int last_look = 0;
+  int last_turn = 0;
+};
+
+const std::string kUpgrade =
+    "upgrade --image F/my.bin --defaults F/default.ops --yes "
+    "--string-table Torvik -p " +
+    kRadio;
+
+// Runs an upgrade on a radio of its own.
+void UpgradeInTheLifeOf(MortalClock& time, Bench& bench) {
+  bench.console.interrupts = [&time](int turn) {
+    if ((time.turns = turn) == time.last_turn) std::raise(SIGKILL);
+    return 0;
+  };
+  std::vector<std::string> arguments = bench.Words(kUpgrade);
+  arguments.insert(arguments.begin(), {"--application-folder", bench.folder.Path()});
+  platform::MemoryHive machine_hive;
+  RunZepctl(
+      arguments,
+      {.console = bench.console,
+       .clock = time,
+       .user_hive = bench.user_hive,
+       .machine_hive = machine_hive,
+       .make_port = [&time](const std::string& device) -> std::unique_ptr<platform::SerialPort> {
+         if (device != kRadio) return MakePort(device, time);
+         return std::move(*simulator::MakeSimulatedPort(device, time).value);
+       },
+       .list_devices = [] { return std::vector<platform::SerialDeviceInfo>(); }});
+}
+
+TEST(ZepctlUpgrade, HasTheDataOnTheDiskWhereverItIsKilled) {
+  const std::string data_file = "database/10000125v0400.ops";
+  const std::string calibration_file = "calibration/10000125v0100.ocs";
+  Bench good;
+  MortalClock whole;
+  UpgradeInTheLifeOf(whole, good);
+  ASSERT_THAT(good.Out(), HasSubstr("now has firmware 0126"));
+
+  std::vector<std::pair<int, int>> ends;
+  for (int look = 1; look <= whole.looks; ++look) ends.emplace_back(look, 0);
+  for (int part = 1; part < 16; ++part) ends.emplace_back(0, whole.turns * part / 16);
+  int saved = 0;
+  for (const auto& [look, turn] : ends) {
+    SCOPED_TRACE("look " + std::to_string(look) + ", turn " + std::to_string(turn));
+    Bench bench;
+    MortalClock time;
+    time.last_look = look;
+    time.last_turn = turn;
+    EXPECT_EXIT(UpgradeInTheLifeOf(time, bench), ::testing::KilledBySignal(SIGKILL), "");
+    const std::string log = bench.folder.Read("upgrade.log").value_or("");
+    const bool is_saved = log.find("Personality data saved as: ") != std::string::npos;
+    saved += is_saved;
+    if (is_saved) {
+      EXPECT_EQ(bench.folder.Read(data_file), good.folder.Read(data_file));
+      EXPECT_EQ(bench.folder.Read(calibration_file), good.folder.Read(calibration_file));
+    }
+    EXPECT_EQ(bench.RunLine(kUpgrade), 0);
+    if (!is_saved) continue;
+    EXPECT_THAT(bench.Err(), HasSubstr("An earlier upgrade did not finish. The data of that radio "
+                                       "is in FOLDER/" +
+                                       data_file + " and FOLDER/" + calibration_file));
+    EXPECT_EQ(bench.folder.Read(data_file + ".unfinished"), good.folder.Read(data_file));
+  }
+  EXPECT_GT(saved, 15);
 }
 
 TEST(ZepctlConvert, ConvertsFilesOrShowsWhatWouldChange) {
