@@ -14,12 +14,6 @@ using services::Icon;
 using services::Language;
 using services::NLSFmt;
 
-// The high-speed card, which zepctl does not drive.
-class NoIoPorts final : public platform::IoPorts {
- public:
-  void Out(std::uint16_t, std::uint8_t) override {}
-};
-
 std::optional<bool> AnswerToAll(const Options& options) {
   if (options.yes) return true;
   if (options.no) return false;
@@ -73,7 +67,7 @@ Program::Program(const Options& program_options, const Surroundings& world)
                   world.user_hive, world.machine_hive),
       session(foundation_.SeamsFor(world.clock, user), foundation_.paths),
       progress(world.console, session, byte_count_, program_options.quiet),
-      io_ports_(std::make_unique<NoIoPorts>()),
+      io_ports_(std::make_unique<platform::NoIoPorts>()),
       windows_(std::make_unique<TerminalLinkWindows>(user)) {
   user.Attach(session, progress);
   session.in_house = options.in_house;

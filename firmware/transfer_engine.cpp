@@ -158,7 +158,7 @@ void Cancel(TransferRun& run) {
   run.asking_to_cancel = true;
   const Answer answer =
       NLSMsgBox(session, "This action will leave the radio in an undefined state. Cancel?",
-                {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo});
+                {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo, .cautious = true});
   run.asking_to_cancel = false;
   if (answer != Answer::kNo) session.RequestCancel();
 }

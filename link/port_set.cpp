@@ -102,6 +102,12 @@ Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& 
   };
 }
 
+void Link::ReplacePort(int port, std::unique_ptr<platform::SerialPort> replacement) {
+  Port(port).Close();
+  ports[Index(port)] = std::move(replacement);
+  Port(port).SetPortNumber(port);
+}
+
 Link::~Link() { session.on_turn = nullptr; }
 
 PortState StateOfSettings(const Link& link, int port) {

@@ -84,6 +84,9 @@ struct Link {
   // Ports that were asked into programming mode and have not been released with "^" yet.
   std::array<bool, kPortCount> in_programming_mode{};
 
+  // Gives the slot another port object. Not while a job runs.
+  void ReplacePort(int port, std::unique_ptr<platform::SerialPort> replacement);
+
   platform::SerialPort& Port(int port) { return *ports[Index(port)]; }
   PortState& State(int port) { return CommStates[Index(port)]; }
   bool IsActive(int port) const { return CommStates[Index(port)] == PortState::kActive; }

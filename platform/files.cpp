@@ -93,6 +93,12 @@ bool IsFolder(const std::string& path) {
   return fs::is_directory(NativePath(path), code);
 }
 
+bool IsGone(const std::string& path) {
+  std::error_code code;
+  return fs::status(NativePath(path), code).type() == fs::file_type::not_found &&
+         fs::is_directory(NativePath(path).parent_path(), code);
+}
+
 bool IsSameFile(const std::string& a, const std::string& b) {
   std::error_code code;
   if (fs::equivalent(NativePath(a), NativePath(b), code)) return true;

@@ -17,6 +17,10 @@ namespace zep::platform {
 bool FileExists(const std::string& path);
 bool IsFolder(const std::string& path);
 
+// Whether the file's folder can be looked into and the file is not in it. A file on a drive that is
+// not there now, or that this user may not see, is not gone.
+bool IsGone(const std::string& path);
+
 // Whether two names mean the same file or folder, which need not be there yet.
 bool IsSameFile(const std::string& a, const std::string& b);
 

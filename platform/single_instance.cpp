@@ -5,10 +5,20 @@
 
 namespace zep::platform {
 
+std::string SingleInstance::FileName(const char* extension) const {
+  return (folder_.empty() ? UserStateFolder() : folder_) + "/" + program_ + extension;
+}
+
 bool SingleInstance::TryAcquire() {
-  const std::string folder = folder_.empty() ? UserStateFolder() : folder_;
-  MakeFolders(folder);
-  return lock_.TryAcquire(folder + "/" + program_ + ".lock") != LockState::kHeldByAnother;
+  MakeFolders(folder_.empty() ? UserStateFolder() : folder_);
+  return lock_.TryAcquire(FileName(".lock")) != LockState::kHeldByAnother;
+}
+
+void SingleInstance::RequestShow() { WriteWholeFile(FileName(".show"), ""); }
+
+bool SingleInstance::TakeShowRequest() {
+  const std::string file = FileName(".show");
+  return FileExists(file) && !RemoveFile(file);
 }
 
 }  // namespace zep::platform

@@ -19,7 +19,14 @@ class SingleInstance {
   // true.
   bool TryAcquire();
 
+  // Asks the copy that runs to show its window. And whether this copy has been asked since the last
+  // call.
+  void RequestShow();
+  bool TakeShowRequest();
+
  private:
+  std::string FileName(const char* extension) const;
+
   std::string program_;
   std::string folder_;
   LockFile lock_;

@@ -70,7 +70,8 @@ std::vector<std::string> Header(const Session& session, std::vector<std::string>
 
 bool UserSaysYes(Session& session, std::string_view question) {
   const services::Answer answer =
-      NLSMsgBox(session, question, {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo});
+      NLSMsgBox(session, question,
+                {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo, .cautious = true});
   if (answer == services::Answer::kYes) return true;
   session.RequestCancel(Failure::kRefused);
   return false;

@@ -151,7 +151,8 @@ bool ContinueWithModelError(Session& session) {
       NLSMsgBox(session, "The radio has a model configuration error, continue anyway?",
                 {.icon = Icon::kQuestion,
                  .buttons = services::Buttons::kYesNo,
-                 .title = NLSText("Radio Reported Error")});
+                 .title = NLSText("Radio Reported Error"),
+                 .cautious = true});
   if (answer == services::Answer::kYes) return true;
   session.RequestCancel(Failure::kRefused);
   return false;

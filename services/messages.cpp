@@ -80,6 +80,7 @@ Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& opti
   request.icon = options.icon;
   request.buttons = options.buttons;
   request.notice = options.notice;
+  request.cautious = options.cautious;
   return Ask(session, request);
 }
 

@@ -30,6 +30,7 @@ struct BoxOptions {
   Buttons buttons = Buttons::kOk;
   std::string_view title = {};  // empty: the application's title
   Notice notice = Notice::kPlain;
+  bool cautious = false;  // a hasty Enter must not mean Yes
 };
 
 // Shows a message box and returns the button pressed. The text is translated when the dictionary

@@ -22,6 +22,7 @@ struct MessageRequest {
   Icon icon = Icon::kInformation;
   Buttons buttons = Buttons::kOk;
   Notice notice = Notice::kPlain;
+  bool cautious = false;  // No, or Cancel, is the button that Enter presses
 };
 
 struct FileRequest {

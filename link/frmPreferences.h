@@ -1,0 +1,49 @@
+// The preferences: for each of the four slots whether it is used, its serial device with what is
+// known of the adapter, its state and a test; and the interface language.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <wx/choice.h>
+#include <wx/combobox.h>
+#include <wx/dialog.h>
+
+#include "link/port_set.h"
+#include "platform/serial_list.h"
+#include "services/frmKit.h"
+
+namespace zep::link {
+
+// What the window needs of the computer.
+struct PreferencesSources {
+  std::function<std::vector<platform::SerialDeviceInfo>()> list_devices;
+  // Opens and closes a port on the device; number 0 when that works.
+  std::function<platform::SystemError(const std::string& device)> try_device;
+};
+
+struct PreferencesOutcome {
+  bool accepted = false;                                 // OK; else nothing was changed
+  std::vector<int> changed_devices;                      // slots; the devices are saved as settings
+  std::array<std::optional<bool>, kPortCount> ticked{};  // for ApplyPreferences
+};
+
+class frmPreferences : public wxDialog {
+ public:
+  frmPreferences(wxWindow* parent, services::WindowContext& window_context, Link& shown_link,
+                 PreferencesSources window_sources);
+
+  // Shows the window until OK or Cancel. On OK devices and language are saved as settings; what
+  // follows from them is the caller's.
+  PreferencesOutcome Run();
+
+ private:
+  services::WindowContext& context_;
+  Link& link_;
+  PreferencesSources sources_;
+};
+
+}  // namespace zep::link

@@ -1,0 +1,150 @@
+#include "services/frmKit.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <wx/app.h>
+#include <wx/dialog.h>
+#include <wx/display.h>
+#include <wx/settings.h>
+#ifdef __WXGTK__
+#include <gtk/gtk.h>
+#endif
+
+#include "services/messages.h"
+
+namespace zep::services {
+namespace {
+
+constexpr int kGap = 8;
+constexpr int kMargin = 12;
+constexpr int kScrollStep = 10;
+
+}  // namespace
+
+wxString ToWx(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), utf8.size()); }
+
+std::string FromWx(const wxString& text) { return text.utf8_string(); }
+
+JobControl::Scope::Scope(JobControl& control, std::function<void()> cancel) : control_(control) {
+  control_.cancels_.push_back(std::move(cancel));
+  if (control_.cancels_.size() == 1 && control_.on_change) control_.on_change(true);
+}
+
+JobControl::Scope::~Scope() {
+  control_.cancels_.pop_back();
+  if (control_.cancels_.empty() && control_.on_change) control_.on_change(false);
+}
+
+void JobControl::Cancel() {
+  if (cancels_.empty()) return;
+  // A copy, since the job may end while the user is being asked.
+  const std::function<void()> cancel = cancels_.back();
+  cancel();
+}
+
+int Gap(const wxWindow* window) { return window->FromDIP(kGap); }
+
+void NameControl(wxWindow* control, const char* name, std::string_view spoken_name) {
+  control->SetName(name);
+  if (spoken_name.empty()) return;
+  wxString spoken = ToWx(spoken_name);
+  spoken.Replace("&", "");
+#ifdef __WXGTK__
+  AtkObject* accessible = gtk_widget_get_accessible(control->GetHandle());
+  if (accessible != nullptr) atk_object_set_name(accessible, spoken.utf8_str());
+#else
+  // Other toolkits take the label in front of the control.
+#endif
+}
+
+wxButton* MakeButton(wxWindow* parent, std::string_view label, const char* name,
+                     std::function<void()> on_click, wxWindowID id) {
+  auto* button = new wxButton(parent, id, ToWx(label));
+  NameControl(button, name);
+  button->Bind(wxEVT_BUTTON, [action = std::move(on_click)](wxCommandEvent&) { action(); });
+  return button;
+}
+
+wxCheckBox* MakeCheckBox(wxWindow* parent, std::string_view label, const char* name) {
+  auto* box = new wxCheckBox(parent, wxID_ANY, ToWx(label));
+  NameControl(box, name);
+  return box;
+}
+
+wxStaticText* MakeLabel(wxWindow* parent, std::string_view label, const char* name) {
+  auto* text = new wxStaticText(parent, wxID_ANY, ToWx(label));
+  NameControl(text, name);
+  return text;
+}
+
+wxTextCtrl* MakeTextBox(wxWindow* parent, const char* name, std::string_view spoken_name,
+                        long style) {
+  auto* box = new wxTextCtrl(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, style);
+  NameControl(box, name, spoken_name);
+  return box;
+}
+
+wxSizer* ButtonRow(wxWindow* parent, std::initializer_list<wxButton*> buttons) {
+  auto* row = new wxBoxSizer(wxHORIZONTAL);
+  row->AddStretchSpacer();
+  for (wxButton* button : buttons) row->Add(button, wxSizerFlags().Border(wxLEFT, Gap(parent)));
+  return row;
+}
+
+wxFlexGridSizer* LabelGrid(wxWindow* parent, int columns, int growing_column) {
+  auto* grid = new wxFlexGridSizer(columns, Gap(parent), Gap(parent));
+  grid->AddGrowableCol(static_cast<std::size_t>(growing_column));
+  return grid;
+}
+
+void SetHelpPage(wxWindow* window, const WindowContext& context, const std::string& page) {
+  window->Bind(wxEVT_CHAR_HOOK, [&context, page](wxKeyEvent& event) {
+    if (event.GetKeyCode() == WXK_F1 && !event.HasAnyModifiers()) {
+      WindowContext::Call(context.show_help, page);
+    } else {
+      event.Skip();
+    }
+  });
+}
+
+wxButton* MakeHelpButton(wxWindow* parent, const WindowContext& context, const std::string& page) {
+  return MakeButton(parent, NLSFmt(context.session, "&Help"), "cmdHelp",
+                    [&context, page] { WindowContext::Call(context.show_help, page); });
+}
+
+void FitToScreen(wxTopLevelWindow* window) {
+  window->GetSizer()->Fit(window);
+  const wxSize screen = wxDisplay(DialogParent()).GetClientArea().GetSize();
+  wxSize size = window->GetSize();
+  window->SetMinSize({std::min(size.x, screen.x), std::min(size.y, screen.y)});
+  size.DecTo(screen);
+  window->SetSize(size);
+  window->CentreOnParent();
+}
+
+wxWindow* DialogParent() {
+  for (auto node = wxTopLevelWindows.GetLast(); node != nullptr; node = node->GetPrevious()) {
+    const auto* dialog = dynamic_cast<wxDialog*>(node->GetData());
+    if (dialog != nullptr && dialog->IsModal()) return node->GetData();
+  }
+  return wxTheApp->GetTopWindow();
+}
+
+TaskWindow::TaskWindow(wxWindow* parent, WindowContext& window_context, const char* name,
+                       const std::string& help_page)
+    : wxScrolledWindow(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize,
+                       wxTAB_TRAVERSAL | wxVSCROLL | wxHSCROLL, name),
+      context(window_context) {
+  SetScrollRate(FromDIP(kScrollStep), FromDIP(kScrollStep));
+  SetHelpPage(this, context, help_page);
+}
+
+void TaskWindow::SetContents(wxSizer* contents) {
+  auto* margin = new wxBoxSizer(wxVERTICAL);
+  margin->Add(contents, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(kMargin)));
+  SetSizer(margin);
+  FitInside();
+}
+
+}  // namespace zep::services

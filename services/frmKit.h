@@ -1,0 +1,129 @@
+// What all windows have in common: what they are given, text for the toolkit, sizes and rows, help,
+// and the job that is running.
+//
+// Sizes are in device-independent pixels, so that windows look alike at any scaling. A control has
+// its name in the program ("cmdDownload") as its window name; a test finds it by that.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include <wx/button.h>
+#include <wx/checkbox.h>
+#include <wx/scrolwin.h>
+#include <wx/sizer.h>
+#include <wx/stattext.h>
+#include <wx/string.h>
+#include <wx/textctrl.h>
+#include <wx/toplevel.h>
+
+#include "services/session.h"
+
+namespace zep::services {
+
+wxString ToWx(std::string_view utf8);
+std::string FromWx(const wxString& text);
+
+// The job that is running, and how the user's wish to stop it is passed on. Jobs run inside the
+// handler that started them and let other events run meanwhile, so windows ask here before they
+// start anything.
+class JobControl {
+ public:
+  // A job, or a step of it that is cancelled in another way than the whole. cancel is called in a
+  // turn of the user interface; it may ask the user.
+  class Scope {
+   public:
+    Scope(JobControl& control, std::function<void()> cancel);
+    ~Scope();
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+   private:
+    JobControl& control_;
+  };
+
+  bool IsRunning() const { return !cancels_.empty(); }
+  // What the innermost scope does; nothing when no job runs.
+  void Cancel();
+
+  // Told when the first job begins and when the last one has ended.
+  std::function<void(bool running)> on_change;
+
+ private:
+  std::vector<std::function<void()>> cancels_;
+};
+
+// What every window is given. It outlives all windows.
+struct WindowContext {
+  Session& session;
+  const std::uint64_t& bytes_on_the_wire;
+  JobControl job{};
+
+  // The main window's part; each may be empty in a program without one.
+  std::function<void(const std::string& page)> show_help{};      // "download.htm"
+  std::function<void(const std::string& status)> show_status{};  // in its status bar
+  std::function<void()> show_transcript{};                       // what went over the wires
+  std::function<void()> close_task{};  // closes the task window, after the running handler
+
+  // The given function when there is one.
+  template <typename Function, typename... Arguments>
+  static void Call(const Function& function, const Arguments&... arguments) {
+    if (function) function(arguments...);
+  }
+};
+
+// The distance between controls, in pixels of the window.
+int Gap(const wxWindow* window);
+
+// Names a control for the program and, in the user's language, for screen readers. Buttons and
+// boxes with a label of their own need no spoken name.
+void NameControl(wxWindow* control, const char* name, std::string_view spoken_name = {});
+
+// A push button with a translated label. on_click runs the button's job.
+wxButton* MakeButton(wxWindow* parent, std::string_view label, const char* name,
+                     std::function<void()> on_click, wxWindowID id = wxID_ANY);
+wxCheckBox* MakeCheckBox(wxWindow* parent, std::string_view label, const char* name);
+wxStaticText* MakeLabel(wxWindow* parent, std::string_view label, const char* name = "");
+// A text box whose spoken name is that of the label in front of it.
+wxTextCtrl* MakeTextBox(wxWindow* parent, const char* name, std::string_view spoken_name,
+                        long style = 0);
+
+// Buttons at the right end of a row, in the given order.
+wxSizer* ButtonRow(wxWindow* parent, std::initializer_list<wxButton*> buttons);
+
+// Two columns, labels and what they stand for; the second takes the room that is left.
+wxFlexGridSizer* LabelGrid(wxWindow* parent, int columns = 2, int growing_column = 1);
+
+// F1 anywhere in the window shows this page of the help book.
+void SetHelpPage(wxWindow* window, const WindowContext& context, const std::string& page);
+// The Help button, with the same page.
+wxButton* MakeHelpButton(wxWindow* parent, const WindowContext& context, const std::string& page);
+
+// Gives a dialog the size of its contents, at most that of the screen, and centres it.
+void FitToScreen(wxTopLevelWindow* window);
+
+// Where a dialog belongs: above the topmost dialog, else above the program's main window.
+wxWindow* DialogParent();
+
+// The page of one task beside the task tree. It scrolls when the frame is smaller than its
+// contents. frmMain makes and destroys it.
+class TaskWindow : public wxScrolledWindow {
+ public:
+  TaskWindow(wxWindow* parent, WindowContext& window_context, const char* name,
+             const std::string& help_page);
+
+  // Whether it may be closed now; a running job is not left behind.
+  bool MayClose() const { return !context.job.IsRunning(); }
+
+ protected:
+  // Lays out the contents with a margin around them.
+  void SetContents(wxSizer* contents);
+
+  WindowContext& context;
+};
+
+}  // namespace zep::services

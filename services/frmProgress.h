@@ -1,0 +1,38 @@
+// How far a job is: what is being done, a bar, and rate and time left.
+#pragma once
+
+#include <string>
+
+#include <wx/gauge.h>
+#include <wx/panel.h>
+#include <wx/stattext.h>
+
+#include "services/frmKit.h"
+#include "services/progress_rate.h"
+
+namespace zep::services {
+
+class ProgressPanel : public wxPanel {
+ public:
+  ProgressPanel(wxWindow* parent, const WindowContext& window_context);
+
+  // What is being done; the same text again costs nothing.
+  void ShowText(const std::string& text);
+  // The value runs from 0 to the maximum.
+  void SetMaximum(int maximum);
+  void SetValue(int value);
+  void ShowBar(bool shown);
+
+ private:
+  void Draw();
+
+  const WindowContext& context_;
+  ProgressRate rate_;
+  platform::Duration drawn_{};  // when the bar was drawn last
+
+  wxStaticText* lblProgressText;
+  wxGauge* prgProgress;
+  wxStaticText* lblProgressRate;
+};
+
+}  // namespace zep::services

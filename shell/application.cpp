@@ -1,0 +1,94 @@
+#include "shell/application.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "link/frmPreferences.h"
+#include "link/frmSelectCommPort.h"
+#include "link/port_slots.h"
+
+namespace zep::shell {
+
+Application::Application(const Surroundings& world, const StartChoices& choices)
+    : surroundings(world),
+      foundation_(choices.application_folder,
+                  choices.string_table.empty() ? "ZEP" : choices.string_table, world.clock,
+                  world.user_hive, world.machine_hive),
+      session(foundation_.SeamsFor(world.clock, user), foundation_.paths),
+      trace_(std::make_unique<link::WireTrace>(
+          world.clock, [this](std::string_view piece) { wire_log.Add(piece); })),
+      io_ports_(std::make_unique<platform::NoIoPorts>()),
+      given_ports_(choices.ports),
+      link(session, MakePorts(), *this, *io_ports_),
+      firmware(link),
+      db(link),
+      context{.session = session, .bytes_on_the_wire = byte_count_} {
+  user.Attach(session);
+  given_ports_.resize(link::kPortCount);
+}
+
+Application::~Application() = default;
+
+std::unique_ptr<platform::SerialPort> Application::MakePort(const std::string& device) {
+  return std::make_unique<link::WatchedPort>(surroundings.make_port(device), byte_count_,
+                                             trace_.get());
+}
+
+// A device given at the start takes the place of the one that the settings name.
+std::array<std::string, link::kPortCount> Application::SlotDevices() const {
+  std::array<std::string, link::kPortCount> devices = link::SlotDevices(session.settings);
+  const std::size_t given = std::min(given_ports_.size(), devices.size());
+  for (std::size_t index = 0; index < given; ++index) {
+    if (!given_ports_[index].empty()) devices[index] = given_ports_[index];
+  }
+  return devices;
+}
+
+link::Ports Application::MakePorts() {
+  link::Ports ports;
+  const auto devices = SlotDevices();
+  for (std::size_t index = 0; index < ports.size(); ++index)
+    ports[index] = MakePort(devices[index]);
+  return ports;
+}
+
+void Application::UseSlotDevices() {
+  const auto devices = SlotDevices();
+  for (const int port : link::kAllPorts) {
+    const std::size_t index = link::Link::Index(port);
+    if (link.ports[index]->Device() != devices[index])
+      link.ReplacePort(port, MakePort(devices[index]));
+  }
+}
+
+void Application::UseLanguage() {
+  UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
+  services::LoadTexts(session);
+  if (on_language) on_language();
+}
+
+void Application::ShowPreferences(link::Link& shown_link) {
+  const int language = UILanguage;
+  link::frmPreferences preferences(
+      services::DialogParent(), context, shown_link,
+      {.list_devices = surroundings.list_devices, .try_device = [this](const std::string& device) {
+         return surroundings.make_port(device)->Open();
+       }});
+  const link::PreferencesOutcome outcome = preferences.Run();
+  if (!outcome.accepted) return;
+  // The choice of a device takes the place of one given at the start.
+  for (const int slot : outcome.changed_devices) given_ports_[link::Link::Index(slot)].clear();
+  UseSlotDevices();
+  link::ApplyPreferences(shown_link, outcome.ticked);
+  link::CheckCommPorts(shown_link, false);
+  UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
+  if (UILanguage != language) UseLanguage();
+}
+
+void Application::ShowPortSelection(link::Link& shown_link) {
+  link::frmSelectCommPort selection(services::DialogParent(), context, shown_link,
+                                    {.takes_all_ports = false});
+  selection.Run();
+}
+
+}  // namespace zep::shell

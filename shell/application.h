@@ -1,0 +1,105 @@
+// The desktop application as one object: the session, the link over the four slots, the radio and
+// firmware work, and what the windows are given. The windows themselves are made by Main and
+// frmMDI.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "firmware/firmware.h"
+#include "link/port_set.h"
+#include "link/wire_trace.h"
+#include "platform/io_ports.h"
+#include "platform/serial_list.h"
+#include "platform/settings_hive.h"
+#include "platform/system_version.h"
+#include "radiodb/radio_db.h"
+#include "services/application.h"
+#include "services/frmKit.h"
+#include "shell/window_user.h"
+#include "shell/wire_log.h"
+
+namespace zep::shell {
+
+// The world around the program; a test has its own. All of it outlives the application.
+struct Surroundings {
+  platform::Clock& clock;
+  platform::SettingsHive& user_hive;
+  platform::SettingsHive& machine_hive;
+  std::function<std::unique_ptr<platform::SerialPort>(const std::string& device)> make_port;
+  std::function<std::vector<platform::SerialDeviceInfo>()> list_devices;
+  std::function<platform::SystemVersion()> system_version;
+  // Becomes the only copy of the program; false when there is one, which is asked to show itself.
+  std::function<bool()> acquire_instance;
+  std::function<platform::SystemError(const std::string& program)> start_program;
+  std::function<platform::SystemError(const std::string& address)> open_address;
+};
+
+// What the environment says, for trying things out; each may be empty.
+struct StartChoices {
+  std::string application_folder;  // ZEPDLCA_APPLICATION_FOLDER
+  std::string string_table;        // ZEPDLCA_STRING_TABLE; "ZEP" when empty
+  std::vector<std::string> ports;  // ZEPDLCA_PORTS: devices of the slots, from the first on
+};
+
+// Which task window is open.
+enum class Task { kNone = 0, kDownload = 1, kSpecification = 5, kUpgrade = 6 };
+
+class Application final : public link::LinkWindows {
+ public:
+  Application(const Surroundings& world, const StartChoices& choices);
+  ~Application() override;
+
+  const Surroundings& surroundings;
+  WindowUser user;
+
+ private:
+  services::Foundation foundation_;
+
+ public:
+  services::Session session;
+  WireLog wire_log;
+
+ private:
+  std::uint64_t byte_count_ = 0;
+  std::unique_ptr<link::WireTrace> trace_;
+  std::unique_ptr<platform::IoPorts> io_ports_;
+  std::vector<std::string> given_ports_;  // by slot; empty where the settings decide
+
+ public:
+  link::Link link;
+  firmware::Firmware firmware;
+  radiodb::RadioDb db;
+  services::WindowContext context;
+
+  // Facts of the start-up, for the About window.
+  platform::SystemVersion system;
+  std::string operating_system_name;  // "Windows NT"; empty where it is none of the Windows names
+  int UILanguage = 1;                 // as the setting has it, also when it is no language
+
+  // Whether the task "Download" is offered, and the task whose window is open.
+  bool ShowAdvanced = true;
+  Task current_task = Task::kNone;
+
+  // Gives the slots the devices that the settings name now. Ports whose device has not changed stay
+  // as they are. Not while a job runs.
+  void UseSlotDevices();
+
+  // Told after the interface language has changed.
+  std::function<void()> on_language;
+  // Reads the language from the settings again and the texts for it.
+  void UseLanguage();
+
+  void ShowPreferences(link::Link& link) override;
+  void ShowPortSelection(link::Link& link) override;
+
+ private:
+  std::unique_ptr<platform::SerialPort> MakePort(const std::string& device);
+  std::array<std::string, link::kPortCount> SlotDevices() const;
+  link::Ports MakePorts();
+};
+
+}  // namespace zep::shell

@@ -1,0 +1,95 @@
+#include "shell/help_book.h"
+
+#include <wx/fs_zip.h>
+#include <wx/html/helpfrm.h>
+#include <wx/html/helpwnd.h>
+#include <wx/notebook.h>
+
+#include "platform/files.h"
+#include "services/frmKit.h"
+#include "services/messages.h"
+
+namespace zep::shell {
+namespace {
+
+using services::NLSFmt;
+using services::ToWx;
+
+std::string BookName(services::Language language) {
+  return "help/zepdlca_" + std::string(LanguageCode(language)) + ".zip";
+}
+
+void AddZipFileSystem() {
+  if (!wxFileSystem::HasHandlerForPath("book.zip#zip:page.htm"))
+    wxFileSystem::AddHandler(new wxZipFSHandler);
+}
+
+}  // namespace
+
+HelpBook::~HelpBook() { Reset(); }
+
+void HelpBook::Reset() {
+  if (controller_) controller_->Quit();
+  controller_.reset();
+}
+
+std::string HelpBook::FindBook() const {
+  for (const services::Language language :
+       {session_.translation.GetLanguage(), services::Language::kEnglish}) {
+    std::string path = FindApplicationFile(session_.paths, BookName(language));
+    if (platform::FileExists(path)) return path;
+  }
+  return {};
+}
+
+wxHtmlHelpController* HelpBook::Controller() {
+  if (controller_) return controller_.get();
+  const std::string book = FindBook();
+  AddZipFileSystem();
+  auto controller = std::make_unique<wxHtmlHelpController>(wxHF_DEFAULT_STYLE);
+  controller->SetShouldPreventAppExit(false);
+  if (book.empty() || !controller->AddBook(wxFileName(ToWx(book)), false)) {
+    NLSMsgBox(
+        session_,
+        NLSFmt(session_, "The help book %0:s cannot be opened. Please reinstall this application.",
+               {book.empty() ? BookName(services::Language::kEnglish) : book}),
+        {.icon = services::Icon::kCritical});
+    return nullptr;
+  }
+  controller->SetTitleFormat("%s");
+  controller_ = std::move(controller);
+  return controller_.get();
+}
+
+void HelpBook::ShowPage(const std::string& page) {
+  wxHtmlHelpController* controller = Controller();
+  if (controller == nullptr) return;
+  wxWindow* parent = services::DialogParent();
+  if (dynamic_cast<wxDialog*>(parent) == nullptr) {
+    controller->Display(ToWx(page));
+    return;
+  }
+  // Above a modal window only another modal window can be used.
+  wxHtmlModalHelp help(parent, ToWx(FindBook()), ToWx(page));
+}
+
+void HelpBook::ShowContents() {
+  if (wxHtmlHelpController* controller = Controller()) controller->DisplayContents();
+}
+
+void HelpBook::ShowSearch() {
+  wxHtmlHelpController* controller = Controller();
+  if (controller == nullptr) return;
+  controller->DisplayContents();
+  // The search page is the last one of the navigation pane.
+  for (wxWindow* child : controller->GetHelpWindow()->GetChildren()) {
+    for (wxWindow* pane : child->GetChildren()) {
+      auto* notebook = dynamic_cast<wxNotebook*>(pane);
+      if (notebook == nullptr && !pane->GetChildren().empty())
+        notebook = dynamic_cast<wxNotebook*>(pane->GetChildren().GetFirst()->GetData());
+      if (notebook != nullptr) notebook->SetSelection(notebook->GetPageCount() - 1);
+    }
+  }
+}
+
+}  // namespace zep::shell
