@@ -390,8 +390,11 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   UpgradeBench bench("",
                      "write database/10000125v0400.ops old data;"
                      "write calibration/10000125v0100.ocs old calibration;"
-                     "write calibration/10000125v0100.ocs.unfinished older;"
-                     "write upgrade/1v1.ops.unfinished gone");
+                     "write calibration/10000125v0100.ocs.unfinished older");
+  const std::string folder = bench.folder.Path("");
+  bench.folder.Write("upgrade/gone.unfinished", folder + "1.ops\n" + folder + "1.ocs");
+  bench.folder.Write("upgrade/unplugged.unfinished", folder + "1.ops\n" + folder + "stick/1.ocs");
+  bench.folder.Write("upgrade/unreadable.unfinished/file", "");
   bench.folder.Write("upgrade/10000125v0400.ops.unfinished",
                      bench.folder.Path(kDataFile) + "\n" + bench.folder.Path(kCalibrationFile));
   const std::string defaults = *bench.folder.Read("default.ops");
@@ -410,7 +413,11 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   EXPECT_EQ(bench.folder.Read("database/10000125v0400.ops.unfinished"), "old data");
   EXPECT_EQ(bench.folder.Read("calibration/10000125v0100.ocs.unfinished"), "older");
   EXPECT_EQ(bench.folder.Read("calibration/10000125v0100.ocs.unfinished2"), "old calibration");
-  EXPECT_FALSE(bench.folder.Read("upgrade/1v1.ops.unfinished")) << "it tells of nothing any more";
+  EXPECT_THAT(bench.Boxes(), HasSubstr("The data of that radio is in 1.ops and stick/1.ocs."));
+  EXPECT_THAT(bench.Boxes(), HasSubstr("upgrade/unreadable.unfinished"));
+  EXPECT_FALSE(bench.folder.Read("upgrade/gone.unfinished"));
+  EXPECT_TRUE(bench.folder.Read("upgrade/unplugged.unfinished"));
+  EXPECT_THAT(bench.Log(), HasSubstr("is gone, and its note is removed: upgrade/gone.unfinished|"));
 }
 
 TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {

@@ -24,30 +24,43 @@ using services::Session;
 
 constexpr std::string_view kUnfinished = ".unfinished";  // extension of notes and copies
 
-SavedData ReadNote(const std::string& path) {
-  const platform::FileContents contents = platform::ReadWholeFile(path);
-  SavedData saved;
-  services::ForEachLine(contents.bytes, [&saved](std::string_view line, int number) {
-    if (number == 1) saved.data_file = line;
-    if (number == 2) saved.calibration_file = line;
-  });
-  return saved;
+// The file after which the note is called: the only one, or the data file.
+const std::string& MainFile(const SavedData& saved) {
+  return saved.data_file.empty() ? saved.calibration_file : saved.data_file;
 }
 
-// What the notes name. A note whose files are gone is removed.
-std::vector<SavedData> FindNotes(const Session& session) {
-  std::vector<SavedData> all;
+// What an unfinished run has left behind.
+struct Note {
+  std::string path;
+  platform::SystemError error;  // why it cannot be read
+  SavedData saved;
+};
+
+Note ReadNote(const std::string& path) {
+  const platform::FileContents contents = platform::ReadWholeFile(path);
+  Note note{path, contents.error, {}};
+  services::ForEachLine(contents.bytes, [&note](std::string_view line, int number) {
+    if (number == 1) note.saved.data_file = line;
+    if (number == 2) note.saved.calibration_file = line;
+  });
+  return note;
+}
+
+std::vector<Note> FindNotes(const Session& session) {
+  std::vector<Note> notes;
   const std::string folder = UpgradeFolder(session);
   for (const std::string& name : platform::ListFolder(folder)) {
-    if (!name.ends_with(kUnfinished)) continue;
-    SavedData saved = ReadNote(folder + name);
-    if (platform::FileExists(saved.data_file) || platform::FileExists(saved.calibration_file)) {
-      all.push_back(std::move(saved));
-    } else {
-      platform::RemoveFile(folder + name);
-    }
+    if (name.ends_with(kUnfinished)) notes.push_back(ReadNote(folder + name));
   }
-  return all;
+  return notes;
+}
+
+// Whether the note has nothing to tell any more. What cannot be reached may well come back.
+bool IsOver(const Note& note) {
+  const auto is_gone = [](const std::string& file) {
+    return file.empty() || platform::IsGone(file);
+  };
+  return !note.error && is_gone(note.saved.data_file) && is_gone(note.saved.calibration_file);
 }
 
 // Of a radio, or of the data files that were read from it.
@@ -236,8 +249,7 @@ bool SecureSavedData(const radiodb::RadioDb& db, const SavedData& saved) {
 }
 
 std::string NoteFile(const Session& session, const SavedData& saved) {
-  const std::string& file = saved.data_file.empty() ? saved.calibration_file : saved.data_file;
-  return UpgradeFolder(session) + services::FileTitleOf(file) + std::string(kUnfinished);
+  return UpgradeFolder(session) + services::FileTitleOf(MainFile(saved)) + std::string(kUnfinished);
 }
 
 void RemoveNote(const Session& session, const SavedData& saved) {
@@ -245,15 +257,34 @@ void RemoveNote(const Session& session, const SavedData& saved) {
 }
 
 void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
-  for (const SavedData& saved : FindNotes(session)) {
-    log.Log("An earlier upgrade did not finish. Its data is in " + saved.data_file + " and " +
-            saved.calibration_file);
-    NLSMsgBox(session,
-              NLSFmt(session,
-                     "An earlier upgrade did not finish. The data of that radio is in %0:s and "
-                     "%1:s. Please keep these files until the radio has its data back, then delete "
-                     "%2:s.",
-                     {saved.data_file, saved.calibration_file, NoteFile(session, saved)}));
+  for (const Note& note : FindNotes(session)) {
+    const auto& [data_file, calibration_file] = note.saved;
+    if (note.error) {
+      log.Log("The note of an unfinished upgrade cannot be read: " + note.path);
+      services::ReportError(session, note.error, "TellOfUnfinishedUpgrades");
+    } else if (IsOver(note)) {
+      const bool removed = !platform::RemoveFile(note.path);
+      log.Log("The data of an unfinished upgrade is gone" +
+              std::string(removed ? ", and its note is removed: " : ": ") + note.path);
+    } else if (data_file.empty() || calibration_file.empty()) {
+      const std::string& file = MainFile(note.saved);
+      log.Log("An earlier upgrade did not finish. Its data is in " + file);
+      NLSMsgBox(session,
+                NLSFmt(session,
+                       "An earlier upgrade did not finish. The data of that radio is in %0:s. "
+                       "Please keep this file until the radio has its data back, then delete "
+                       "%1:s.",
+                       {file, note.path}));
+    } else {
+      log.Log("An earlier upgrade did not finish. Its data is in " + data_file + " and " +
+              calibration_file);
+      NLSMsgBox(session,
+                NLSFmt(session,
+                       "An earlier upgrade did not finish. The data of that radio is in %0:s and "
+                       "%1:s. Please keep these files until the radio has its data back, then "
+                       "delete %2:s.",
+                       {data_file, calibration_file, note.path}));
+    }
   }
 }
 
@@ -269,8 +300,8 @@ bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log) {
                                   "folder for data files and calibration files.",
                                   {upgrade_folder}));
   }
-  for (const SavedData& saved : FindNotes(session)) {
-    for (const std::string& path : {saved.data_file, saved.calibration_file}) {
+  for (const Note& note : FindNotes(session)) {
+    for (const std::string& path : {note.saved.data_file, note.saved.calibration_file}) {
       if (platform::FileExists(path) && !KeepCopy(session, log, path)) return false;
     }
   }
@@ -287,7 +318,7 @@ void TellOfSavedData(Session& session, UpgradeLog& log, const SavedData& saved) 
                               {saved.data_file, saved.calibration_file}));
     return;
   }
-  const std::string& file = saved.data_file.empty() ? saved.calibration_file : saved.data_file;
+  const std::string& file = MainFile(saved);
   log.Log("The radio's data is in " + file);
   NLSMsgBox(session, NLSFmt(session,
                             "The data of this radio is in %0:s. Please keep this file until the "

@@ -31,7 +31,9 @@ bool SecureSavedData(const radiodb::RadioDb& db, const SavedData& saved);
 std::string NoteFile(const services::Session& session, const SavedData& saved);
 void RemoveNote(const services::Session& session, const SavedData& saved);
 
-// Tells the user of every note that an unfinished run has left behind, and logs it.
+// Tells the user of every note that an unfinished run has left behind, and logs it. A note is
+// removed when the files that it names are gone for good, but not when they or it cannot be reached
+// now.
 void TellOfUnfinishedUpgrades(services::Session& session, UpgradeLog& log);
 
 // Before a radio is read, with the folders of db set: makes sure that the files to be made are not
