@@ -1,13 +1,28 @@
 #include "upgrade/sound_file.h"
 
+#include <algorithm>
+#include <cctype>
+
 #include "services/messages.h"
 
 namespace zep::upgrade {
+namespace {
+
+std::string UpperCase(std::string text) {
+  std::ranges::transform(text, text.begin(),
+                         [](unsigned char character) { return std::toupper(character); });
+  return text;
+}
+
+}  // namespace
 
 std::optional<radiodb::DataFile> ReadSoundFile(services::Session& session,
                                                const std::string& path) {
   std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(session, path);
   if (!file) return std::nullopt;
+  for (radiodb::DataFileLine& line : file->lines) {
+    if (line.text != radiodb::kCommonDynamicItemLine) line.text = UpperCase(line.text);
+  }
   const radiodb::DataFileCheck check = radiodb::CheckDataFile(session, *file);
   if (check.findings.empty()) return file;
   if (session.failure == services::Failure::kNone) session.failure = services::Failure::kFile;
