@@ -9,6 +9,7 @@
 #include "services/messages.h"
 #include "upgrade/calibration_conversion.h"
 #include "upgrade/personality_conversion.h"
+#include "upgrade/sound_file.h"
 
 namespace zep::cli {
 namespace {
@@ -90,6 +91,12 @@ ExitStatus Finish(Program& program, const ConvertOptions& options, const Version
   return ExitStatus::kDone;
 }
 
+// What a trial run would have left in the log about the data.
+void ShowRemarks(Program& program, const upgrade::UpgradeLog& log) {
+  for (const std::string& remark : log.Remarks()) program.user.Say(remark);
+  program.json.Set("remarks", Json::List(log.Remarks()));
+}
+
 ExitStatus RefuseCalibration(services::Session& session, const std::string& file) {
   NLSMsgBox(session,
             NLSFmt(session,
@@ -117,7 +124,7 @@ bool IsOfVersion(services::Session& session, const ConvertOptions& options,
 
 ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
   services::Session& session = program.session;
-  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(session, options.saved_file);
+  const std::optional<radiodb::DataFile> file = upgrade::ReadSoundFile(session, options.saved_file);
   if (!file) return program.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && identity->is_calibration) return RefuseCalibration(session, options.saved_file);
@@ -139,6 +146,7 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
       .changes = options.dry_run ? &changes : nullptr,
   };
   if (!ConvertPersonalityData(session, log, request)) return program.JobStatus(false);
+  if (options.dry_run) ShowRemarks(program, log);
   return Finish(program, options, *versions, changes);
 }
 
@@ -160,7 +168,7 @@ int CalibrationVersionOf(const std::string& data) {
 
 ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
   services::Session& session = program.session;
-  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(session, options.saved_file);
+  const std::optional<radiodb::DataFile> file = upgrade::ReadSoundFile(session, options.saved_file);
   if (!file) return program.JobStatus(false);
   const std::optional<Versions> versions =
       TypedVersions(program, options, CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));

@@ -26,6 +26,11 @@ struct Bench : Zepctl {
     simulator::RadioProfile profile = *simulator::ParseRadio(kRadio).value;
     folder.Write("old.ops", simulator::DataFileText(profile));
     folder.Write("old.ocs", simulator::CalibrationFileText(profile));
+    for (const std::string name : {"old.ops", "old.ocs"}) {
+      std::string text = *folder.Read(name);
+      for (char& character : text) character = static_cast<char>(std::tolower(character));
+      folder.Write("lower-" + name, text);
+    }
     profile.serial_number = 0;
     folder.Write("default.ops", simulator::DataFileText(profile));
     std::filesystem::rename(WriteImage("PP11PhaseI.bin"), folder.Path("my.bin"));
@@ -148,6 +153,8 @@ TEST(ZepctlConvert, ConvertsFilesOrShowsWhatWouldChange) {
         "calibration F/old.ocs F/new --to 103x|2||", "personality F/old.ops F/new --to new|2||",
         "personality F/old.ops F/new --to 406|1||", "personality F/none.ops F/new --to 405|6||",
         "calibration F/old.ocs F/new --to 103|0|from version 100 to 103|made",
+        "calibration F/lower-old.ocs F/new --to 103|0|from version 100 to 103|made",
+        "personality F/lower-old.ops F/new --to 405 --defaults F/lower-old.ops|0||made",
         "calibration F/old.ocs F/new --to 101 --dry-run|0|-       3840          100 -> 101\n|",
         "calibration F/old.ocs F/new --from 102 --to 103|6||",
         "calibration F/old.ops F/new --from 100 --to 101|6||"}) {
@@ -166,6 +173,18 @@ TEST(ZepctlConvert, ConvertsFilesOrShowsWhatWouldChange) {
     EXPECT_EQ(bench.RunLine("data diff F/new F/new"), 0);
     EXPECT_EQ(bench.Out(), "The files hold the same data.\n");
   }
+}
+
+TEST(ZepctlConvert, TellsOfOddDataWithoutALog) {
+  Bench bench;
+  bench.folder.Write("few.ops", testing::DataFileOf({testing::Identity("0405")}));
+  EXPECT_EQ(bench.RunLine("convert personality F/old.ops F/new --to 402 --defaults F/few.ops "
+                          "--dry-run"),
+            0);
+  EXPECT_EQ(bench.Err(),
+            "Item 05 of the default settings has no byte 4, 00 is used\n"
+            "Item 07 of the default settings has no byte 1, 00 is used\n");
+  EXPECT_FALSE(bench.folder.Read("upgrade.log"));
 }
 
 }  // namespace

@@ -20,15 +20,15 @@ constexpr std::size_t kLastMember = 28;
 // Kept: IDs and references are single bytes, so none is ever 510 and no record is removed.
 constexpr int kReservedId = 510;
 
-std::string ItemName(std::size_t item) {
-  return "Item " + services::ConBytNumToHex(static_cast<std::uint8_t>(item));
+std::string ItemNumber(std::size_t item) {
+  return services::ConBytNumToHex(static_cast<std::uint8_t>(item));
 }
 
 // Logs when the default settings lack a byte that a step is about to take.
 void CheckDefault(const ConversionData& data, std::size_t item, std::size_t byte) {
   if (data.defaults[item].size() >= 2 * (byte + 1)) return;
-  data.log.Log(ItemName(item) + " of the default settings has no byte " + std::to_string(byte) +
-               ", 00 is used");
+  data.log.Remark(NLSText("Item %0:s of the default settings has no byte %1:s, 00 is used"),
+                  {ItemNumber(item), std::to_string(byte)});
 }
 
 // Takes bits of a byte from the default settings. No bits: nothing changes.
@@ -37,8 +37,8 @@ void CopyDefault(const ConversionData& data, std::size_t item, std::size_t byte,
   if (bits.size() > 0) CheckDefault(data, item, byte);
   if (CopyByte(data.session, data.items[item], data.defaults[item], byte, bits)) return;
   if (bits.size() > 0) {
-    data.log.Log(ItemName(item) + " of the saved data has no byte " + std::to_string(byte) +
-                 " and is kept as it is");
+    data.log.Remark(NLSText("Item %0:s of the saved data has no byte %1:s and is kept as it is"),
+                    {ItemNumber(item), std::to_string(byte)});
   }
 }
 
@@ -54,9 +54,10 @@ void ChangeRecords(const ConversionData& data, std::size_t item, std::size_t rec
   }
   const std::string_view tail = TailOfMultiItem(data.items[item], record_bytes);
   if (!tail.empty()) {
-    data.log.Log(ItemName(item) + " is no whole number of records of " +
-                 std::to_string(record_bytes) + " bytes; the " + std::to_string(tail.size() / 2) +
-                 " bytes behind the last one are kept as they are");
+    data.log.Remark(
+        NLSText("Item %0:s is no whole number of records of %1:s bytes; the %2:s bytes "
+                "behind the last one are kept as they are"),
+        {ItemNumber(item), std::to_string(record_bytes), std::to_string(tail.size() / 2)});
   }
   data.items[item] = joined.append(tail);
 }

@@ -29,6 +29,19 @@ void UpgradeLog::Log(std::string_view message) {
                    {file_name_, error.description}));
 }
 
+void UpgradeLog::Remark(std::string_view text, std::initializer_list<std::string_view> arguments) {
+  remarks_.push_back(NLSFmt(session_, text, arguments));
+  std::string line(text);
+  int number = 0;
+  for (const std::string_view argument : arguments) {
+    const std::string placeholder = "%" + std::to_string(number++) + ":s";
+    if (const std::size_t at = line.find(placeholder); at != std::string::npos) {
+      line.replace(at, placeholder.size(), argument);
+    }
+  }
+  Log(line);
+}
+
 std::string UpgradeLogFile(const services::Session& session) {
   return services::AppMakePath(session.paths.application_folder, "upgrade.log");
 }
