@@ -90,6 +90,7 @@ TEST(FirmwareSelection, FindsAFileWhereTheUserShowsIt) {
 
 constexpr const char* kDataFile = "database/10000125v0400.ops";
 constexpr const char* kCalibrationFile = "calibration/10000125v0100.ocs";
+const std::string kBothFiles = std::string(kDataFile) + " and " + kCalibrationFile;
 
 struct WatchedUpgrade final : UpgradeView {
   void ShowFirmwareFile(const std::string& full_name) override { firmware_file = full_name; }
@@ -97,11 +98,13 @@ struct WatchedUpgrade final : UpgradeView {
   radiodb::ReadWriteView& ReadWriteWindow() override { return quiet; }
   link::TransferView& TransferWindow() override { return quiet; }
   void WatchTransfer(firmware::TransferRun* run) override {
+    watched = run;
     if (run != nullptr) on_step("transfer");
   }
 
   testing::QuietView quiet;
   std::string firmware_file;
+  firmware::TransferRun* watched = nullptr;
   std::function<void(const std::string&)> on_step = [](const std::string&) {};
 };
 
@@ -185,6 +188,7 @@ struct UpgradeBench : testing::FirmwareBench {
   WatchedUpgrade upgrade_view;
   radiodb::RadioDb db{link};
   AutomaticUpgrade upgrade{firmware, db, upgrade_view};
+  ManualUpgrade manual{firmware, db, upgrade_view};
 };
 
 TEST(AutomaticUpgrade, UpgradesARadioAndGivesItItsConvertedData) {
@@ -273,8 +277,8 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
         "silent while it is read|,fault=silent@read:9||comms error 3|no|Could not save personality "
         "data",
         "an earlier file is to stay||write database/10000125v0400.ops mine;"
-        "no Database file for this radio exists, overwrite?|failed 1|no|Could not save personality "
-        "data",
+        "no Database file for this radio exists, overwrite?|failed 1|no|The radio's data was not "
+        "saved",
         "no folder for the note||write upgrade file|failed 5|no|The saved data could not be "
         "verified",
         "no default settings||remove default.ops;no Cannot find default.ops|failed 5|no|"
@@ -306,10 +310,9 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
     if (fields[3][0] == 'c')
       last += "|There was a comms error - The upgrade process did not complete";
     if (fields[3][0] == 'f') last += "|The upgrade process did not complete successfully";
-    const std::string where = std::string(kDataFile) + " and " + kCalibrationFile;
     if (bench.Started()) {
-      last += "|The radio's data is in " + where;
-      EXPECT_THAT(bench.Boxes(), HasSubstr("The data of this radio is in " + where));
+      last += "|The radio's data is in " + kBothFiles;
+      EXPECT_THAT(bench.Boxes(), HasSubstr("The data of this radio is in " + kBothFiles));
       EXPECT_THAT(bench.folder.Read(kDataFile).value_or(""), HasSubstr("\r\n3000142F"));
     }
     EXPECT_THAT(bench.Log(), EndsWith(last + "|"));
@@ -319,7 +322,7 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
 TEST(AutomaticUpgrade, AbortsAtTheNextStep) {
   for (const char* row :
        {"Locating firmware file|Could not read radio configuration|no",
-        "Saving personality and calibration data|Could not save personality data|no",
+        "Saving personality and calibration data|The radio's data was not saved|no",
         "transfer|Firmware download complete. Version is now v0126|yes",
         "Converting the radio's data|Personality data version is now v405|yes",
         "Attempting to reprogram personality|Could not reprogram personality|yes"}) {
@@ -512,8 +515,7 @@ TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
     UpgradeBench bench("", "image PP11PhaseI.bin 11 0126 " + fields[1] + ";" + fields[3]);
     const auto box = [&](std::size_t number) { return fields[2][number] == '1'; };
     SaveUpgradeSelections(bench.session, {box(0), box(1), box(2), box(3)});
-    const bool done = UpgradeManually(bench.firmware, bench.db, bench.upgrade_view,
-                                      LoadUpgradeSelections(bench.session));
+    const bool done = bench.manual.Upgrade(LoadUpgradeSelections(bench.session));
     const int failure = static_cast<int>(bench.session.failure);
     const int files =
         bench.folder.Read(kDataFile).has_value() + bench.folder.Read(kCalibrationFile).has_value();
@@ -529,6 +531,71 @@ TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
     EXPECT_THAT(bench.Boxes(), HasSubstr(fields[5]));
   }
   EXPECT_TRUE(LoadUpgradeSelections(testing::TestSession().session).SaveMain);
+}
+
+TEST(ManualUpgrade, TellsWhereTheDataIsWhenTheDownloadFails) {
+  UpgradeBench bench("", "remove bs.tsk");
+  EXPECT_FALSE(bench.manual.Upgrade({}));
+  EXPECT_THAT(bench.Boxes(), EndsWith("The data of this radio is in " + kBothFiles +
+                                      ". Please keep these files until the radio has its data "
+                                      "back. -> OK\n"));
+  EXPECT_THAT(bench.Log(), EndsWith("The radio's data is in " + kBothFiles + "|"));
+}
+
+TEST(ManualUpgrade, ForgetsWhatIsToBeTransferredWhenItCannotBegin) {
+  for (const char* order : {"inactive", "remove PP11PhaseI.bin"}) {
+    UpgradeBench bench("", order);
+    EXPECT_FALSE(bench.manual.Upgrade({}));
+    EXPECT_EQ(bench.db.transfer_kind, radiodb::TransferKind::kChosenFile);
+  }
+}
+
+// Both upgrades, cancelled in turns all through the run, give up in time and lose nothing.
+TEST(Upgrades, CanBeCancelledInAnyTurn) {
+  for (const bool automatic : {true, false}) {
+    int all_turns = 0;
+    for (int part = 16; part > 0; --part) {
+      SCOPED_TRACE(std::string(automatic ? "automatic " : "manual ") + std::to_string(part));
+      UpgradeBench bench("", automatic ? "" : "image PP11PhaseI.bin 11 0126 0400 0100");
+      const auto cancel = [&] { automatic ? bench.upgrade.Cancel() : bench.manual.Cancel(); };
+      cancel();
+      bench.user.on_turn = [&](int turn) {
+        EXPECT_TRUE(automatic ? bench.upgrade.IsRunning() : bench.manual.IsRunning());
+        if (part < 16 && turn == all_turns * part / 16) cancel();
+      };
+      const bool done = automatic ? bench.upgrade.Upgrade() == UpgradeOutcome::kSucceeded
+                                  : bench.manual.Upgrade({});
+      EXPECT_FALSE(bench.upgrade.IsRunning() || bench.manual.IsRunning());
+      EXPECT_FALSE(bench.link.Port(1).IsOpen());
+      EXPECT_EQ(done, part == 16);
+      EXPECT_EQ(bench.session.failure, done ? Failure::kNone : Failure::kCancelled);
+      if (part == 16) all_turns = bench.user.turns;
+      if (done) continue;
+      EXPECT_EQ(bench.Note(), bench.Boxes().find("The data of this radio is in " + kBothFiles) !=
+                                  std::string::npos);
+      EXPECT_EQ(bench.Note(), bench.Flashed());
+    }
+  }
+}
+
+TEST(Upgrades, EndWellAfterAnUnexpectedError) {
+  for (const bool automatic : {true, false}) {
+    UpgradeBench bench;
+    bench.upgrade_view.on_step = [&](const std::string& step) {
+      if (step != "transfer") return;
+      bench.user.on_turn = [&](int) { throw std::runtime_error("no memory"); };
+    };
+    if (automatic) bench.Upgrade();
+    if (!automatic) bench.manual.Upgrade({});
+    EXPECT_EQ(bench.session.failure, Failure::kRefused);
+    EXPECT_FALSE(bench.upgrade_view.watched);
+    EXPECT_FALSE(bench.link.Port(1).IsOpen());
+    EXPECT_THAT(bench.Boxes(), HasSubstr("critical An unexpected error has occured -> OK\n"
+                                         "information The data of this radio is in " +
+                                         kBothFiles));
+    EXPECT_THAT(bench.Log(), EndsWith("An unexpected error has occured|The radio's data is in " +
+                                      kBothFiles + "|"));
+  }
 }
 
 }  // namespace

@@ -55,30 +55,26 @@ AutomaticUpgrade::AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioD
       link_(db.link),
       session_(db.link.session),
       log_(session_, UpgradeLogFile(session_)),
+      run_(session_),
       selection_{.file = {}, .folder = {}, .given_file = given_files.image},
       given_default_settings_(given_files.default_settings) {}
 
 UpgradeOutcome AutomaticUpgrade::Upgrade() {
   UpgradeOutcome outcome = UpgradeOutcome::kFailed;
-  {
-    const link::Job job(link_);
-    saved_ = {};
-    aborted_ = transferring_ = note_is_new_ = download_started_ = false;
-    try {
-      outcome = RunSteps();
-    } catch (const std::exception&) {
-      outcome = ReportUnexpectedError();
-    }
+  const link::Job job(link_);
+  const UpgradeRun::Running running(run_);
+  saved_ = {};
+  note_is_new_ = download_started_ = false;
+  try {
+    outcome = RunSteps();
+  } catch (const std::exception&) {
+    ReportUnexpectedError(session_, log_);
+    if (download_started_) TellOfSavedData(session_, log_, saved_);
   }
   const bool nothing_lost = note_is_new_ && !download_started_;
   if (outcome == UpgradeOutcome::kSucceeded || nothing_lost) RemoveNote(session_, saved_);
-  session_.DownloadError = false;
+  TidyUp(link_);
   return outcome;
-}
-
-void AutomaticUpgrade::Cancel() {
-  aborted_ = true;
-  if (!transferring_) session_.RequestCancel();
 }
 
 UpgradeOutcome AutomaticUpgrade::RunSteps() {
@@ -99,8 +95,8 @@ UpgradeOutcome AutomaticUpgrade::RunSteps() {
     case LocateResult::kSelected:
       break;
   }
-  return Report(MayGoOn() && Save() && MayGoOn() && Download() && MayGoOn() && Convert() &&
-                MayGoOn() && Reprogram());
+  return Report(run_.MayGoOn() && Save() && run_.MayGoOn() && Download() && run_.MayGoOn() &&
+                Convert() && run_.MayGoOn() && Reprogram());
 }
 
 bool AutomaticUpgrade::Save() {
@@ -110,7 +106,9 @@ bool AutomaticUpgrade::Save() {
   db_.calibration_folder = radiodb::CalibrationFolder(session_);
   if (!PrepareToSave(db_, log_)) return false;
   if (!radiodb::ReadRadio(db_, view_.ReadWriteWindow())) {
-    return FailWith("Could not save personality data", Failure::kFile);
+    return FailWith(session_.DownloadError ? "Could not save personality data"
+                                           : "The radio's data was not saved",
+                    Failure::kFile);
   }
   saved_ = {db_.data_file, db_.calibration_file};
   saved_model_code_ = db_.identity.model_code;
@@ -157,7 +155,9 @@ bool AutomaticUpgrade::Download() {
   log_.Log("Starting firmware download. Version is currently v" + db_.identity.software_version);
   view_.ShowStatus(NLSFmt(session_, "Downloading radio firmware"));
   download_started_ = true;
-  if (!TransferFirmware()) return FailWith("Firmware download failed", Failure::kRefused);
+  if (!run_.TransferFirmware(firmware_, view_,
+                             {.at_once = std::nullopt, .automatic_upgrade = true}))
+    return FailWith("Firmware download failed", Failure::kRefused);
   if (db_.identity.tier == kSwitchesOff) {
     NLSMsgBox(session_, "Please turn the radio on so that it can be programmed.",
               {.notice = services::Notice::kAwaitsAction});
@@ -167,18 +167,6 @@ bool AutomaticUpgrade::Download() {
   }
   log_.Log("Firmware download complete. Version is now v" + db_.identity.software_version);
   return true;
-}
-
-bool AutomaticUpgrade::TransferFirmware() {
-  session_.TransferMode = services::Transfer::kProgram;
-  firmware::TransferRun run(firmware_, view_.TransferWindow(),
-                            {.at_once = std::nullopt, .automatic_upgrade = true});
-  transferring_ = true;
-  view_.WatchTransfer(&run);
-  const firmware::TransferResult result = firmware::RunTransfer(run);
-  view_.WatchTransfer(nullptr);
-  transferring_ = false;
-  return result.succeeded;
 }
 
 bool AutomaticUpgrade::Convert() {
@@ -191,7 +179,7 @@ bool AutomaticUpgrade::Convert() {
       .converted_file = ConvertedFileOf(session_, saved_.data_file),
       .default_file = default_settings_,
   };
-  return ConvertPersonalityData(session_, log_, request) && MayGoOn() && ConvertCalibration();
+  return ConvertPersonalityData(session_, log_, request) && run_.MayGoOn() && ConvertCalibration();
 }
 
 // What came back after the download has to be able to take the saved data.
@@ -272,7 +260,7 @@ bool AutomaticUpgrade::Reprogram() {
 UpgradeOutcome AutomaticUpgrade::Report(bool succeeded) {
   UpgradeOutcome outcome = succeeded ? UpgradeOutcome::kSucceeded : UpgradeOutcome::kFailed;
   if (session_.DownloadError) outcome = UpgradeOutcome::kCommsError;
-  if (IsAborted()) {
+  if (run_.IsAborted()) {
     outcome = UpgradeOutcome::kAborted;
     session_.failure = Failure::kCancelled;
   }
@@ -287,14 +275,6 @@ UpgradeOutcome AutomaticUpgrade::Report(bool succeeded) {
   return outcome;
 }
 
-UpgradeOutcome AutomaticUpgrade::ReportUnexpectedError() {
-  constexpr std::string_view kText = NLSText("An unexpected error has occured");
-  if (session_.failure == Failure::kNone) session_.failure = Failure::kRefused;
-  log_.Log(kText);
-  NLSMsgBox(session_, kText, {.icon = Icon::kCritical});
-  return UpgradeOutcome::kFailed;
-}
-
 void AutomaticUpgrade::Begin(std::string_view text) {
   log_.Log(text);
   view_.ShowStatus(NLSFmt(session_, text));
@@ -304,13 +284,6 @@ bool AutomaticUpgrade::FailWith(std::string_view line, Failure why) {
   if (!line.empty()) log_.Log(line);
   if (session_.failure == Failure::kNone) session_.failure = why;
   return false;
-}
-
-bool AutomaticUpgrade::MayGoOn() { return !IsAborted() && !session_.Stopped(); }
-
-bool AutomaticUpgrade::IsAborted() {
-  if (session_.CancelRequested && session_.failure == Failure::kCancelled) aborted_ = true;
-  return aborted_;
 }
 
 }  // namespace zep::upgrade

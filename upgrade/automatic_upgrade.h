@@ -21,6 +21,7 @@
 #include "upgrade/firmware_selection.h"
 #include "upgrade/saved_data.h"
 #include "upgrade/upgrade_log.h"
+#include "upgrade/upgrade_run.h"
 #include "upgrade/upgrade_view.h"
 
 namespace zep::upgrade {
@@ -49,9 +50,10 @@ class AutomaticUpgrade {
   // of it. Unless it succeeded or nothing was to be done, session.failure is set.
   UpgradeOutcome Upgrade();
 
-  // The Cancel button, in a turn of the user interface: the running step gives up, but a firmware
-  // transfer goes on, for half a firmware is worse than either; then the run ends as aborted.
-  void Cancel();
+  // The Cancel button and the closing of the dialog, in a turn of the user interface (see
+  // UpgradeRun): the run ends as aborted. A dialog may close when no run is on.
+  void Cancel() { run_.Cancel(); }
+  bool IsRunning() const { return run_.IsRunning(); }
 
   // The firmware that was selected last, and the files of the last run.
   const FirmwareSelection& Selection() const { return selection_; }
@@ -63,20 +65,16 @@ class AutomaticUpgrade {
   bool CheckSavedCalibration();
   bool CheckDefaultSettings();
   bool Download();
-  bool TransferFirmware();
   bool Convert();
   bool CheckRadioIsTheSame();
   bool ConvertCalibration();
   bool Reprogram();
 
   UpgradeOutcome Report(bool succeeded);
-  UpgradeOutcome ReportUnexpectedError();
 
   // Shows the status and logs it.
   void Begin(std::string_view text);
   bool FailWith(std::string_view line, services::Failure why);
-  bool MayGoOn();
-  bool IsAborted();
 
   firmware::Firmware& firmware_;
   radiodb::RadioDb& db_;
@@ -84,6 +82,7 @@ class AutomaticUpgrade {
   link::Link& link_;
   services::Session& session_;
   UpgradeLog log_;
+  UpgradeRun run_;
   FirmwareSelection selection_;
   const std::string given_default_settings_;
 
@@ -93,8 +92,6 @@ class AutomaticUpgrade {
   std::string default_settings_;
   std::string old_database_version_;
   std::string old_calibration_version_;
-  bool aborted_ = false;
-  bool transferring_ = false;
   bool note_is_new_ = false;  // no earlier run has left one about the same files
   bool download_started_ = false;
 };

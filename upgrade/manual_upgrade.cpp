@@ -1,6 +1,7 @@
 #include "upgrade/manual_upgrade.h"
 
-#include "firmware/transfer_engine.h"
+#include <exception>
+
 #include "link/byte_exchange.h"
 #include "platform/files.h"
 #include "platform/processes.h"
@@ -44,44 +45,41 @@ bool Refuse(Session& session, const std::string& text, Failure why) {
 }
 
 // One run of the dialog's work.
-struct Run {
+struct Work {
   firmware::Firmware& firmware;
   radiodb::RadioDb& db;
   UpgradeView& view;
   const UpgradeSelections& selections;
+  UpgradeRun& run;
 
   Session& session = db.link.session;
+  UpgradeLog log{session, UpgradeLogFile(session)};
+  bool download_started = false;
   SavedData saved = {};
   radiodb::RadioIdentity identity_before = {};
 
   bool HasData() const { return selections.SaveMain || selections.SaveCalibration; }
 };
 
-bool Save(Run& run) {
-  UpgradeLog log(run.session, UpgradeLogFile(run.session));
-  TellOfUnfinishedUpgrades(run.session, log);
-  if (!PrepareToSave(run.db, log)) return false;
-  run.db.transfer_kind = !run.selections.SaveCalibration ? TransferKind::kAutoSave
-                         : run.selections.SaveMain       ? TransferKind::kBoth
-                                                         : TransferKind::kCalibration;
-  if (!radiodb::ReadRadio(run.db, run.view.ReadWriteWindow())) return false;
-  run.saved = {run.db.data_file, run.db.calibration_file};
-  run.identity_before = run.db.identity;
-  return SecureSavedData(run.db, run.saved);
+TransferKind KindOf(const UpgradeSelections& selections) {
+  if (selections.SaveMain) {
+    return selections.SaveCalibration ? TransferKind::kBoth : TransferKind::kAutoSave;
+  }
+  return selections.SaveCalibration ? TransferKind::kCalibration : TransferKind::kChosenFile;
 }
 
-bool TransferFirmware(Run& run) {
-  run.session.TransferMode = services::Transfer::kProgram;
-  firmware::TransferRun transfer(run.firmware, run.view.TransferWindow());
-  run.view.WatchTransfer(&transfer);
-  const firmware::TransferResult result = firmware::RunTransfer(transfer);
-  run.view.WatchTransfer(nullptr);
-  return result.succeeded && !run.session.Stopped();
+bool Save(Work& work) {
+  TellOfUnfinishedUpgrades(work.session, work.log);
+  if (!PrepareToSave(work.db, work.log)) return false;
+  if (!radiodb::ReadRadio(work.db, work.view.ReadWriteWindow())) return false;
+  work.saved = {work.db.data_file, work.db.calibration_file};
+  work.identity_before = work.db.identity;
+  return SecureSavedData(work.db, work.saved);
 }
 
 // The programming application knows how to convert personality data, or where to get what does.
-void OfferProgrammingApplication(Run& run) {
-  Session& session = run.session;
+void OfferProgrammingApplication(Work& work) {
+  Session& session = work.session;
   if (NLSMsgBox(session, "Start the programming application to convert the saved data?",
                 {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo}) !=
       services::Answer::kYes) {
@@ -89,7 +87,7 @@ void OfferProgrammingApplication(Run& run) {
   }
   services::AppLocation location;
   const bool found = session.settings.AppGetAppLocation(
-      run.db.identity.IsTrunked() ? services::AppType::kTrunked : services::AppType::kConventional,
+      work.db.identity.IsTrunked() ? services::AppType::kTrunked : services::AppType::kConventional,
       location);
   const std::string program = services::AppMakePath(location.folder, location.executable);
   if (!found) {
@@ -97,95 +95,101 @@ void OfferProgrammingApplication(Run& run) {
            NLSFmt(session,
                   "The programming application was not found: there is no %0:s. Please install it "
                   "and open %1:s with it.",
-                  {program, run.saved.data_file}),
+                  {program, work.saved.data_file}),
            Failure::kFile);
   } else if (const platform::SystemError error = platform::StartProgram(program, {})) {
     services::ReportError(session, error, "StartProgram");
   }
 }
 
-bool WriteBackPersonality(Run& run) {
-  run.db.transfer_kind = TransferKind::kAutoSave;
-  if (radiodb::ProgramRadio(run.db, run.view.ReadWriteWindow(), run.saved.data_file)) return true;
-  const bool is_other_version = VersionNumber(run.db.identity.database_version) !=
-                                VersionNumber(run.identity_before.database_version);
-  if (is_other_version && run.selections.AppLaunchExe && !run.session.Stopped()) {
-    OfferProgrammingApplication(run);
+bool WriteBackPersonality(Work& work) {
+  work.db.transfer_kind = TransferKind::kAutoSave;
+  if (radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), work.saved.data_file))
+    return true;
+  const bool is_other_version = VersionNumber(work.db.identity.database_version) !=
+                                VersionNumber(work.identity_before.database_version);
+  if (is_other_version && work.selections.AppLaunchExe && !work.session.Stopped()) {
+    OfferProgrammingApplication(work);
   }
   return false;
 }
 
 // The calibration file for the radio's version: as saved, or converted. Empty when there is none.
-std::string CalibrationForRadio(Run& run) {
-  Session& session = run.session;
-  const int before = VersionNumber(run.identity_before.calibration_version);
-  const int now = VersionNumber(run.db.identity.calibration_version);
-  if (before == now) return run.saved.calibration_file;
-  if (!run.selections.UpgradeCalibration) {
+std::string CalibrationForRadio(Work& work) {
+  Session& session = work.session;
+  const int before = VersionNumber(work.identity_before.calibration_version);
+  const int now = VersionNumber(work.db.identity.calibration_version);
+  if (before == now) return work.saved.calibration_file;
+  if (!work.selections.UpgradeCalibration) {
     Refuse(session,
            NLSFmt(session,
                   "The radio's calibration version is now %0:s, so its saved calibration data of "
                   "version %1:s was not written back. It is in %2:s.",
-                  {std::to_string(now), std::to_string(before), run.saved.calibration_file}),
+                  {std::to_string(now), std::to_string(before), work.saved.calibration_file}),
            Failure::kRefused);
     return {};
   }
   const CalibrationRequest request{
-      .saved_file = run.saved.calibration_file,
-      .converted_file = UpgradeFolder(session) + services::FileTitleOf(run.saved.calibration_file),
+      .saved_file = work.saved.calibration_file,
+      .converted_file = UpgradeFolder(session) + services::FileTitleOf(work.saved.calibration_file),
       .old_version = before,
       .new_version = now,
   };
   return ConvertCalibrationFile(session, request) ? request.converted_file : std::string();
 }
 
-bool WriteBackCalibration(Run& run) {
-  const std::string file = CalibrationForRadio(run);
+bool WriteBackCalibration(Work& work) {
+  const std::string file = CalibrationForRadio(work);
   if (file.empty()) return false;
-  run.db.transfer_kind = TransferKind::kCalibration;
-  return radiodb::ProgramRadio(run.db, run.view.ReadWriteWindow(), file);
+  work.db.transfer_kind = TransferKind::kCalibration;
+  return radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), file);
 }
 
-bool WriteBack(Run& run) {
-  if (run.firmware.image.FirmwareRadioModel == kSwitchesOff) {
-    NLSMsgBox(run.session, "Please turn radio on so data may be programmed.",
+bool WriteBack(Work& work) {
+  if (work.firmware.image.FirmwareRadioModel == kSwitchesOff) {
+    NLSMsgBox(work.session, "Please turn radio on so data may be programmed.",
               {.notice = services::Notice::kAwaitsAction});
   }
-  if (!radiodb::ReadSpecification(run.db) ||
-      !MayBeSameRadio(run.session, run.identity_before.serial_number,
-                      run.db.identity.serial_number)) {
+  if (!radiodb::ReadSpecification(work.db) ||
+      !MayBeSameRadio(work.session, work.identity_before.serial_number,
+                      work.db.identity.serial_number)) {
     return false;
   }
-  const bool personality = !run.selections.SaveMain || WriteBackPersonality(run);
+  const bool personality = !work.selections.SaveMain || WriteBackPersonality(work);
   const bool calibration =
-      !run.selections.SaveCalibration || (!run.session.Stopped() && WriteBackCalibration(run));
+      !work.selections.SaveCalibration || (!work.session.Stopped() && WriteBackCalibration(work));
   if (!personality || !calibration) return false;
-  RemoveNote(run.session, run.saved);
+  RemoveNote(work.session, work.saved);
   return true;
 }
 
-bool DoAll(Run& run) {
-  Session& session = run.session;
-  link::Link& link = run.db.link;
-  if ((run.HasData() && !link::SelectSinglePort(link)) || !link::InitialiseComms(link)) {
+// Opens the link and checks the image.
+bool Prepare(Work& work) {
+  Session& session = work.session;
+  link::Link& link = work.db.link;
+  if ((work.HasData() && !link::SelectSinglePort(link)) || !link::InitialiseComms(link)) {
     if (session.failure == Failure::kNone) session.failure = Failure::kPort;
     return false;
   }
   link::ClearInputBuffers(link);
-  run.db.database_folder = radiodb::DatabaseFolder(session);
-  run.db.calibration_folder = radiodb::CalibrationFolder(session);
-  if (!firmware::CheckForValidFile(session, run.firmware.image)) {
-    return Refuse(session, NLSFmt(session, "Please select a valid file to down load."),
-                  Failure::kFile);
+  work.db.database_folder = radiodb::DatabaseFolder(session);
+  work.db.calibration_folder = radiodb::CalibrationFolder(session);
+  return firmware::CheckForValidFile(session, work.firmware.image) ||
+         Refuse(session, NLSFmt(session, "Please select a valid file to down load."),
+                Failure::kFile);
+}
+
+bool DoAll(Work& work) {
+  work.db.transfer_kind = KindOf(work.selections);
+  if (!Prepare(work)) {
+    work.db.transfer_kind = TransferKind::kChosenFile;
+    return false;
   }
-  if (run.HasData() && !Save(run)) return false;
-  if (session.Stopped()) return false;
-  if (TransferFirmware(run) && (!run.HasData() || WriteBack(run))) return true;
-  if (run.HasData()) {
-    UpgradeLog log(session, UpgradeLogFile(session));
-    TellOfSavedData(session, log, run.saved);
-  }
-  return false;
+  if (work.HasData() && !Save(work)) return false;
+  if (!work.run.MayGoOn()) return false;
+  work.download_started = true;
+  return work.run.TransferFirmware(work.firmware, work.view, {}) && !work.session.Stopped() &&
+         (!work.HasData() || (work.run.MayGoOn() && WriteBack(work)));
 }
 
 }  // namespace
@@ -206,18 +210,26 @@ void SaveUpgradeSelections(Session& session, const UpgradeSelections& selections
   }
 }
 
-bool UpgradeManually(firmware::Firmware& firmware, radiodb::RadioDb& db, UpgradeView& view,
-                     const UpgradeSelections& selections) {
+ManualUpgrade::ManualUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db, UpgradeView& view)
+    : firmware_(firmware), db_(db), view_(view), run_(db.link.session) {}
+
+bool ManualUpgrade::Upgrade(const UpgradeSelections& selections) {
+  Session& session = db_.link.session;
+  const link::Job job(db_.link);
+  const UpgradeRun::Running running(run_);
+  Work work{firmware_, db_, view_, selections, run_};
   bool done = false;
-  {
-    const link::Job job(db.link);
-    Run run{firmware, db, view, selections};
-    done = DoAll(run);
-    if (!done && db.link.session.failure == Failure::kNone) {
-      db.link.session.failure = Failure::kRefused;
-    }
+  try {
+    done = DoAll(work);
+  } catch (const std::exception&) {
+    ReportUnexpectedError(session, work.log);
   }
-  db.link.session.DownloadError = false;
+  if (!done && work.download_started && work.HasData()) {
+    TellOfSavedData(session, work.log, work.saved);
+  }
+  if (!done && run_.IsAborted()) session.failure = Failure::kCancelled;
+  if (!done && session.failure == Failure::kNone) session.failure = Failure::kRefused;
+  TidyUp(db_.link);
   return done;
 }
 
