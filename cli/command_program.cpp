@@ -2,29 +2,25 @@
 #include "cli/command.h"
 #include "cli/displays.h"
 #include "cli/identity_report.h"
-#include "radiodb/data_file_reader.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 
 namespace zep::cli {
 namespace {
 
-using radiodb::TransferKind;
 using services::NLSFmt;
 using services::NLSText;
 
 ExitStatus ProgramFile(Program& program, const std::string& name) {
   // A file that cannot be read is no reason to trouble a radio.
-  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(program.session, name);
-  if (!file) return program.JobStatus(false);
-  const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
+  const std::optional<radiodb::TransferKind> kind = radiodb::TransferKindOf(program.session, name);
+  if (!kind) return program.JobStatus(false);
 
   link::Link* link = program.LinkForOneRadio(services::Transfer::kProgram);
   if (link == nullptr) return program.JobStatus(false);
   const link::Job job(*link);
   radiodb::RadioDb db(*link);
-  db.transfer_kind =
-      identity && identity->is_calibration ? TransferKind::kCalibration : TransferKind::kChosenFile;
+  db.transfer_kind = *kind;
   bool done = false;
   {
     ReadWriteDisplay display(program);

@@ -92,6 +92,14 @@ bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
   return complete;
 }
 
+std::optional<TransferKind> TransferKindOf(Session& session, const std::string& file) {
+  const std::optional<DataFile> contents = ReadDataFile(session, file);
+  if (!contents) return std::nullopt;
+  const std::optional<FileIdentity> identity = FindFileIdentity(*contents);
+  return identity && identity->is_calibration ? TransferKind::kCalibration
+                                              : TransferKind::kChosenFile;
+}
+
 bool ReadSpecification(RadioDb& db) {
   db.link.session.TransferMode = services::Transfer::kRead;
   const bool complete = ReadRadioIdentity(db.link, IdentityUse::kView, db.identity);

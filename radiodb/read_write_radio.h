@@ -7,6 +7,7 @@
 // them.
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "radiodb/radio_db.h"
@@ -21,6 +22,10 @@ bool ReadRadio(RadioDb& db, ReadWriteView& view);
 // Programs a data file into the radio: identity, then the checks of the file, then its records of
 // db.transfer_kind.
 bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file);
+
+// What programming this file takes: a calibration file is calibration only. Nothing when it cannot
+// be read, of which the user is told.
+std::optional<TransferKind> TransferKindOf(services::Session& session, const std::string& file);
 
 // Reads db.identity only.
 bool ReadSpecification(RadioDb& db);

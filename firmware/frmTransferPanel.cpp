@@ -1,0 +1,177 @@
+#include "firmware/frmTransferPanel.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "services/messages.h"
+
+namespace zep::firmware {
+namespace {
+
+using services::NLSFmt;
+using services::NLSText;
+using services::ToWx;
+using services::WindowContext;
+
+constexpr int kDeviceWidth = 170;
+constexpr int kHintWidth = 520;
+
+// Texts that a column must have room for before they are known.
+constexpr std::string_view kLongestFlash = "SST29EE020 2MBit";
+
+int WidestState(const wxWindow* window, const services::Session& session) {
+  int widest = 0;
+  for (const auto state : {link::PortState::kActive, link::PortState::kAvailable,
+                           link::PortState::kNotAvailable, link::PortState::kErrorDetected}) {
+    const wxString text = ToWx(NLSFmt(session, PortStateText(state)));
+    widest = std::max(widest, window->GetTextExtent(text).x);
+  }
+  return widest;
+}
+
+void SetText(wxStaticText* label, const std::string& text) {
+  const wxString shown = ToWx(text);
+  if (label->GetLabelText() != shown) label->SetLabelText(shown);
+}
+
+}  // namespace
+
+TransferPanel::TransferPanel(wxWindow* parent, const services::WindowContext& window_context,
+                             const link::Link& shown_link)
+    : wxPanel(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxTAB_TRAVERSAL, "pnlTransfer"),
+      context_(window_context),
+      link_(shown_link) {
+  wxSizer* grid = MakeRows();
+  lblBootstrapHint = services::MakeLabel(
+      this,
+      NLSFmt(context_.session,
+             "The first loader goes into the radios now. Please leave them as they are; this step "
+             "cannot be cancelled."),
+      "lblBootstrapHint");
+  lblBootstrapHint->Wrap(FromDIP(kHintWidth));
+  lblBootstrapHint->Hide();
+  pnlProgress = new services::ProgressPanel(this, context_);
+
+  const wxSizerFlags below = wxSizerFlags().Expand().Border(wxTOP, services::Gap(this));
+  auto* contents = new wxBoxSizer(wxVERTICAL);
+  contents->Add(grid, wxSizerFlags().Expand());
+  contents->Add(lblBootstrapHint, wxSizerFlags(below).ReserveSpaceEvenIfHidden());
+  contents->Add(pnlProgress, wxSizerFlags(below));
+  SetSizer(contents);
+  Clear();
+}
+
+wxSizer* TransferPanel::MakeRows() {
+  const services::Session& session = context_.session;
+  auto* grid = services::LabelGrid(this, 6, 1);
+  for (const std::string_view heading : {NLSText("Slot"), NLSText("Device"), NLSText("Micro"),
+                                         NLSText("Flash"), NLSText("Status"), NLSText("Result")}) {
+    wxStaticText* label = services::MakeLabel(this, NLSFmt(session, heading));
+    label->SetFont(label->GetFont().Bold());
+    grid->Add(label);
+  }
+  for (const int slot : link::kAllPorts) {
+    Row& row = rows_[link::Link::Index(slot)];
+    row = MakeRow(slot);
+    for (wxStaticText* label :
+         {row.lblPort, row.lblDevice, row.lblMicro, row.lblFlash, row.lblStatus, row.lblOutcome}) {
+      grid->Add(label, wxSizerFlags().Expand());
+    }
+  }
+  return grid;
+}
+
+TransferPanel::Row TransferPanel::MakeRow(int slot) {
+  const std::string number = std::to_string(slot);
+  const auto label = [&](const char* name, int width, long style = 0) {
+    return new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, {width, -1},
+                            style | wxST_NO_AUTORESIZE, name + number);
+  };
+  const auto width = [&](std::string_view text) {
+    return GetTextExtent(ToWx(NLSFmt(context_.session, text))).x;
+  };
+  Row row{.lblPort = label("lblPort", width("Slot")),
+          .lblDevice = label("lblDevice", FromDIP(kDeviceWidth), wxST_ELLIPSIZE_START),
+          .lblMicro = label("lblMicro", width("Micro")),
+          .lblFlash = label("lblFlash", width(kLongestFlash)),
+          .lblStatus = label("lblStatus", WidestState(this, context_.session)),
+          .lblOutcome = label("lblOutcome", std::max(width(OutcomeText(SlotOutcome::kDone)),
+                                                     width(OutcomeText(SlotOutcome::kFailed))))};
+  SetText(row.lblPort, number);
+  return row;
+}
+
+void TransferPanel::Clear() {
+  wants_to_cancel_ = false;
+  cancel_enabled_ = true;
+  for (const int slot : link::kAllPorts) {
+    const std::size_t index = link::Link::Index(slot);
+    const std::string device = link_.ports[index]->Device();
+    SetText(rows_[index].lblDevice, device);
+    rows_[index].lblDevice->SetToolTip(ToWx(device));
+    SetText(rows_[index].lblOutcome, "");
+    link::SlotLabels labels;
+    labels.status = NLSFmt(context_.session, PortStateText(link_.CommStates[index]));
+    SetSlot(slot, labels);
+  }
+}
+
+void TransferPanel::ShowOutcomes(const TransferResult& result) {
+  for (std::size_t index = 0; index < rows_.size(); ++index)
+    SetText(rows_[index].lblOutcome, NLSFmt(context_.session, OutcomeText(result.outcomes[index])));
+}
+
+void TransferPanel::Cancel() {
+  if (cancel_enabled_) {
+    WindowContext::Call(on_cancel);
+  } else {
+    wants_to_cancel_ = true;
+  }
+}
+
+void TransferPanel::EnableCancel(bool enabled) {
+  cancel_enabled_ = enabled;
+  WindowContext::Call(on_cancel_enabled, enabled);
+  if (enabled && std::exchange(wants_to_cancel_, false)) WindowContext::Call(on_cancel);
+}
+
+void TransferPanel::SetCaption(const std::string& caption) {
+  WindowContext::Call(on_caption, caption);
+}
+
+void TransferPanel::ShowStatus(const std::string& status) {
+  WindowContext::Call(on_status, status);
+}
+
+void TransferPanel::SetProgressMaximum(int maximum) { pnlProgress->SetMaximum(maximum); }
+
+void TransferPanel::SetProgress(int value) { pnlProgress->SetValue(value); }
+
+void TransferPanel::ShowProgress(bool shown) { pnlProgress->ShowBar(shown); }
+
+void TransferPanel::ShowCancel(bool shown) { WindowContext::Call(on_cancel_shown, shown); }
+
+void TransferPanel::ShowBootstrapHint(bool shown) {
+  lblBootstrapHint->Show(shown);
+  Layout();
+}
+
+void TransferPanel::SetSlot(int slot, const link::SlotLabels& labels) {
+  const Row& row = rows_[link::Link::Index(slot)];
+  SetText(row.lblMicro, labels.micro);
+  SetText(row.lblFlash, labels.flash);
+  SetText(row.lblStatus, labels.status);
+  for (wxStaticText* label :
+       {row.lblPort, row.lblDevice, row.lblMicro, row.lblFlash, row.lblStatus, row.lblOutcome}) {
+    label->Enable(labels.enabled);
+  }
+}
+
+// Drawn at once: what follows may keep the program from drawing for a while.
+void TransferPanel::Repaint() {
+  wxWindow* window = wxGetTopLevelParent(this);
+  window->Refresh();
+  window->Update();
+}
+
+}  // namespace zep::firmware

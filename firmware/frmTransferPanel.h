@@ -1,0 +1,75 @@
+// A firmware transfer as it is watched in a window: a row for each of the four slots, what the user
+// has to do at the radios, and how far it is.
+#pragma once
+
+#include <array>
+#include <functional>
+#include <string>
+
+#include <wx/panel.h>
+#include <wx/stattext.h>
+
+#include "firmware/transfer_engine.h"
+#include "link/transfer_view.h"
+#include "services/frmKit.h"
+#include "services/frmProgress.h"
+
+namespace zep::firmware {
+
+class TransferPanel : public wxPanel, public link::TransferView {
+ public:
+  TransferPanel(wxWindow* parent, const services::WindowContext& window_context,
+                const link::Link& shown_link);
+
+  // What the window around the panel does for it; each may be empty.
+  std::function<void(const std::string& caption)> on_caption;
+  std::function<void(const std::string& status)> on_status;  // "Status: " and the phase
+  std::function<void(bool enabled)> on_cancel_enabled;       // its Cancel button
+  std::function<void(bool shown)> on_cancel_shown;
+  std::function<void()> on_cancel;  // follows the user's wish to cancel
+
+  // The user's wish to cancel, from a button or the window's close. While Cancel is disabled it is
+  // kept until it is enabled again.
+  void Cancel();
+  // A new run begins: rows without what was known of earlier radios, and no wish kept.
+  void Clear();
+  // What became of each slot. The states that the slots had are kept.
+  void ShowOutcomes(const TransferResult& result);
+  // A line above the progress bar.
+  void ShowText(const std::string& text) { pnlProgress->ShowText(text); }
+
+  void SetCaption(const std::string& caption) override;
+  void ShowStatus(const std::string& status) override;
+  void SetProgressMaximum(int maximum) override;
+  void SetProgress(int value) override;
+  void ShowProgress(bool shown) override;
+  void EnableCancel(bool enabled) override;
+  void ShowCancel(bool shown) override;
+  void ShowBootstrapHint(bool shown) override;
+  void SetSlot(int slot, const link::SlotLabels& labels) override;
+  void Repaint() override;
+
+ private:
+  struct Row {
+    wxStaticText* lblPort;
+    wxStaticText* lblDevice;
+    wxStaticText* lblMicro;
+    wxStaticText* lblFlash;
+    wxStaticText* lblStatus;
+    wxStaticText* lblOutcome;
+  };
+
+  wxSizer* MakeRows();
+  Row MakeRow(int slot);
+
+  const services::WindowContext& context_;
+  const link::Link& link_;
+  bool cancel_enabled_ = true;
+  bool wants_to_cancel_ = false;
+
+  std::array<Row, link::kPortCount> rows_{};
+  wxStaticText* lblBootstrapHint;
+  services::ProgressPanel* pnlProgress;
+};
+
+}  // namespace zep::firmware

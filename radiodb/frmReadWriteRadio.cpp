@@ -1,0 +1,133 @@
+#include "radiodb/frmReadWriteRadio.h"
+
+#include <optional>
+
+#include "radiodb/data_files.h"
+#include "radiodb/identity_text.h"
+#include "radiodb/read_write_radio.h"
+#include "services/messages.h"
+#include "services/resource_ids.h"
+
+namespace zep::radiodb {
+namespace {
+
+using services::NLSFmt;
+using services::Session;
+
+// Multi-network files are offered unless the radio read last can have one network only.
+int DataFileFilter(const RadioIdentity& identity) {
+  const bool may_be_several = identity.model_string.empty() || identity.IsTrunked();
+  return may_be_several ? services::kResAnyDataFileFilter : services::kResDataFileFilter;
+}
+
+std::optional<std::string> ChooseFileToProgram(const RadioDb& db) {
+  Session& session = db.link.session;
+  std::optional<std::string> file = session.user.AskOpenFile(
+      {.title = NLSFmt(session, "Select Data File"),
+       .filter = NLSFmt(session, session.strings.Get(DataFileFilter(db.identity))),
+       .folder = DefaultDataFilePath(session),
+       .name = services::FileTitleOf(db.data_file)});
+  if (file) SaveDefaultDataFilePath(session, *file);
+  return file;
+}
+
+}  // namespace
+
+frmReadWriteRadio::frmReadWriteRadio(wxWindow* parent, services::WindowContext& window_context)
+    : wxDialog(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE,
+               "frmReadWriteRadio"),
+      context_(window_context) {
+  pnlProgress = new services::ProgressPanel(this, context_);
+  cmdCancel = services::MakeButton(
+      this, NLSFmt(context_.session, "&Cancel"), "cmdCancel", [this] { Cancel(); }, wxID_CANCEL);
+  cmdCancel->SetDefault();
+  SetEscapeId(wxID_CANCEL);
+  services::SetHelpPage(this, context_, "read_write.htm");
+
+  const int margin = 2 * services::Gap(this);
+  auto* rows = new wxBoxSizer(wxVERTICAL);
+  rows->Add(pnlProgress, wxSizerFlags(1).Expand().Border(wxALL, margin));
+  rows->Add(services::ButtonRow(this, {cmdCancel}),
+            wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, margin));
+  SetSizer(rows);
+  services::FitToScreen(this);
+
+  Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
+    if (event.CanVeto()) event.Veto();
+    Cancel();
+  });
+  Bind(wxEVT_INIT_DIALOG, [this](wxInitDialogEvent& event) {
+    event.Skip();
+    CallAfter(&frmReadWriteRadio::RunJob);  // the window is on the screen by then
+  });
+}
+
+bool frmReadWriteRadio::Run(const std::function<bool(ReadWriteView&)>& job) {
+  const services::JobControl::Scope scope(context_.job, [this] { Cancel(); });
+  job_ = job;
+  succeeded_ = false;
+  ShowModal();
+  services::WindowContext::Call(context_.show_status, std::string());
+  return succeeded_;
+}
+
+void frmReadWriteRadio::RunJob() {
+  succeeded_ = job_(*this);
+  EndModal(wxID_OK);
+}
+
+void frmReadWriteRadio::Cancel() {
+  context_.session.RequestCancel();
+  cmdCancel->Disable();
+}
+
+void frmReadWriteRadio::SetCaption(const std::string& caption) {
+  SetTitle(services::ToWx(caption));
+  pnlProgress->ShowText(caption);
+}
+
+void frmReadWriteRadio::ShowStatus(const std::string& status) {
+  pnlProgress->ShowText(status);
+  services::WindowContext::Call(context_.show_status, status);
+}
+
+void frmReadWriteRadio::SetProgressMaximum(int maximum) { pnlProgress->SetMaximum(maximum); }
+
+void frmReadWriteRadio::SetProgress(int value) { pnlProgress->SetValue(value); }
+
+void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db) {
+  if (context.job.IsRunning()) return;
+  Session& session = context.session;
+  bool done = false;
+  {
+    const link::Job job(db.link);
+    db.transfer_kind = TransferKind::kChosenFile;
+    frmReadWriteRadio window(parent, context);
+    done = window.Run([&db](ReadWriteView& view) { return ReadRadio(db, view); });
+  }
+  if (!done) return;
+  NLSMsgBox(session, NLSFmt(session, "The data of radio %0:s is saved in %1:s.",
+                            {RadioName(db.identity), db.data_file}));
+}
+
+void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db) {
+  if (context.job.IsRunning()) return;
+  Session& session = context.session;
+  const std::optional<std::string> file = ChooseFileToProgram(db);
+  if (!file) return;
+  // A file that cannot be read is no reason to trouble a radio.
+  const std::optional<TransferKind> kind = TransferKindOf(session, *file);
+  if (!kind) return;
+  bool done = false;
+  {
+    const link::Job job(db.link);
+    db.transfer_kind = *kind;
+    frmReadWriteRadio window(parent, context);
+    done = window.Run([&](ReadWriteView& view) { return ProgramRadio(db, view, *file); });
+  }
+  if (!done) return;
+  NLSMsgBox(session, NLSFmt(session, "Radio %0:s is programmed with %1:s.",
+                            {RadioName(db.identity), *file}));
+}
+
+}  // namespace zep::radiodb

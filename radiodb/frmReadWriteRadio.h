@@ -1,0 +1,51 @@
+// The window that stays open while a radio's data is read or programmed: what is being done, how
+// far it is, and Cancel.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include <wx/button.h>
+#include <wx/dialog.h>
+
+#include "radiodb/radio_db.h"
+#include "radiodb/read_write_view.h"
+#include "services/frmKit.h"
+#include "services/frmProgress.h"
+
+namespace zep::radiodb {
+
+class frmReadWriteRadio : public wxDialog, public ReadWriteView {
+ public:
+  frmReadWriteRadio(wxWindow* parent, services::WindowContext& window_context);
+
+  // Shows the window, runs the job in it, closes it and returns what the job returned. Cancel and
+  // closing the window stop the session. The caller makes the link::Job.
+  bool Run(const std::function<bool(ReadWriteView&)>& job);
+
+  void SetCaption(const std::string& caption) override;
+  void ShowStatus(const std::string& status) override;
+  void SetProgressMaximum(int maximum) override;
+  void SetProgress(int value) override;
+
+ private:
+  void RunJob();
+  void Cancel();
+
+  services::WindowContext& context_;
+  std::function<bool(ReadWriteView&)> job_;
+  bool succeeded_ = false;
+
+  services::ProgressPanel* pnlProgress;
+  wxButton* cmdCancel;
+};
+
+// The menu entry "Read": reads a radio into a data file that the user chooses, and tells where the
+// data is. Does nothing while a job runs.
+void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db);
+
+// The menu entry "Program": has the user choose a data file or a calibration file, programs the
+// radio with it and tells so. Does nothing while a job runs.
+void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db);
+
+}  // namespace zep::radiodb
