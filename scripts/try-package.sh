@@ -5,7 +5,7 @@
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
 need "${build_packages[@]}" dpkg-dev lintian desktop-file-utils groff-base xvfb xauth x11-utils
-build release zepctl zepsim zepdlca zep_images zep_documents zep_dictionary zep_help
+build release zep_installed
 
 scratch=$(mktemp -d)
 installed=no
