@@ -362,7 +362,7 @@ TEST_F(Conversion, ConvertsCalibrationDataStepByStep) {
     data = Count(0, row.last) + "FFFF00";
     EXPECT_FALSE(ConvertCalibrationDatabase(test_.session, data, row.from, row.to)) << step;
     EXPECT_EQ(data, Count(0, row.last) + "FFFF00") << step;
-    EXPECT_EQ(test_.user.TakeBoxes(), "information [Conversion Error] " + step + " -> OK\n");
+    EXPECT_EQ(test_.user.TakeBoxes(), "information Conversion Error: " + step + " -> OK\n");
   }
 }
 

@@ -33,8 +33,9 @@ bool Fail(Session& session, const std::string& text) {
 }
 
 bool FailStep(Session& session, const CalibrationStep& step) {
-  // The title is put before it, with a colon.
-  return Fail(session, std::string(step.error_text.substr(2)));
+  if (session.failure == Failure::kNone) session.failure = Failure::kFile;
+  NLSMsgBox(session, NLSFmt(session, "Conversion Error") + std::string(step.error_text));
+  return false;
 }
 
 bool IsSameText(std::string_view a, std::string_view b) {
