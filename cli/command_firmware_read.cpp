@@ -10,17 +10,10 @@ namespace {
 using services::NLSFmt;
 using services::NLSText;
 
-bool MayWrite(Program& program, const std::string& name) {
-  if (!platform::FileExists(name)) return true;
-  return NLSMsgBox(program.session, "File exists overwrite?",
-                   {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
-         services::Answer::kYes;
-}
-
 ExitStatus Read(Program& program, const std::string& name) {
   link::Link* link = program.LinkForOneRadio(services::Transfer::kRead);
   if (link == nullptr) return program.JobStatus(false);
-  if (!MayWrite(program, name)) return program.JobStatus(false);
+  if (!firmware::MayWriteImage(program.session, name)) return program.JobStatus(false);
   firmware::Firmware firmware(*link);
   FirmwareWindows windows(program, {});
   const bool done = UploadFirmware(firmware, name, windows);

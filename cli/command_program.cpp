@@ -27,9 +27,7 @@ ExitStatus ProgramFile(Program& program, const std::string& name) {
     done = ProgramRadio(db, display, name);
   }
   if (!done) return program.JobStatus(false);
-  program.Print(NLSFmt(program.session, "Radio %0:s is programmed with %1:s.",
-                       {RadioName(db.identity), name}) +
-                "\n");
+  program.Print(ProgrammedText(db, name) + "\n");
   program.json.Set("radio", IdentityJson(db.identity));
   program.json.Set("data_file", name);
   return program.JobStatus(true);

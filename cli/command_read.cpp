@@ -48,10 +48,7 @@ ExitStatus Read(Program& program, const ReadOptions& options) {
   if (!done) return program.JobStatus(false);
 
   for (const std::string& file : {db.data_file, db.calibration_file}) {
-    if (file.empty()) continue;
-    program.Print(NLSFmt(program.session, "The data of radio %0:s is saved in %1:s.",
-                         {RadioName(db.identity), file}) +
-                  "\n");
+    if (!file.empty()) program.Print(SavedText(db, file) + "\n");
   }
   program.json.Set("radio", IdentityJson(db.identity));
   if (!db.data_file.empty()) program.json.Set("data_file", db.data_file);

@@ -2,12 +2,12 @@
 
 #include "cli/displays.h"
 #include "cli/text_layout.h"
+#include "firmware/transfer_report.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 
 namespace zep::cli {
 
-using firmware::SlotOutcome;
 using services::NLSFmt;
 
 bool FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
@@ -34,19 +34,15 @@ void FirmwareWindows::Report(const firmware::Firmware& firmware) {
   Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
                NLSFmt(session, "Flash"), NLSFmt(session, "Result")});
   Json json = Json::List();
-  for (const int slot : link::kAllPorts) {
-    const std::size_t index = link::Link::Index(slot);
-    if (result_.outcomes[index] == SlotOutcome::kNotUsed) continue;
-    const std::string device = firmware.link.ports[index]->Device();
-    const link::SlotLabels& labels = firmware.labels[index];
-    const std::string_view outcome = OutcomeText(result_.outcomes[index]);
-    table.AddRow(
-        {std::to_string(slot), device, labels.micro, labels.flash, NLSFmt(session, outcome)});
+  for (const firmware::SlotReport& report : SlotReports(firmware, result_)) {
+    const std::string_view outcome = OutcomeText(report.outcome);
+    table.AddRow({std::to_string(report.slot), report.device, report.micro, report.flash,
+                  NLSFmt(session, outcome)});
     json.Add(Json()
-                 .Set("slot", slot)
-                 .Set("device", device)
-                 .Set("micro", labels.micro)
-                 .Set("flash", labels.flash)
+                 .Set("slot", report.slot)
+                 .Set("device", report.device)
+                 .Set("micro", report.micro)
+                 .Set("flash", report.flash)
                  .Set("result", outcome));
   }
   program_.json.Set("radios", std::move(json));

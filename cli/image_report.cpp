@@ -7,20 +7,6 @@ namespace zep::cli {
 
 using firmware::ImageInspection;
 
-std::string ImageModelText(const services::Session& session, const ImageInspection& image) {
-  return ModelName(session, image.model_code) + " (" + image.model_code + ")";
-}
-
-std::string_view MicroName(const ImageInspection& image) {
-  if (image.micro_type == 0) return {};
-  return image.micro_type == 1 ? "A1" : "E1";
-}
-
-std::string_view FlashName(const ImageInspection& image) {
-  if (image.flash_size == 0) return {};
-  return image.flash_size == 1 ? "1 Mbit" : "2 Mbit";
-}
-
 Json ImageJson(const services::Session& session, const ImageInspection& image,
                const std::string& name) {
   Json json;

@@ -2,19 +2,11 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "cli/program.h"
-#include "firmware/image_file.h"
+#include "firmware/image_text.h"
 
 namespace zep::cli {
-
-// "ZEP 2250 (52)"; "Unknown (99)"
-std::string ImageModelText(const services::Session& session,
-                           const firmware::ImageInspection& image);
-// "A1" or "E1"; empty when it is not known. And "1 Mbit" or "2 Mbit".
-std::string_view MicroName(const firmware::ImageInspection& image);
-std::string_view FlashName(const firmware::ImageInspection& image);
 
 Json ImageJson(const services::Session& session, const firmware::ImageInspection& image,
                const std::string& name);

@@ -4,6 +4,7 @@
 
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
+#include "platform/files.h"
 #include "services/messages.h"
 #include "services/paths.h"
 
@@ -31,18 +32,6 @@ bool Refuse(Session& session, std::string_view text) {
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
   if (session.failure == Failure::kNone) session.failure = Failure::kFile;
   return false;
-}
-
-bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
-  Session& session = firmware.link.session;
-  ImageFile& image = firmware.image;
-  image.BinaryFilePath = services::WithSeparator(choices.BinaryFilePath);
-  image.BinaryFileName = choices.BinaryFileName;
-  if (image.BinaryFileName.empty())
-    return Refuse(session, NLSText("Please select a valid file to down load."));
-  if (!CheckForValidFile(session, image))
-    return Refuse(session, NLSText("The selected file is not valid. Please select another file."));
-  return true;
 }
 
 bool DownloadFirmware(Firmware& firmware, DownloadWindows& windows) {
@@ -121,6 +110,25 @@ void SaveDownloadChoices(Session& session, const DownloadChoices& choices) {
   save("BinaryFilePath", services::WithSeparator(choices.BinaryFilePath));
   save("DataFileName", choices.DataFileName);
   save("DataFilePath", services::WithSeparator(choices.DataFilePath));
+}
+
+bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
+  Session& session = firmware.link.session;
+  ImageFile& image = firmware.image;
+  image.BinaryFilePath = services::WithSeparator(choices.BinaryFilePath);
+  image.BinaryFileName = choices.BinaryFileName;
+  if (image.BinaryFileName.empty())
+    return Refuse(session, NLSText("Please select a valid file to down load."));
+  if (!CheckForValidFile(session, image))
+    return Refuse(session, NLSText("The selected file is not valid. Please select another file."));
+  return true;
+}
+
+bool MayWriteImage(Session& session, const std::string& file) {
+  if (!platform::FileExists(file)) return true;
+  return NLSMsgBox(session, "File exists overwrite?",
+                   {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
+         services::Answer::kYes;
 }
 
 bool OffersAutoSave(Link& link) { return CountActivePorts(link) == 1; }

@@ -24,6 +24,13 @@ struct DownloadChoices {
 DownloadChoices LoadDownloadChoices(const services::Session& session);
 void SaveDownloadChoices(services::Session& session, const DownloadChoices& choices);
 
+// Makes the image of the choices the chosen one and checks it. False, after a word to the user,
+// when there is none or it is not valid.
+bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices);
+
+// Whether an upload may write this file: it does not exist, or the user says Yes.
+bool MayWriteImage(services::Session& session, const std::string& file);
+
 // Whether the radio's data can be saved automatically: one port is Active.
 bool OffersAutoSave(link::Link& link);
 

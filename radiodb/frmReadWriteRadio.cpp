@@ -3,7 +3,6 @@
 #include <optional>
 
 #include "radiodb/data_files.h"
-#include "radiodb/identity_text.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 #include "services/resource_ids.h"
@@ -97,7 +96,6 @@ void frmReadWriteRadio::SetProgress(int value) { pnlProgress->SetValue(value); }
 
 void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db) {
   if (context.job.IsRunning()) return;
-  Session& session = context.session;
   bool done = false;
   {
     const link::Job job(db.link);
@@ -106,17 +104,15 @@ void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, Rad
     done = window.Run([&db](ReadWriteView& view) { return ReadRadio(db, view); });
   }
   if (!done) return;
-  NLSMsgBox(session, NLSFmt(session, "The data of radio %0:s is saved in %1:s.",
-                            {RadioName(db.identity), db.data_file}));
+  NLSMsgBox(context.session, SavedText(db, db.data_file));
 }
 
 void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db) {
   if (context.job.IsRunning()) return;
-  Session& session = context.session;
   const std::optional<std::string> file = ChooseFileToProgram(db);
   if (!file) return;
   // A file that cannot be read is no reason to trouble a radio.
-  const std::optional<TransferKind> kind = TransferKindOf(session, *file);
+  const std::optional<TransferKind> kind = TransferKindOf(context.session, *file);
   if (!kind) return;
   bool done = false;
   {
@@ -126,8 +122,7 @@ void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, 
     done = window.Run([&](ReadWriteView& view) { return ProgramRadio(db, view, *file); });
   }
   if (!done) return;
-  NLSMsgBox(session, NLSFmt(session, "Radio %0:s is programmed with %1:s.",
-                            {RadioName(db.identity), *file}));
+  NLSMsgBox(context.session, ProgrammedText(db, *file));
 }
 
 }  // namespace zep::radiodb

@@ -5,6 +5,7 @@
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "radiodb/data_files.h"
+#include "radiodb/identity_text.h"
 #include "radiodb/item_records.h"
 #include "radiodb/refusal.h"
 #include "services/messages.h"
@@ -90,6 +91,16 @@ bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
   const bool complete = ProgramFile(db, view, file);
   CloseRadio(db.link, view);
   return complete;
+}
+
+std::string SavedText(const RadioDb& db, const std::string& file) {
+  return NLSFmt(db.link.session, "The data of radio %0:s is saved in %1:s.",
+                {RadioName(db.identity), file});
+}
+
+std::string ProgrammedText(const RadioDb& db, const std::string& file) {
+  return NLSFmt(db.link.session, "Radio %0:s is programmed with %1:s.",
+                {RadioName(db.identity), file});
 }
 
 std::optional<TransferKind> TransferKindOf(Session& session, const std::string& file) {

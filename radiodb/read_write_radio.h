@@ -23,6 +23,10 @@ bool ReadRadio(RadioDb& db, ReadWriteView& view);
 // db.transfer_kind.
 bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file);
 
+// What the user is told of a file that ReadRadio has written, and after ProgramRadio.
+std::string SavedText(const RadioDb& db, const std::string& file);
+std::string ProgrammedText(const RadioDb& db, const std::string& file);
+
 // What programming this file takes: a calibration file is calibration only. Nothing when it cannot
 // be read, of which the user is told.
 std::optional<TransferKind> TransferKindOf(services::Session& session, const std::string& file);

@@ -1,0 +1,80 @@
+// The download window: which firmware image, and perhaps which data file, goes into the radios. It
+// starts the download, and the upload where that is switched on; at the end it shows what became of
+// each radio.
+#pragma once
+
+#include <string>
+
+#include <wx/checkbox.h>
+#include <wx/stattext.h>
+#include <wx/textctrl.h>
+
+#include "firmware/download.h"
+#include "services/frmKit.h"
+
+namespace zep::firmware {
+
+class frmDownload : public services::TaskWindow {
+ public:
+  frmDownload(wxWindow* parent, services::WindowContext& window_context, Firmware& program_firmware,
+              radiodb::RadioDb& radio_db);
+  // Stores the choices.
+  ~frmDownload() override;
+
+  // Offers to save the radio's data when that is possible now. For when ports may have changed;
+  // does nothing while a job runs.
+  void UpdateOffers();
+
+ private:
+  // The name and the folder of a file, and the button to browse for it.
+  struct FileBoxes {
+    wxTextCtrl* name;
+    wxTextCtrl* path;
+    wxButton* browse;
+  };
+
+  wxSizer* MakeBinaryFrame();
+  wxSizer* MakeDataFrame();
+  wxSizer* MakeFileRows(wxStaticBox* frame, const FileBoxes& boxes);
+  wxSizer* MakeButtons();
+
+  void ShowChoices();
+  DownloadChoices Choices() const;
+  void StoreChoices();
+  void ShowImageFacts();
+  void BrowseBinary();
+  void BrowseData();
+  void Download();
+  void Upload();
+  void CancelOrClose();
+  // The inputs wait while a job runs, all but Cancel.
+  void EnableInputs(bool enabled);
+  void ShowResult(const std::string& text);
+  void OnActivate(wxActivateEvent& event);
+
+  Firmware& firmware_;
+  radiodb::RadioDb& db_;
+  wxWindow* frame_;  // whose activation is watched
+
+  wxTextCtrl* txtBinaryFileName;
+  wxTextCtrl* txtBinaryFilePath;
+  wxButton* cmdBrowseBinary;
+  wxStaticText* lblImageFacts;
+  wxTextCtrl* txtDataFileName;
+  wxTextCtrl* txtDataFilePath;
+  wxButton* cmdBrowseData;
+  wxCheckBox* chkAutoSaveRadioData;
+  wxStaticText* lblAutoSaveRadioData;
+  wxTextCtrl* txtResult;
+  wxButton* cmdDownload;
+  wxButton* cmdUpload;
+  wxButton* cmdHelp;
+  wxButton* cmdCancel;
+};
+
+// Reads the flash of one radio into a file that the user chooses. What became of it, for the user;
+// empty when nothing was begun. Does nothing while a job runs.
+std::string UploadFirmwareToChosenFile(wxWindow* parent, services::WindowContext& context,
+                                       Firmware& firmware);
+
+}  // namespace zep::firmware

@@ -1,0 +1,38 @@
+// The engine's window: firmware goes into the radios on all Active ports, or out of one radio. It
+// shows each slot, the phase and how far it is, and Cancel, which asks first.
+#pragma once
+
+#include <wx/button.h>
+#include <wx/dialog.h>
+#include <wx/statusbr.h>
+#include <wx/timer.h>
+
+#include "firmware/frmTransferPanel.h"
+#include "firmware/transfer_engine.h"
+#include "services/frmKit.h"
+
+namespace zep::firmware {
+
+class frmWriteSWToRadio : public wxDialog {
+ public:
+  frmWriteSWToRadio(wxWindow* parent, services::WindowContext& window_context,
+                    Firmware& program_firmware);
+
+  // One run, in the direction that TransferMode says; the window closes at its end. Closing it
+  // earlier is Cancel. When the ports cannot be opened it is not shown at all.
+  TransferResult Run(const TransferOptions& options = {});
+
+ private:
+  void WriteSW();
+
+  services::WindowContext& context_;
+  Firmware& firmware_;
+  TransferRun* run_ = nullptr;
+
+  wxTimer timActivateWriteSW;
+  TransferPanel* pnlTransfer;
+  wxButton* cmdCancel;
+  wxStatusBar* stbStatus;
+};
+
+}  // namespace zep::firmware

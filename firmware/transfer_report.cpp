@@ -1,0 +1,53 @@
+#include "firmware/transfer_report.h"
+
+#include "services/messages.h"
+
+namespace zep::firmware {
+namespace {
+
+using services::NLSFmt;
+
+// With one digit behind the point.
+std::string Seconds(platform::Duration time) {
+  const auto tenths = std::chrono::duration_cast<std::chrono::milliseconds>(time).count() / 100;
+  return std::to_string(tenths / 10) + "." + std::to_string(tenths % 10);
+}
+
+}  // namespace
+
+std::vector<SlotReport> SlotReports(const Firmware& firmware, const TransferResult& result) {
+  std::vector<SlotReport> reports;
+  for (const int slot : link::kAllPorts) {
+    const std::size_t index = link::Link::Index(slot);
+    if (result.outcomes[index] == SlotOutcome::kNotUsed) continue;
+    const link::SlotLabels& labels = firmware.labels[index];
+    reports.push_back({.slot = slot,
+                       .device = firmware.link.ports[index]->Device(),
+                       .micro = labels.micro,
+                       .flash = labels.flash,
+                       .outcome = result.outcomes[index]});
+  }
+  return reports;
+}
+
+std::string TransferReportText(const Firmware& firmware, const TransferResult& result) {
+  const services::Session& session = firmware.link.session;
+  std::string text;
+  for (const SlotReport& report : SlotReports(firmware, result)) {
+    text += NLSFmt(
+        session, "Slot %0:s (%1:s): %2:s",
+        {std::to_string(report.slot), report.device, NLSFmt(session, OutcomeText(report.outcome))});
+    for (const std::string& label : {report.micro, report.flash}) {
+      if (!label.empty()) text += ", " + label;
+    }
+    text += "\n";
+  }
+  const TransferStatistics& statistics = result.statistics;
+  if (text.empty() || statistics.bytes == 0) return text;
+  return text +
+         NLSFmt(session, "%0:s bytes per radio in %1:s seconds.",
+                {std::to_string(statistics.bytes), Seconds(statistics.ended - statistics.began)}) +
+         "\n";
+}
+
+}  // namespace zep::firmware

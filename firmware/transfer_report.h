@@ -1,0 +1,27 @@
+// What became of a firmware transfer, slot by slot.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "firmware/firmware.h"
+#include "firmware/transfer_engine.h"
+
+namespace zep::firmware {
+
+struct SlotReport {
+  int slot = 0;
+  std::string device;
+  std::string micro;  // "A1" or "E1"; empty when the radio has not told it, like the next
+  std::string flash;
+  SlotOutcome outcome = SlotOutcome::kNotUsed;
+};
+
+// The slots that took part, in their order. Of the last run, until the next one begins.
+std::vector<SlotReport> SlotReports(const Firmware& firmware, const TransferResult& result);
+
+// The same as lines for the user, and how much was transferred in what time. Empty when no slot
+// took part.
+std::string TransferReportText(const Firmware& firmware, const TransferResult& result);
+
+}  // namespace zep::firmware

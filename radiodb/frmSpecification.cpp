@@ -1,0 +1,130 @@
+#include "radiodb/frmSpecification.h"
+
+#include <array>
+
+#include <wx/clipbrd.h>
+#include <wx/dataobj.h>
+
+#include "radiodb/read_write_radio.h"
+#include "services/messages.h"
+
+namespace zep::radiodb {
+namespace {
+
+using services::NLSFmt;
+using services::NLSText;
+using services::ToWx;
+
+// The labels of the values, in the order of IdentityRows; a trunked radio has them all.
+constexpr std::array kValueLabels = {
+    "lblModel",           "lblModelString",        "lblType",
+    "lblSerialNumber",    "lblSoftwareVersion",    "lblHardwareVersion",
+    "lblDatabaseVersion", "lblCalibrationVersion", "lblBand",
+    "lblBandwidth",       "lblComplianceCode",     "lblNetworks"};
+
+constexpr const char* kNothing = "-";
+constexpr int kNameWidth = 150;
+
+constexpr std::string_view kNotRead = NLSText(
+    "No radio has been read yet. Please connect a radio, switch it on and press Read Radio.");
+constexpr std::string_view kFailed = NLSText(
+    "The radio was not read. Please check that it is connected and switched on, then press Read "
+    "Radio again.");
+
+}  // namespace
+
+frmSpecification::frmSpecification(wxWindow* parent, services::WindowContext& window_context,
+                                   RadioDb& radio_db)
+    : TaskWindow(parent, window_context, "frmSpecification", "specification.htm"),
+      db_(radio_db),
+      grid_(services::LabelGrid(this)) {
+  const services::Session& session = context.session;
+  for (const char* name : kValueLabels) {
+    wxStaticText* label = services::MakeLabel(this, "");
+    label->SetMinSize({FromDIP(kNameWidth), -1});
+    wxStaticText* value = services::MakeLabel(this, kNothing, name);
+    value->SetFont(value->GetFont().Bold());
+    grid_->Add(label);
+    grid_->Add(value, wxSizerFlags().Expand());
+    lines_.push_back({label, value});
+  }
+  lblStatus = services::MakeLabel(this, "", "lblStatus");
+
+  cmdReadRadio = services::MakeButton(this, NLSFmt(session, "&Read Radio"), "cmdReadRadio",
+                                      [this] { ReadTheRadio(); });
+  cmdCopy = services::MakeButton(this, NLSFmt(session, "C&opy"), "cmdCopy", [this] { Copy(); });
+  cmdHelp = services::MakeHelpButton(this, context, "specification.htm");
+  cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
+                                   [this] { CancelOrClose(); });
+  cmdReadRadio->SetDefault();
+
+  const wxSizerFlags below = wxSizerFlags().Expand().Border(wxTOP, 2 * services::Gap(this));
+  auto* rows = new wxBoxSizer(wxVERTICAL);
+  rows->Add(grid_, wxSizerFlags().Expand());
+  rows->Add(lblStatus, below);
+  rows->Add(services::ButtonRow(this, {cmdReadRadio, cmdCopy, cmdHelp, cmdCancel}), below);
+  SetContents(rows);
+  FillInTheData();
+  ShowStatus(IsRead() ? "" : kNotRead);
+}
+
+void frmSpecification::FillInTheData() {
+  const std::vector<IdentityRow> rows = IdentityRows(context.session, db_.identity);
+  for (std::size_t at = 0; at < lines_.size(); ++at) {
+    const bool has_row = at < rows.size();
+    lines_[at].name->Show(has_row);
+    lines_[at].value->Show(has_row);
+    if (!has_row) continue;
+    const bool has_value = IsRead() && !rows[at].value.empty();
+    lines_[at].name->SetLabelText(ToWx(rows[at].name));
+    lines_[at].value->SetLabelText(has_value ? ToWx(rows[at].value) : wxString(kNothing));
+  }
+  cmdCopy->Enable(IsRead());
+  Layout();
+  FitInside();
+}
+
+void frmSpecification::ReadTheRadio() {
+  if (context.job.IsRunning()) return;
+  // Whatever comes, what was known is not of the radio that is connected now.
+  db_.identity = {};
+  FillInTheData();
+  ShowStatus(NLSText("Reading Radio"));
+  for (wxButton* button : {cmdReadRadio, cmdHelp}) button->Disable();
+  bool done = false;
+  {
+    const services::JobControl::Scope scope(context.job,
+                                            [this] { context.session.RequestCancel(); });
+    const link::Job job(db_.link);
+    done = ReadSpecification(db_);
+  }
+  if (!done) db_.identity = {};
+  for (wxButton* button : {cmdReadRadio, cmdHelp}) button->Enable();
+  FillInTheData();
+  ShowStatus(done ? "" : kFailed);
+}
+
+void frmSpecification::Copy() {
+  std::string text;
+  for (const IdentityRow& row : IdentityRows(context.session, db_.identity))
+    text += row.name + ": " + row.value + "\n";
+  if (!wxTheClipboard->Open()) return;
+  wxTheClipboard->SetData(new wxTextDataObject(ToWx(text)));
+  wxTheClipboard->Close();
+}
+
+void frmSpecification::CancelOrClose() {
+  if (context.job.IsRunning()) {
+    context.job.Cancel();
+  } else {
+    services::WindowContext::Call(context.close_task);
+  }
+}
+
+void frmSpecification::ShowStatus(std::string_view text) {
+  lblStatus->SetLabelText(ToWx(NLSFmt(context.session, text)));
+  Layout();
+  FitInside();
+}
+
+}  // namespace zep::radiodb

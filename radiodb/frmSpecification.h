@@ -1,0 +1,45 @@
+// The specification view: who the connected radio is.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <wx/button.h>
+#include <wx/stattext.h>
+
+#include "radiodb/identity_text.h"
+#include "radiodb/radio_db.h"
+#include "services/frmKit.h"
+
+namespace zep::radiodb {
+
+class frmSpecification : public services::TaskWindow {
+ public:
+  frmSpecification(wxWindow* parent, services::WindowContext& window_context, RadioDb& radio_db);
+
+ private:
+  struct Line {
+    wxStaticText* name;
+    wxStaticText* value;
+  };
+
+  // Shows the radio read last; dashes when there is none.
+  void FillInTheData();
+  // The identity was read to its end.
+  bool IsRead() const { return !db_.identity.serial_number.empty(); }
+  void ReadTheRadio();
+  void Copy();
+  void CancelOrClose();
+  void ShowStatus(std::string_view text);
+
+  RadioDb& db_;
+  std::vector<Line> lines_;  // one for each field that a radio may have
+  wxFlexGridSizer* grid_;
+  wxStaticText* lblStatus;
+  wxButton* cmdReadRadio;
+  wxButton* cmdCopy;
+  wxButton* cmdHelp;
+  wxButton* cmdCancel;
+};
+
+}  // namespace zep::radiodb
