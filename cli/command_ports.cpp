@@ -1,51 +1,15 @@
 
 #include "cli/command.h"
 #include "cli/text_layout.h"
-#include "platform/advice.h"
+#include "link/port_texts.h"
 #include "services/messages.h"
 
 namespace zep::cli {
 namespace {
 
-using platform::Advice;
 using platform::SerialDeviceInfo;
-using platform::SerialDeviceState;
 using services::NLSFmt;
 using services::NLSText;
-
-std::string_view StateName(SerialDeviceState state) {
-  switch (state) {
-    case SerialDeviceState::kFree:
-      return NLSText("free");
-    case SerialDeviceState::kBusy:
-    case SerialDeviceState::kConsole:
-      return NLSText("in use");
-    case SerialDeviceState::kNoPermission:
-      return NLSText("no permission");
-  }
-  return {};
-}
-
-// What is to be done before the device can be used; empty when nothing is.
-std::string NextStep(const Program& program, const SerialDeviceInfo& device) {
-  const services::Session& session = program.session;
-  switch (device.state) {
-    case SerialDeviceState::kFree:
-      return {};
-    case SerialDeviceState::kBusy:
-      if (device.busy_with.empty())
-        return NLSFmt(session, AdviceText(Advice::kInUse), {device.device});
-      return NLSFmt(session, AdviceText(Advice::kPortBusyWith), {device.device, device.busy_with});
-    case SerialDeviceState::kConsole:
-      return NLSFmt(session, AdviceText(Advice::kPortIsConsole), {device.device});
-    case SerialDeviceState::kNoPermission:
-      break;
-  }
-  const std::unique_ptr<platform::SerialPort> port = program.surroundings.make_port(device.device);
-  const platform::SystemError error = port->Open();
-  port->Close();
-  return NLSFmt(session, error.advice, error.advice_arguments);
-}
 
 void ShowDevices(Program& program) {
   const services::Session& session = program.session;
@@ -53,9 +17,12 @@ void ShowDevices(Program& program) {
                NLSFmt(session, "Serial number"), NLSFmt(session, "State")});
   std::string next_steps;
   Json json = Json::List();
+  const auto try_device = [&program](const std::string& device) {
+    return program.surroundings.make_port(device)->Open();
+  };
   for (const SerialDeviceInfo& device : program.surroundings.list_devices()) {
-    const std::string_view state = StateName(device.state);
-    const std::string next_step = NextStep(program, device);
+    const std::string_view state = link::DeviceStateText(device.state);
+    const std::string next_step = link::DeviceNextStep(session, device, try_device);
     table.AddRow({device.device, device.description, device.usb_id, device.serial_number,
                   NLSFmt(session, state)});
     if (!next_step.empty()) next_steps += next_step + "\n";

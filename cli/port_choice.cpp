@@ -4,6 +4,7 @@
 
 #include "cli/terminal_user.h"
 #include "link/port_slots.h"
+#include "link/port_texts.h"
 #include "services/messages.h"
 #include "simulator/radio_text.h"
 #include "simulator/simulated_port.h"
@@ -131,11 +132,7 @@ void TerminalLinkWindows::ShowPreferences(Link& link) { FindActivePorts(link); }
 
 void TerminalLinkWindows::ShowPortSelection(Link& link) {
   const std::string choices = ActivePorts(link);
-  const bool reads = link.session.TransferMode == services::Transfer::kRead;
-  const std::string title =
-      NLSFmt(link.session, reads ? services::NLSText("Select Port to Read")
-                                 : services::NLSText("Select Port to Program"));
-  const std::string prompt = title + ": " + choices + " ";
+  const std::string prompt = link::SelectPortTitle(link.session) + ": " + choices + " ";
   while (const std::optional<std::string> typed = user_.AskLine(prompt)) {
     if (typed->empty()) break;
     const int port = typed->size() == 1 ? typed->front() - '0' : 0;

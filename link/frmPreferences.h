@@ -37,13 +37,52 @@ class frmPreferences : public wxDialog {
                  PreferencesSources window_sources);
 
   // Shows the window until OK or Cancel. On OK devices and language are saved as settings; what
-  // follows from them is the caller's.
+  // follows from them is the caller's. What cannot be saved is reported, and the window stays open.
   PreferencesOutcome Run();
 
  private:
+  // A slot in the window.
+  struct Row {
+    int slot = 0;
+    std::string device;              // the one that state and problem are of
+    std::optional<PortState> state;  // nothing for a device that was typed and not tested yet
+    platform::SystemError problem;   // of the last test
+
+    wxCheckBox* chkSelectCommPort = nullptr;
+    wxComboBox* cboDevice = nullptr;
+    wxStaticText* lblState = nullptr;
+    wxButton* cmdTest = nullptr;
+  };
+
+  wxSizer* MakeRows();
+  void MakeRow(Row& row, wxSizer* grid);
+  wxSizer* MakeLanguageRow();
+  std::string DeviceOf(const Row& row) const;
+  int WidestState() const;
+
+  void ShowState(Row& row);
+  void ShowNotes();
+  void Try(Row& row);
+  void OnDeviceTyped(Row& row);
+  void OnTest(Row& row);
+
+  void OnOk();
+  bool HasDevicesOfTheirOwn();
+  // False, and the user has been told, when something could not be stored.
+  bool Save();
+
+  void RestorePlacement();
+  void SavePlacement();
+
   services::WindowContext& context_;
   Link& link_;
   PreferencesSources sources_;
+  std::vector<platform::SerialDeviceInfo> devices_;  // offered in each row
+  PreferencesOutcome outcome_;
+
+  std::array<Row, kPortCount> rows_{};
+  wxChoice* cboLanguage = nullptr;
+  wxTextCtrl* txtNotes = nullptr;
 };
 
 }  // namespace zep::link

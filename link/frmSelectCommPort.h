@@ -5,6 +5,7 @@
 
 #include <wx/dialog.h>
 #include <wx/radiobut.h>
+#include <wx/statbox.h>
 
 #include "link/port_set.h"
 #include "services/frmKit.h"
@@ -20,12 +21,23 @@ class frmSelectCommPort : public wxDialog {
   frmSelectCommPort(wxWindow* parent, services::WindowContext& window_context, Link& shown_link,
                     const PortSelectionOptions& options);
 
-  // Shows the window until OK; closing it otherwise cancels the operation.
+  // Shows the window until OK; closing it otherwise cancels the operation, and the ports are as
+  // they were.
   void Run();
 
  private:
+  // The number of the choice that takes all ports; the others have those of their slots.
+  static constexpr int kAllPortsChoice = 6;
+
+  wxSizer* MakeChoices(const PortSelectionOptions& options);
+  void AddChoice(int number, const std::string& label, bool enabled, wxSizer* rows);
+  void Choose(int number);
+
   services::WindowContext& context_;
   Link& link_;
+
+  wxStaticBox* fraSelect = nullptr;
+  std::array<wxRadioButton*, kAllPortsChoice> optCommSelect{};  // by number, counted from 1
 };
 
 }  // namespace zep::link

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <deque>
 
+#include "platform/files.h"
 #include "platform/serial_list.h"
 
 namespace zep::link {
@@ -46,6 +47,18 @@ std::array<std::string, kPortCount> SlotDevices(const services::Settings& settin
 
 bool SaveSlotDevice(services::Settings& settings, int slot, const std::string& device) {
   return settings.AppSaveUserSetting(settings.OwnType(), DeviceSetting(slot), device);
+}
+
+std::optional<std::pair<int, int>> SlotsWithSameDevice(
+    const std::array<std::string, kPortCount>& devices) {
+  for (const int slot : kAllPorts) {
+    const std::string& device = devices[Link::Index(slot)];
+    if (device.empty() || device.starts_with("sim:")) continue;
+    for (int other = slot + 1; other <= kPortCount; ++other) {
+      if (platform::IsSameFile(device, devices[Link::Index(other)])) return {{slot, other}};
+    }
+  }
+  return std::nullopt;
 }
 
 }  // namespace zep::link

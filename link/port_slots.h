@@ -3,7 +3,9 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
+#include <utility>
 
 #include "link/port_set.h"
 #include "services/settings.h"
@@ -16,5 +18,10 @@ std::array<std::string, kPortCount> SlotDevices(const services::Settings& settin
 
 // Keeps the user's choice for a slot. False when it could not be stored.
 bool SaveSlotDevice(services::Settings& settings, int slot, const std::string& device);
+
+// Two slots with the same device; nothing when each has its own. A simulated radio ("sim:...") is
+// made anew for each slot, and slots without a device do not count.
+std::optional<std::pair<int, int>> SlotsWithSameDevice(
+    const std::array<std::string, kPortCount>& devices);
 
 }  // namespace zep::link

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include <wx/app.h>
-#include <wx/dialog.h>
+#include <wx/clipbrd.h>
 #include <wx/display.h>
 #include <wx/settings.h>
 #ifdef __WXGTK__
@@ -113,6 +113,25 @@ wxButton* MakeHelpButton(wxWindow* parent, const WindowContext& context, const s
                     [&context, page] { WindowContext::Call(context.show_help, page); });
 }
 
+wxSizer* HelpOkCancelRow(wxDialog* dialog, const WindowContext& context, const std::string& page,
+                         std::function<void()> on_ok) {
+  wxButton* help = MakeHelpButton(dialog, context, page);
+  wxButton* ok =
+      MakeButton(dialog, NLSFmt(context.session, "&OK"), "cmdOk", std::move(on_ok), wxID_OK);
+  wxButton* cancel = MakeButton(
+      dialog, NLSFmt(context.session, "&Cancel"), "cmdCancel",
+      [dialog] { dialog->EndModal(wxID_CANCEL); }, wxID_CANCEL);
+  ok->SetDefault();
+  dialog->SetEscapeId(wxID_CANCEL);
+  return ButtonRow(dialog, {help, ok, cancel});
+}
+
+void SetContents(wxWindow* window, wxSizer* contents) {
+  auto* margin = new wxBoxSizer(wxVERTICAL);
+  margin->Add(contents, wxSizerFlags(1).Expand().Border(wxALL, window->FromDIP(kMargin)));
+  window->SetSizer(margin);
+}
+
 void FitToScreen(wxTopLevelWindow* window) {
   window->GetSizer()->Fit(window);
   const wxSize screen = wxDisplay(DialogParent()).GetClientArea().GetSize();
@@ -121,6 +140,13 @@ void FitToScreen(wxTopLevelWindow* window) {
   size.DecTo(screen);
   window->SetSize(size);
   window->CentreOnParent();
+}
+
+bool CopyText(std::string_view text) {
+  const wxClipboardLocker clipboard;
+  // Without Flush() the text would go with the program.
+  return !!clipboard && wxTheClipboard->SetData(new wxTextDataObject(ToWx(text))) &&
+         wxTheClipboard->Flush();
 }
 
 wxWindow* DialogParent() {
@@ -141,9 +167,7 @@ TaskWindow::TaskWindow(wxWindow* parent, WindowContext& window_context, const ch
 }
 
 void TaskWindow::SetContents(wxSizer* contents) {
-  auto* margin = new wxBoxSizer(wxVERTICAL);
-  margin->Add(contents, wxSizerFlags(1).Expand().Border(wxALL, FromDIP(kMargin)));
-  SetSizer(margin);
+  services::SetContents(this, contents);
   FitInside();
 }
 

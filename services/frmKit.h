@@ -14,6 +14,7 @@
 
 #include <wx/button.h>
 #include <wx/checkbox.h>
+#include <wx/dialog.h>
 #include <wx/scrolwin.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
@@ -103,8 +104,19 @@ void SetHelpPage(wxWindow* window, const WindowContext& context, const std::stri
 // The Help button, with the same page.
 wxButton* MakeHelpButton(wxWindow* parent, const WindowContext& context, const std::string& page);
 
+// Help, OK and Cancel at the lower edge of a dialog. Enter presses OK, whose on_ok ends the dialog
+// when it may; Escape cancels.
+wxSizer* HelpOkCancelRow(wxDialog* dialog, const WindowContext& context, const std::string& page,
+                         std::function<void()> on_ok);
+
+// Lays out a window's contents with a margin around them.
+void SetContents(wxWindow* window, wxSizer* contents);
+
 // Gives a dialog the size of its contents, at most that of the screen, and centres it.
 void FitToScreen(wxTopLevelWindow* window);
+
+// Puts the text on the clipboard; false when the clipboard cannot be had.
+bool CopyText(std::string_view text);
 
 // Where a dialog belongs: above the topmost dialog, else above the program's main window.
 wxWindow* DialogParent();

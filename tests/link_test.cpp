@@ -8,6 +8,7 @@
 #include "link/error_replies.h"
 #include "link/port_set.h"
 #include "link/port_slots.h"
+#include "link/port_texts.h"
 #include "link/programming_mode.h"
 #include "services/messages.h"
 #include "tests/link_testing.h"
@@ -428,6 +429,24 @@ TEST(PortSet, EverySlotHasADeviceOfItsOwn) {
   const std::array<std::string, kPortCount> devices = SlotDevices(test.settings);
   EXPECT_EQ(devices[1], by_default[0].empty() ? "/dev/ttyUSB7" : by_default[0]);
   for (const std::size_t other : {0U, 2U, 3U}) EXPECT_NE(devices[other], devices[1]);
+}
+
+TEST(PortSet, OnlySimulatedRadiosMayBeOnTwoSlots) {
+  using Clash = std::optional<std::pair<int, int>>;
+  EXPECT_EQ(SlotsWithSameDevice({"/dev/a", "/dev/b", "/dev/c", "/dev/b"}), Clash({2, 4}));
+  EXPECT_EQ(SlotsWithSameDevice({"/dev/null", "/dev/../dev/null", "", ""}), Clash({1, 2}));
+  EXPECT_EQ(SlotsWithSameDevice({"sim:trunked", "", "sim:trunked", ""}), std::nullopt);
+}
+
+TEST(PortTexts, AnOfferedDeviceIsStoredWithoutItsAdapter) {
+  std::vector<platform::SerialDeviceInfo> devices(2);
+  devices[0].device = "/dev/ttyUSB0";
+  devices[0].description = "UART - two";
+  devices[1].device = "/dev/ttyS1";
+  EXPECT_EQ(DeviceOfText(DeviceLabel(devices[0]), devices), "/dev/ttyUSB0");
+  EXPECT_EQ(DeviceOfText(DeviceLabel(devices[1]), devices), "/dev/ttyS1");
+  EXPECT_EQ(DeviceOfText("  sim:trunked ", devices), "sim:trunked");
+  EXPECT_EQ(DeviceOfText("  ", devices), "");
 }
 
 TEST(PortSet, OpeningReportsThePortThatCannotBeOpened) {
