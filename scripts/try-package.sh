@@ -102,9 +102,8 @@ window_stays() {
   kill $program
   wait $program || true
 }
-export -f window_stays
 ZEPDLCA_PORTS=sim:conventional expect "zepdlca shows its window" \
-  xvfb-run -a -s "-screen 0 1024x768x24" bash -c window_stays
+  xvfb-run -a -s "-screen 0 1024x768x24" bash -c "$(declare -f window_stays); window_stays"
 
 if [ "$installed" = yes ]; then
   step "Removing"
