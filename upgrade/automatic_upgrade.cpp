@@ -207,8 +207,9 @@ bool AutomaticUpgrade::CheckRadioIsTheSame() {
              "The radio's database version is now %0:s, older than the %1:s of its saved data, "
              "which cannot be converted back. Program the data as it is?",
              {NumberText(radio.database_version), NumberText(old_database_version_)});
-  if (NLSMsgBox(session_, question,
-                {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
+  if (NLSMsgBox(
+          session_, question,
+          {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo, .cautious = true}) ==
       services::Answer::kYes) {
     return true;
   }

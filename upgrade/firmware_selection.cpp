@@ -132,8 +132,9 @@ bool IsForModel(services::Session& session, const firmware::ImageFile& image, in
              {image.FullName(), services::AppGetRadioModel(session, image.FirmwareRadioModel),
               services::AppGetRadioModel(session, tier)});
   return NLSMsgBox(session, question,
-                   {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
-         services::Answer::kYes;
+                   {.icon = services::Icon::kQuestion,
+                    .buttons = services::Buttons::kYesNo,
+                    .cautious = true}) == services::Answer::kYes;
 }
 
 }  // namespace

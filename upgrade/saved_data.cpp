@@ -341,8 +341,9 @@ bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
              "the serial number %1:s. Program the data nevertheless?",
              {saved_serial_number, serial_number});
   if (NLSMsgBox(session, question,
-                {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
-      services::Answer::kYes) {
+                {.icon = services::Icon::kQuestion,
+                 .buttons = services::Buttons::kYesNo,
+                 .cautious = true}) == services::Answer::kYes) {
     return true;
   }
   if (session.failure == services::Failure::kNone) session.failure = services::Failure::kRefused;
