@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "platform/files.h"
 #include "services/resource_ids.h"
 
 namespace zep::services {
@@ -82,6 +83,12 @@ Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& opti
   request.notice = options.notice;
   request.cautious = options.cautious;
   return Ask(session, request);
+}
+
+bool MayWriteFile(Session& session, const std::string& file) {
+  if (!platform::FileExists(file)) return true;
+  return NLSMsgBox(session, "File exists overwrite?",
+                   {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo}) == Answer::kYes;
 }
 
 std::string PadMessage(std::string text) {

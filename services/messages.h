@@ -37,6 +37,9 @@ struct BoxOptions {
 // has it, so both a plain text and one from NLSFmt may be given.
 Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& options = {});
 
+// Whether a file may be written: there is none of that name yet, or the user says Yes.
+bool MayWriteFile(Session& session, const std::string& file);
+
 // A box that reads well is never narrow: a message shorter than 85 characters is padded with blanks
 // on the right. Done by the windows, where the box is shown.
 std::string PadMessage(std::string text);

@@ -10,6 +10,7 @@ constexpr std::size_t kMostLines = 20'000;
 
 void WireLog::Add(std::string_view piece) {
   ++version_;
+  end_ += piece.size();
   while (!piece.empty()) {
     if (lines_.empty() || lines_.back().ends_with('\n')) lines_.emplace_back();
     const std::size_t end = piece.find('\n');
@@ -17,17 +18,26 @@ void WireLog::Add(std::string_view piece) {
     lines_.back() += piece.substr(0, count);
     piece.remove_prefix(count);
   }
-  while (lines_.size() > kMostLines) lines_.pop_front();
+  while (lines_.size() > kMostLines) {
+    first_ += lines_.front().size();
+    lines_.pop_front();
+  }
 }
 
 void WireLog::Clear() {
   ++version_;
   lines_.clear();
+  first_ = end_;
 }
 
-std::string WireLog::Text() const {
+std::string WireLog::TextFrom(std::uint64_t position) const {
+  // What is wanted is at the end as a rule.
+  std::uint64_t start = end_;
+  auto line = lines_.end();
+  while (line != lines_.begin() && start > position) start -= (--line)->size();
   std::string text;
-  for (const std::string& line : lines_) text += line;
+  for (; line != lines_.end(); ++line) text += *line;
+  if (position > start) text.erase(0, static_cast<std::size_t>(position - start));
   return text;
 }
 
