@@ -27,8 +27,8 @@ using services::Session;
 using services::Settings;
 using services::ToWx;
 
-constexpr int kDeviceWidth = 280;
-constexpr int kNotesHeight = 84;
+constexpr int kDeviceWidth = 380;
+constexpr int kNotesHeight = 110;
 constexpr const char* kHelpPage = "preferences.htm";
 
 // By their own names, in the order of the setting UILanguage.

@@ -66,7 +66,7 @@ void frmSelectCommPort::AddChoice(int number, const std::string& label, bool ena
   choice->Enable(enabled);
   choice->Bind(wxEVT_RADIOBUTTON, [this, number](wxCommandEvent&) { Choose(number); });
   optCommSelect[Link::Index(number)] = choice;
-  rows->Add(choice, wxSizerFlags().Border(wxALL, Gap(this) / 2));
+  rows->Add(choice, wxSizerFlags().Border(wxALL, Gap(this)));
 }
 
 void frmSelectCommPort::Choose(int number) {

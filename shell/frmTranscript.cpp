@@ -24,10 +24,6 @@ constexpr int kWidth = 760;
 constexpr int kHeight = 420;
 constexpr const char* kHelpPage = "transcript.htm";
 
-// Old lines that the log has dropped stay in the window until there are this many bytes of them;
-// building the text anew takes longer than adding to it.
-constexpr std::uint64_t kMostDropped = 400'000;
-
 }  // namespace
 
 frmTranscript::frmTranscript(wxWindow* parent, Application& application)
@@ -111,15 +107,24 @@ void frmTranscript::Refresh() {
   const WireLog& log = application_.wire_log;
   if (log.Version() == version_) return;
   version_ = log.Version();
-  const bool was_cleared = log.First() >= shown_end_;
-  if (was_cleared || log.First() - shown_first_ > kMostDropped) {
+  if (log.First() >= shown_end_) {
     txtTranscript->ChangeValue(ToWx(log.Text()));
     txtTranscript->SetInsertionPointEnd();
-    shown_first_ = log.First();
   } else {
     txtTranscript->AppendText(ToWx(log.TextFrom(shown_end_)));
+    DropOldLines(log.First() - shown_first_);
   }
+  shown_first_ = log.First();
   shown_end_ = log.End();
+}
+
+// Building the text anew would take much longer.
+void frmTranscript::DropOldLines(std::uint64_t bytes) {
+  if (bytes == 0) return;
+  // So many characters are at least so many bytes.
+  const auto count = static_cast<std::size_t>(bytes);
+  const std::string start = services::FromWx(txtTranscript->GetRange(0, static_cast<long>(count)));
+  txtTranscript->Remove(0, static_cast<long>(ToWx(start.substr(0, count)).length()));
 }
 
 void frmTranscript::Copy() {

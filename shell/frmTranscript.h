@@ -21,6 +21,7 @@ class frmTranscript : public wxFrame {
   // Shows what is new, twice a second. The text stands still while the user reads or marks it.
   void OnTimer();
   void Refresh();
+  void DropOldLines(std::uint64_t bytes);
 
   void Copy();
   void Save();
