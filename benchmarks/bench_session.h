@@ -37,11 +37,6 @@ class QuietWindows final : public link::LinkWindows {
   void ShowPortSelection(link::Link&) override {}
 };
 
-class NoIoPorts final : public platform::IoPorts {
- public:
-  void Out(std::uint16_t, std::uint8_t) override {}
-};
-
 class QuietTransfer final : public link::TransferView {
  public:
   void SetCaption(const std::string&) override {}

@@ -47,7 +47,7 @@ void MeasureWaiting() {
   link::Ports ports;
   ports[0] = platform::MakeSerialDevice(radio.SlaveName());
   QuietWindows windows;
-  NoIoPorts io;
+  platform::NoIoPorts io;
   link::Link link(bench.session, FillUp(std::move(ports)), windows, io);
   link.State(1) = link::PortState::kActive;
   if (!InitialiseComms(link)) Fail(bench.user.last_box);
@@ -92,7 +92,7 @@ double MeasureDownload(int radios, bool at_once, const std::string& folder) {
     ports[static_cast<std::size_t>(at)] = std::move(*port.value);
   }
   QuietWindows windows;
-  NoIoPorts io;
+  platform::NoIoPorts io;
   QuietTransfer view;
   link::Link link(bench.session, FillUp(std::move(ports)), windows, io);
   for (int port = 1; port <= radios; ++port) link.State(port) = link::PortState::kActive;

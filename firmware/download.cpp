@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "services/messages.h"
 #include "services/paths.h"
+#include "services/resource_ids.h"
 
 namespace zep::firmware {
 namespace {
@@ -124,11 +125,42 @@ bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
   return true;
 }
 
+bool BrowseBinary(Firmware& firmware) {
+  Session& session = firmware.link.session;
+  DownloadChoices choices = LoadDownloadChoices(session);
+  const std::optional<std::string> file = session.user.AskOpenFile(
+      {.title = NLSFmt(session, "Select Firmware File to Download"),
+       .filter = NLSFmt(session, session.strings.Get(services::kResFirmwareFileFilter)),
+       .folder = choices.BinaryFilePath,
+       .name = choices.BinaryFileName});
+  if (!file) return false;
+  choices.BinaryFileName = services::FileTitleOf(*file);
+  choices.BinaryFilePath = services::FolderOf(*file);
+  SaveDownloadChoices(session, choices);
+  CheckChosenImage(firmware, choices);
+  return true;
+}
+
 bool MayWriteImage(Session& session, const std::string& file) {
   if (!platform::FileExists(file)) return true;
   return NLSMsgBox(session, "File exists overwrite?",
                    {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
          services::Answer::kYes;
+}
+
+bool BrowseBinary(Firmware& firmware, DownloadChoices& choices) {
+  Session& session = firmware.link.session;
+  const std::optional<std::string> file = session.user.AskOpenFile(
+      {.title = NLSFmt(session, "Select Firmware File to Download"),
+       .filter = NLSFmt(session, session.strings.Get(services::kResFirmwareFileFilter)),
+       .folder = choices.BinaryFilePath,
+       .name = choices.BinaryFileName});
+  if (!file) return false;
+  choices.BinaryFileName = services::FileTitleOf(*file);
+  choices.BinaryFilePath = services::FolderOf(*file);
+  SaveDownloadChoices(session, choices);
+  CheckChosenImage(firmware, choices);
+  return true;
 }
 
 bool OffersAutoSave(Link& link) { return CountActivePorts(link) == 1; }

@@ -28,8 +28,16 @@ void SaveDownloadChoices(services::Session& session, const DownloadChoices& choi
 // when there is none or it is not valid.
 bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices);
 
+// Has the user choose an image, keeps the choice as settings, makes it the chosen image and checks
+// it. False when the user gave up; a file that is not valid is kept, and the user is told.
+bool BrowseBinary(Firmware& firmware);
+
 // Whether an upload may write this file: it does not exist, or the user says Yes.
 bool MayWriteImage(services::Session& session, const std::string& file);
+
+// The Browse button of a firmware file: has the user choose one, keeps the choice and checks the
+// file, which stays chosen when it is not valid. False when the user gave up.
+bool BrowseBinary(Firmware& firmware, DownloadChoices& choices);
 
 // Whether the radio's data can be saved automatically: one port is Active.
 bool OffersAutoSave(link::Link& link);

@@ -61,11 +61,6 @@ class JobWindows final : public DownloadWindows {
   std::string report_;
 };
 
-void ChooseImage(DownloadChoices& choices, const std::string& file) {
-  choices.BinaryFileName = services::FileTitleOf(file);
-  choices.BinaryFilePath = services::FolderOf(file);
-}
-
 }  // namespace
 
 frmDownload::frmDownload(wxWindow* parent, services::WindowContext& window_context,
@@ -222,18 +217,8 @@ void frmDownload::ShowImageFacts() {
 }
 
 void frmDownload::BrowseBinary() {
-  Session& session = context.session;
   DownloadChoices choices = Choices();
-  const std::optional<std::string> file = session.user.AskOpenFile(
-      {.title = NLSFmt(session, "Select Firmware File to Download"),
-       .filter = NLSFmt(session, session.strings.Get(services::kResFirmwareFileFilter)),
-       .folder = choices.BinaryFilePath,
-       .name = choices.BinaryFileName});
-  if (!file) return;
-  ChooseImage(choices, *file);
-  SaveDownloadChoices(session, choices);
-  ShowChoices();
-  CheckChosenImage(firmware_, choices);
+  if (firmware::BrowseBinary(firmware_, choices)) ShowChoices();
 }
 
 void frmDownload::BrowseData() {
@@ -308,7 +293,8 @@ std::string UploadFirmwareToChosenFile(wxWindow* parent, services::WindowContext
        .folder = choices.BinaryFilePath,
        .name = choices.BinaryFileName});
   if (!file || !MayWriteImage(session, *file)) return {};
-  ChooseImage(choices, *file);
+  choices.BinaryFileName = services::FileTitleOf(*file);
+  choices.BinaryFilePath = services::FolderOf(*file);
   SaveDownloadChoices(session, choices);
   JobWindows windows(parent, context);
   if (!UploadFirmware(firmware, *file, windows)) return windows.Report();

@@ -4,6 +4,7 @@
 #include <wx/html/helpfrm.h>
 #include <wx/html/helpwnd.h>
 #include <wx/notebook.h>
+#include <wx/sysopt.h>
 
 #include "platform/files.h"
 #include "services/frmKit.h"
@@ -20,6 +21,9 @@ std::string BookName(services::Language language) {
 }
 
 void AddZipFileSystem() {
+  // Pages are recognised by their extension. The system's own table of types may know them as a
+  // kind that the help window shows as plain text.
+  wxSystemOptions::SetOption("filesys.no-mimetypesmanager", 1);
   if (!wxFileSystem::HasHandlerForPath("book.zip#zip:page.htm"))
     wxFileSystem::AddHandler(new wxZipFSHandler);
 }

@@ -1,0 +1,347 @@
+#include "shell/frmMDI.h"
+
+#include <array>
+#include <utility>
+
+#include <wx/app.h>
+#include <wx/menu.h>
+#include <wx/statusbr.h>
+
+#include "firmware/frmDownload.h"
+#include "radiodb/frmReadWriteRadio.h"
+#include "services/messages.h"
+#include "services/resource_ids.h"
+#include "shell/companions.h"
+#include "shell/frmAbout.h"
+#include "shell/frmTranscript.h"
+#include "shell/icons.h"
+
+namespace zep::shell {
+namespace {
+
+using services::AppType;
+using services::NLSFmt;
+using services::NLSText;
+using services::ToWx;
+
+constexpr int kFrameWidth = 860;
+constexpr int kFrameHeight = 560;
+constexpr int kTreePaneWidth = 190;
+enum StatusField { kStatusText, kModeText, kLanguageText };
+
+std::string_view ModeName(const services::Session& session) {
+  return session.factory_mode ? NLSText("Factory Mode") : NLSText("Customer Mode");
+}
+
+// "English (1)"
+std::string LanguageText(const Application& application) {
+  constexpr std::array kNames = {NLSText("English ("), NLSText("French ("), NLSText("Spanish ("),
+                                 NLSText("Chinese (")};
+  const int number = application.UILanguage;
+  const bool is_known = number >= 1 && number <= services::kLanguageCount;
+  const std::string_view name =
+      is_known ? kNames.at(static_cast<std::size_t>(number - 1)) : NLSText("Unknown (");
+  return NLSFmt(application.session, name) + std::to_string(number) + ")";
+}
+
+}  // namespace
+
+struct frmMDI::MenuEntry {
+  const char* name;         // "mnuRead"
+  int resource = 0;         // the caption in the string table, or the text
+  std::string_view text{};  // empty for both: a separator
+  const char* key = "";     // "\tCtrl+R"
+  std::function<void()> action{};
+  bool offered = true;
+};
+
+frmMDI::frmMDI(Application& application)
+    : wxAuiMDIParentFrame(nullptr, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
+                          wxDEFAULT_FRAME_STYLE | wxFRAME_NO_WINDOW_MENU, "frmMDI"),
+      application_(application),
+      help_(application.session),
+      layout_(this) {
+  wxTheApp->SetTopWindow(this);
+  SetIcons(ApplicationIcons(application.session.paths));
+  SetSize(FromDIP(wxSize(kFrameWidth, kFrameHeight)));
+  CreateStatusBar(3);
+  const std::array widths = {-3, -1, -1};
+  SetStatusWidths(static_cast<int>(widths.size()), widths.data());
+
+  GetClientWindow()->SetWindowStyleFlag(wxAUI_NB_TOP);
+  main_ = new frmMain(this, application);
+  layout_.AddPane(
+      main_,
+      wxAuiPaneInfo().Left().CaptionVisible(false).CloseButton(false).Floatable(false).BestSize(
+          FromDIP(wxSize(kTreePaneWidth, -1))));
+  layout_.AddPane(GetClientWindow(), wxAuiPaneInfo().CenterPane().PaneBorder(false));
+  layout_.Update();
+
+  services::WindowContext& context = application.context;
+  context.show_help = [this](const std::string& page) { help_.ShowPage(page); };
+  context.show_status = [this](const std::string& status) {
+    if (GetStatusBar()->GetStatusText(kStatusText) != ToWx(status))
+      SetStatusText(ToWx(status), kStatusText);
+  };
+  context.show_transcript = [this] { ShowTranscript(); };
+  context.close_task = [this] { CallAfter([this] { main_->CloseForm(); }); };
+  context.job.on_change = [this](bool running) { OnJob(running); };
+  application.on_language = [this] { ShowLanguage(); };
+  Bind(wxEVT_CLOSE_WINDOW, &frmMDI::OnClose, this);
+  Bind(wxEVT_CHAR_HOOK, &frmMDI::OnKey, this);
+  MDIForm_Load();
+  main_->Form_Load();
+  ShowModeAndLanguage();
+  main_->FocusTree();
+}
+
+frmMDI::~frmMDI() {
+  services::WindowContext& context = application_.context;
+  context.show_help = nullptr;
+  context.show_status = nullptr;
+  context.show_transcript = nullptr;
+  context.close_task = nullptr;
+  context.job.on_change = nullptr;
+  application_.on_language = nullptr;
+  layout_.UnInit();
+}
+
+void frmMDI::MDIForm_Load() {
+  BuildMenus();
+  ShowModeAndLanguage();
+}
+
+std::vector<std::pair<int, std::vector<frmMDI::MenuEntry>>> frmMDI::Menus() {
+  Application& application = application_;
+  const services::Session& session = application.session;
+  const auto launch = [&application](AppType type) {
+    return [&application, type] { LaunchApplication(application, type); };
+  };
+  const auto browse = [&application](std::string_view setting, int resource) {
+    return [&application, setting, resource] { OpenWebPage(application, setting, resource); };
+  };
+  const std::string_view mode = session.factory_mode ? NLSText("Change to Customer &Mode")
+                                                     : NLSText("Change to Factory &Mode");
+  return {
+      {services::kResCaptionFile,
+       {{.name = "mnuPreferences",
+         .resource = services::kResCaptionPreferences,
+         .key = "\tCtrl+,",
+         .action = [&application] { application.ShowPreferences(application.link); }},
+        {.name = "mnuBar1"},
+        {.name = "mnuExit",
+         .resource = services::kResCaptionExit,
+         .key = "\tCtrl+Q",
+         .action = [this] { Exit(); }}}},
+      {services::kResCaptionRadio,
+       {{.name = "mnuRead",
+         .resource = services::kResCaptionRead,
+         .key = "\tCtrl+R",
+         .action = [this] { Read(); }},
+        {.name = "mnuProgram",
+         .resource = services::kResCaptionProgram,
+         .key = "\tCtrl+P",
+         .action = [this] { Program(); }}}},
+      {services::kResCaptionTools,
+       {{.name = "mnuMode", .text = mode, .action = [this] { ChangeMode(); }},
+        {.name = "mnuTranscript",
+         .text = NLSText("&Wire Transcript..."),
+         .key = "\tCtrl+T",
+         .action = [this] { ShowTranscript(); },
+         .offered = session.factory_mode},
+        {.name = "mnuBar2"},
+        {.name = "mnuLaunchConventional",
+         .resource = services::kResCaptionLaunchConventional,
+         .action = launch(AppType::kConventional)},
+        {.name = "mnuLaunchTrunked",
+         .resource = services::kResCaptionLaunchTrunked,
+         .action = launch(AppType::kTrunked)},
+        {.name = "mnuLaunchCalibration",
+         .resource = services::kResCaptionLaunchCalibration,
+         .action = launch(AppType::kCalibration)},
+        {.name = "mnuInHouseBar", .offered = session.in_house},
+        {.name = "mnuUpgrade",
+         .text = NLSText("Firmware &Upgrade..."),
+         .action = [this] { main_->OpenForm("Upgrade"); },
+         .offered = session.in_house},
+        {.name = "mnuReadFirmware",
+         .text = NLSText("Read &Firmware..."),
+         .action = [this] { ReadFirmware(); },
+         .offered = session.in_house}}},
+      {services::kResCaptionInternet,
+       {{.name = "mnuVornWorld",
+         .resource = services::kResCaptionWorld,
+         .action = browse("WWWHomePage", services::kResHomePage)},
+        {.name = "mnuVornSupport",
+         .resource = services::kResCaptionSupport,
+         .action = browse("WWWSupport", services::kResSupport)},
+        {.name = "mnuInternetBar1"},
+        {.name = "mnuVornUpdate",
+         .resource = services::kResCaptionUpdate,
+         .action = browse("WWWApplicationUpgrade", services::kResApplicationUpgrade)}}},
+      {services::kResCaptionHelp,
+       {{.name = "mnuContents",
+         .resource = services::kResCaptionContents,
+         .action = [this] { help_.ShowContents(); }},
+        {.name = "mnuSearch",
+         .resource = services::kResCaptionSearch,
+         .action = [this] { help_.ShowSearch(); }},
+        {.name = "mnuHelpBar1"},
+        {.name = "mnuAbout",
+         .resource = services::kResCaptionAbout,
+         .action = [this] { frmAbout(this, application_).ShowModal(); }}}},
+  };
+}
+
+void frmMDI::BuildMenus() {
+  entries_.clear();
+  auto* bar = new wxMenuBar;
+  for (const auto& [heading, entries] : Menus()) {
+    auto* menu = new wxMenu;
+    for (const MenuEntry& entry : entries) {
+      if (entry.offered) AddEntry(*menu, entry);
+    }
+    const services::Session& session = application_.session;
+    bar->Append(menu, ToWx(NLSFmt(session, session.strings.Get(heading))));
+  }
+  wxMenuBar* old = GetMenuBar();
+  SetMenuBar(bar);
+  delete old;
+}
+
+void frmMDI::AddEntry(wxMenu& menu, const MenuEntry& entry) {
+  const services::Session& session = application_.session;
+  const std::string_view text =
+      entry.resource != 0 ? std::string_view(session.strings.Get(entry.resource)) : entry.text;
+  if (text.empty()) {
+    menu.AppendSeparator();
+    return;
+  }
+  wxMenuItem* item = menu.Append(wxID_ANY, ToWx(NLSFmt(session, text)) + entry.key);
+  // Menus close first: what an entry opens must not find them open.
+  menu.Bind(
+      wxEVT_MENU,
+      [this, action = entry.action](wxCommandEvent&) {
+        if (!application_.context.job.IsRunning()) action();
+      },
+      item->GetId());
+  entries_[entry.name] = item;
+}
+
+wxMenuItem* frmMDI::Entry(const std::string& name) const {
+  const auto found = entries_.find(name);
+  return found == entries_.end() ? nullptr : found->second;
+}
+
+void frmMDI::ShowModeAndLanguage() {
+  const services::Session& session = application_.session;
+  const std::string mode = NLSFmt(session, ModeName(session));
+  SetTitle(
+      ToWx(NLSFmt(session, session.strings.Get(services::kResApplicationTitle)) + " - " + mode));
+  SetStatusText(ToWx(mode), kModeText);
+  SetStatusText(ToWx(LanguageText(application_)), kLanguageText);
+}
+
+void frmMDI::ShowLanguage() {
+  help_.Reset();
+  if (transcript_ != nullptr) transcript_->Close();
+  BuildMenus();
+  ShowModeAndLanguage();
+  SetStatusText("", kStatusText);
+  main_->ShowLanguage();
+}
+
+void frmMDI::Read() {
+  main_->CloseForm();
+  ReadRadioWithWindow(this, application_.context, application_.db);
+}
+
+void frmMDI::Program() {
+  main_->CloseForm();
+  ProgramRadioWithWindow(this, application_.context, application_.db);
+}
+
+void frmMDI::ReadFirmware() {
+  main_->CloseForm();
+  const std::string result =
+      UploadFirmwareToChosenFile(this, application_.context, application_.firmware);
+  if (!result.empty()) NLSMsgBox(application_.session, result);
+}
+
+void frmMDI::ChangeMode() {
+  application_.session.factory_mode = !application_.session.factory_mode;
+  // Not before the entry's own handler is over.
+  CallAfter([this] {
+    BuildMenus();
+    ShowModeAndLanguage();
+  });
+}
+
+void frmMDI::ShowTranscript() {
+  if (transcript_ == nullptr) {
+    transcript_ = new frmTranscript(this, application_);
+    transcript_->Bind(wxEVT_DESTROY, [this](wxWindowDestroyEvent& event) {
+      if (event.GetWindow() == transcript_) transcript_ = nullptr;
+      event.Skip();
+    });
+  }
+  transcript_->Show();
+  transcript_->Raise();
+}
+
+void frmMDI::Exit() {
+  const services::Answer answer =
+      NLSMsgBox(application_.session, "Are you sure you wish to Exit?     ",
+                {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kOkCancel});
+  if (answer == services::Answer::kOk) Close();
+}
+
+void frmMDI::OnJob(bool running) {
+  wxMenuBar* bar = GetMenuBar();
+  for (std::size_t menu = 0; menu < bar->GetMenuCount(); ++menu) bar->EnableTop(menu, !running);
+  main_->Enable(!running);
+  if (running) return;
+  SetStatusText("", kStatusText);
+  if (std::exchange(close_after_job_, false)) CallAfter([this] { Close(); });
+}
+
+// A job is never left behind: it is stopped first, and the frame closes when it has ended.
+void frmMDI::OnClose(wxCloseEvent& event) {
+  services::Session& session = application_.session;
+  if (!application_.context.job.IsRunning()) {
+    main_->CloseForm();
+    Destroy();
+    return;
+  }
+  if (event.CanVeto()) {
+    event.Veto();
+    if (close_after_job_) return;
+    const services::Answer answer =
+        NLSMsgBox(session, "This action will leave the radio in an undefined state. Cancel?",
+                  {.icon = services::Icon::kQuestion,
+                   .buttons = services::Buttons::kYesNo,
+                   .cautious = true});
+    if (answer == services::Answer::kNo) return;
+  }
+  close_after_job_ = application_.context.job.IsRunning();
+  session.RequestCancel();
+  if (!close_after_job_) CallAfter([this] { Close(); });
+}
+
+void frmMDI::OnKey(wxKeyEvent& event) {
+  if (event.GetKeyCode() == WXK_F6) {
+    // Between the tree and the task.
+    services::TaskWindow* task = main_->TaskForm();
+    if (main_->HasTreeFocus() && task != nullptr) {
+      task->SetFocus();
+    } else {
+      main_->FocusTree();
+    }
+  } else if (event.GetKeyCode() == WXK_F1 && !event.HasAnyModifiers()) {
+    help_.ShowPage("main_window.htm");
+  } else {
+    event.Skip();
+  }
+}
+
+}  // namespace zep::shell

@@ -1,0 +1,61 @@
+// The application's frame: menus, the task tree on the left, the task window beside it, and the
+// status bar.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <vector>
+
+#include <wx/aui/aui.h>
+#include <wx/timer.h>
+
+#include "shell/application.h"
+#include "shell/frmMain.h"
+#include "shell/help_book.h"
+
+namespace zep::shell {
+
+class frmTranscript;
+
+class frmMDI : public wxAuiMDIParentFrame {
+ public:
+  // Loads everything and opens the first task.
+  explicit frmMDI(Application& application);
+  ~frmMDI() override;
+
+  // The menu entry of that name ("mnuRead"); null while it is not offered.
+  wxMenuItem* Entry(const std::string& name) const;
+  frmMain& MainWindow() { return *main_; }
+
+ private:
+  struct MenuEntry;
+
+  void MDIForm_Load();
+  void BuildMenus();
+  void AddEntry(wxMenu& menu, const MenuEntry& entry);
+  std::vector<std::pair<int, std::vector<MenuEntry>>> Menus();
+  void ShowModeAndLanguage();
+  void ShowLanguage();
+
+  void Read();
+  void Program();
+  void ChangeMode();
+  void ReadFirmware();
+  void ShowTranscript();
+  void Exit();
+
+  void OnJob(bool running);
+  void OnClose(wxCloseEvent& event);
+  void OnKey(wxKeyEvent& event);
+
+  Application& application_;
+  HelpBook help_;
+  wxAuiManager layout_;
+  frmMain* main_;
+  frmTranscript* transcript_ = nullptr;
+  std::map<std::string, wxMenuItem*> entries_;
+  bool close_after_job_ = false;
+};
+
+}  // namespace zep::shell

@@ -1,0 +1,194 @@
+// The program's start and its frame: command line, single copy, ports, menus, task tree, modes,
+// language, companions, closing.
+#include "tests/gui_testing.h"
+
+namespace zep::testing {
+namespace {
+
+using platform::SystemFamily;
+
+struct CommandLineCase {
+  const char* name;
+  const char* line;
+  SystemFamily family;
+  bool starts;
+  const char* boxes;
+  const char* options;  // the About window's letters
+};
+
+TEST(StartUp, TheWholeCommandLineMustBeOptions) {
+  const char* invalid = "Command line not valid.\n";
+  const char* slow =
+      "Highspeed mode will only run under Windows 95, application will start in normal mode.\n";
+  const std::vector<CommandLineCase> cases = {
+      {"no words", "", SystemFamily::kOther, true, "", "None"},
+      {"in-house", "INHOUSE", SystemFamily::kOther, true, "", "I"},
+      {"twice", "INHOUSE INHOUSE", SystemFamily::kOther, true, "", "I"},
+      {"upload is switched off", "UPLOAD", SystemFamily::kOther, true, "", "None"},
+      {"high speed on another system", "HIGHSPEED INHOUSE", SystemFamily::kWindowsNt, true, slow,
+       "I"},
+      {"high speed is switched off", "HIGHSPEED", SystemFamily::kWindows95, true, "", "None"},
+      {"lower case", "highspeed", SystemFamily::kOther, false, invalid, ""},
+      {"two blanks", "INHOUSE  UPLOAD", SystemFamily::kOther, false, invalid, ""},
+      {"blank at the end", "INHOUSE ", SystemFamily::kOther, false, invalid, ""},
+      {"words behind the wrong one are not looked at", "X HIGHSPEED", SystemFamily::kWindowsNt,
+       false, invalid, ""},
+  };
+  for (const CommandLineCase& row : cases) {
+    SCOPED_TRACE(row.name);
+    Desktop desktop;
+    desktop.system.family = row.family;
+    EXPECT_EQ(desktop.Start(row.line), row.starts);
+    EXPECT_EQ(desktop.Boxes(), row.boxes);
+    if (!row.starts) continue;
+    EXPECT_EQ(shell::OptionLetters(desktop.application->session), row.options);
+    EXPECT_EQ(desktop.frame->Entry("mnuUpgrade") != nullptr, row.options[0] == 'I');
+    EXPECT_EQ(desktop.frame->Entry("mnuReadFirmware") != nullptr, row.options[0] == 'I');
+    EXPECT_GE(desktop.clock.Now(), std::chrono::seconds(2)) << "the splash";
+  }
+}
+
+TEST(StartUp, EndsWithAReasonWhenItCannotGoOn) {
+  {
+    Desktop desktop;
+    desktop.is_only_copy = false;
+    EXPECT_FALSE(desktop.Start());
+    EXPECT_EQ(desktop.Boxes(), "The Application is already running.\n");
+  }
+  {
+    Desktop desktop;
+    desktop.system.error.number = 5;
+    EXPECT_FALSE(desktop.Start());
+    EXPECT_EQ(desktop.Boxes(), "Error getting operating system version information\n");
+  }
+  {
+    Desktop desktop({"/dev/missing1", "/dev/missing2", "/dev/missing3", "/dev/missing4"}, "ZEP", 2);
+    EXPECT_FALSE(desktop.Start());
+    EXPECT_EQ(desktop.Boxes(),
+              "Il n'y a aucun port de communication disponible. L'application va maintenant se "
+              "fermer\n");
+  }
+}
+
+TEST(Frame, ShowsModeAndLanguageAndSwitchesThem) {
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  const auto mode = [&] { return desktop.frame->Entry("mnuMode")->GetItemLabel().utf8_string(); };
+  EXPECT_EQ(desktop.frame->GetTitle(), "ZEP Download and Configuration Application - Factory Mode");
+  EXPECT_EQ(mode(), "Change to Customer &Mode");
+  EXPECT_EQ(desktop.frame->GetStatusBar()->GetStatusText(1), "Factory Mode");
+  EXPECT_EQ(desktop.frame->GetStatusBar()->GetStatusText(2), "English (1)");
+  EXPECT_NE(desktop.frame->Entry("mnuTranscript"), nullptr);
+  desktop.Menu("mnuMode");
+  EXPECT_EQ(desktop.frame->GetTitle(),
+            "ZEP Download and Configuration Application - Customer Mode");
+  EXPECT_EQ(mode(), "Change to Factory &Mode");
+  EXPECT_EQ(desktop.frame->Entry("mnuTranscript"), nullptr);
+  desktop.Menu("mnuMode");
+  EXPECT_EQ(mode(), "Change to Customer &Mode");
+
+  desktop.application->session.settings.AppSaveSharedUserSetting("UILanguage", "2");
+  desktop.application->UseLanguage();
+  Desktop::Settle();
+  EXPECT_EQ(desktop.frame->GetStatusBar()->GetStatusText(2).utf8_string(), "Français (2)");
+}
+
+// Texts of the task tree, from the top.
+std::string Tree(Desktop& desktop) {
+  auto* tree = desktop.Find<wxTreeCtrl>("TreeView1", desktop.frame);
+  wxTreeItemIdValue cookie;
+  std::string texts;
+  for (wxTreeItemId node = tree->GetFirstChild(tree->GetRootItem(), cookie); node.IsOk();
+       node = tree->GetNextSibling(node)) {
+    texts += (texts.empty() ? "" : " ") + tree->GetItemText(node).utf8_string();
+  }
+  return texts;
+}
+
+TEST(TaskTree, OffersTheTasksOfTheApplicationAndOpensOneAtATime) {
+  {
+    Desktop desktop({"sim:conventional"}, "Torvik");
+    ASSERT_TRUE(desktop.Start());
+    EXPECT_EQ(Tree(desktop), "Specifications Upgrade Download");
+  }
+  {
+    Desktop desktop({"sim:conventional"}, "ZEP", 1, "base ZEP\n901 True\n");
+    ASSERT_TRUE(desktop.Start());
+    EXPECT_EQ(Tree(desktop), "Specifications");
+    desktop.user_hive.Write(Desktop::kKey, "ShowAdvanced", "-1");
+    desktop.frame->MainWindow().UpdateTreeView();
+    EXPECT_EQ(Tree(desktop), "Specifications Download");
+  }
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  EXPECT_EQ(Tree(desktop), "Specifications Download");
+  EXPECT_EQ(desktop.application->current_task, shell::Task::kSpecification);
+  EXPECT_STREQ(desktop.frame->MainWindow().TaskForm()->GetName(), "frmSpecification");
+
+  auto* tree = desktop.Find<wxTreeCtrl>("TreeView1", desktop.frame);
+  const auto press = [&](int key) {
+    wxKeyEvent down(wxEVT_KEY_DOWN);
+    down.m_keyCode = key;
+    wxTreeEvent event(wxEVT_TREE_KEY_DOWN, tree, tree->GetSelection());
+    event.SetKeyEvent(down);
+    tree->ProcessWindowEvent(event);
+    Desktop::Settle();
+  };
+  tree->SelectItem(tree->GetLastChild(tree->GetRootItem()));
+  Desktop::Settle();
+  press('x');
+  EXPECT_EQ(desktop.application->current_task, shell::Task::kSpecification);
+  press(WXK_SPACE);
+  EXPECT_EQ(desktop.application->current_task, shell::Task::kDownload);
+  const wxWindow* first = desktop.frame->MainWindow().TaskForm();
+  press(WXK_RETURN);
+  EXPECT_EQ(desktop.application->current_task, shell::Task::kDownload);
+  EXPECT_NE(desktop.frame->MainWindow().TaskForm(), first) << "closed and opened anew";
+  desktop.Open("sPECIFICATIONS");
+  EXPECT_EQ(desktop.application->current_task, shell::Task::kSpecification);
+  desktop.Click("cmdCancel");
+  EXPECT_EQ(desktop.application->current_task, shell::Task::kNone);
+  EXPECT_EQ(desktop.frame->MainWindow().TaskForm(), nullptr);
+}
+
+TEST(Menus, CompanionsAndWebPagesAreOpened) {
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  const std::string program = desktop.folder.Write("zeptrunk", "");
+  desktop.Answer(wxID_NO);
+  desktop.Menu("mnuLaunchTrunked");
+  EXPECT_EQ(desktop.Boxes(), "Cannot find zeptrunk would you like to locate the file? -> No\n");
+  EXPECT_TRUE(desktop.started.empty());
+  desktop.Answer(wxID_YES);
+  desktop.Choose(program);
+  desktop.Menu("mnuLaunchTrunked");
+  EXPECT_EQ(desktop.Boxes(),
+            "Cannot find zeptrunk would you like to locate the file? -> Yes\n[Find zeptrunk...]\n");
+  desktop.Menu("mnuLaunchTrunked");  // its place is known now
+  desktop.Menu("mnuVornWorld");
+  desktop.Menu("mnuVornSupport");
+  desktop.Menu("mnuVornUpdate");
+  EXPECT_EQ(desktop.started,
+            (std::vector<std::string>{program, program, "https://www.vorn.example/",
+                                      "https://www.vorn.example/support",
+                                      "https://www.vorn.example/support/zep/upgrade"}));
+  EXPECT_EQ(desktop.Boxes(), "");
+}
+
+TEST(Menus, ExitAsksAndCancelLeavesEverythingAsItWas) {
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  desktop.Answer(wxID_CANCEL);
+  desktop.Menu("mnuExit");
+  ASSERT_NE(desktop.frame, nullptr);
+  EXPECT_EQ(desktop.application->current_task, shell::Task::kSpecification);
+  desktop.Answer(wxID_OK);
+  desktop.frame->Entry("mnuExit")->GetMenu()->SendEvent(desktop.frame->Entry("mnuExit")->GetId());
+  Desktop::Settle();
+  EXPECT_EQ(desktop.frame, nullptr);
+  EXPECT_EQ(desktop.Boxes(),
+            "Are you sure you wish to Exit? -> No\nAre you sure you wish to Exit? -> Yes\n");
+}
+
+}  // namespace
+}  // namespace zep::testing

@@ -1,0 +1,61 @@
+#include "upgrade/frmAutomaticUpgrade.h"
+
+#include <wx/sizer.h>
+
+#include "services/messages.h"
+
+namespace zep::upgrade {
+namespace {
+
+using services::NLSFmt;
+
+constexpr int kTextWidth = 520;
+
+}  // namespace
+
+frmAutomaticUpgrade::frmAutomaticUpgrade(wxWindow* parent, services::WindowContext& window_context,
+                                         firmware::Firmware& firmware, radiodb::RadioDb& db)
+    : TaskWindow(parent, window_context, "frmAutomaticUpgrade", "automatic_upgrade.htm"),
+      panel_(new UpgradePanel(this, window_context, firmware.link)),
+      upgrade_(firmware, db, *panel_) {
+  const services::Session& session = context.session;
+  auto* explanation = services::MakeLabel(
+      this, NLSFmt(session,
+                   "Saves the radio's data, programs the firmware that the radio needs, and writes "
+                   "the data back in the new version. Leave the radio connected and switched on "
+                   "until the end."));
+  explanation->Wrap(FromDIP(kTextWidth));
+  cmdUpgrade =
+      services::MakeButton(this, NLSFmt(session, "&Upgrade"), "cmdUpgrade", [this] { Upgrade(); });
+  cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
+                                   [this] { CancelOrClose(); });
+  auto* rows = new wxBoxSizer(wxVERTICAL);
+  rows->Add(explanation, wxSizerFlags().Border(wxBOTTOM, services::Gap(this)));
+  rows->Add(panel_, wxSizerFlags(1).Expand());
+  rows->Add(
+      services::ButtonRow(this, {cmdUpgrade, cmdCancel,
+                                 services::MakeHelpButton(this, context, "automatic_upgrade.htm")}),
+      wxSizerFlags().Expand().Border(wxTOP, services::Gap(this)));
+  SetContents(rows);
+}
+
+void frmAutomaticUpgrade::Upgrade() {
+  if (context.job.IsRunning()) return;
+  panel_->Clear();
+  cmdUpgrade->Disable();
+  {
+    const services::JobControl::Scope job(context.job, [this] { upgrade_.Cancel(); });
+    upgrade_.Upgrade();
+  }
+  cmdUpgrade->Enable();
+}
+
+void frmAutomaticUpgrade::CancelOrClose() {
+  if (context.job.IsRunning()) {
+    context.job.Cancel();
+  } else {
+    services::WindowContext::Call(context.close_task);
+  }
+}
+
+}  // namespace zep::upgrade

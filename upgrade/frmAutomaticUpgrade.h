@@ -1,0 +1,26 @@
+// The automatic upgrade: one button that saves a radio's data, programs the firmware that it needs,
+// and writes its data back in the new version.
+#pragma once
+
+#include "services/frmKit.h"
+#include "upgrade/automatic_upgrade.h"
+#include "upgrade/frmUpgradePanel.h"
+
+namespace zep::upgrade {
+
+class frmAutomaticUpgrade : public services::TaskWindow {
+ public:
+  frmAutomaticUpgrade(wxWindow* parent, services::WindowContext& window_context,
+                      firmware::Firmware& firmware, radiodb::RadioDb& db);
+
+ private:
+  void Upgrade();
+  void CancelOrClose();
+
+  UpgradePanel* panel_;
+  wxButton* cmdUpgrade;
+  wxButton* cmdCancel;
+  AutomaticUpgrade upgrade_;
+};
+
+}  // namespace zep::upgrade

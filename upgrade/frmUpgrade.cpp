@@ -1,0 +1,105 @@
+#include "upgrade/frmUpgrade.h"
+
+#include <wx/sizer.h>
+
+#include "firmware/download.h"
+#include "services/messages.h"
+#include "services/resource_ids.h"
+
+namespace zep::upgrade {
+namespace {
+
+using services::NLSFmt;
+
+constexpr const char* kHelpPage = "upgrade.htm";
+
+}  // namespace
+
+frmUpgrade::frmUpgrade(wxWindow* parent, services::WindowContext& window_context,
+                       firmware::Firmware& firmware, radiodb::RadioDb& db)
+    : TaskWindow(parent, window_context, "frmUpgrade", kHelpPage),
+      firmware_(firmware),
+      panel_(new UpgradePanel(this, window_context, firmware.link)),
+      upgrade_(firmware, db, *panel_) {
+  const services::Session& session = context.session;
+  cmdBrowseBinary = services::MakeButton(this, NLSFmt(session, "&Browse..."), "cmdBrowseBinary",
+                                         [this] { Browse(); });
+  chkSaveMain = services::MakeCheckBox(
+      this, NLSFmt(session, "Read, save then reprogram radio main database"), "chkSaveMain");
+  chkSaveCalibration = services::MakeCheckBox(
+      this, NLSFmt(session, "Read, save then reprogram radio calibration database"),
+      "chkSaveCalibration");
+  chkUpgradeCalibration = services::MakeCheckBox(
+      this, NLSFmt(session, "Automatically update calibration database, if required"),
+      "chkUpgradeCalibration");
+  chkAppLaunchExe = services::MakeCheckBox(
+      this, NLSFmt(session, "Launch programming application, if database incompatibilty found"),
+      "chkAppLaunchExe");
+  cmdUpgrade =
+      services::MakeButton(this, NLSFmt(session, "&Upgrade"), "cmdUpgrade", [this] { Upgrade(); });
+  cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
+                                   [this] { CancelOrClose(); });
+
+  auto* rows = new wxBoxSizer(wxVERTICAL);
+  const wxSizerFlags row = wxSizerFlags().Border(wxBOTTOM, services::Gap(this));
+  rows->Add(cmdBrowseBinary, wxSizerFlags(row).Right());
+  for (wxCheckBox* box : {chkSaveMain, chkSaveCalibration, chkUpgradeCalibration, chkAppLaunchExe})
+    rows->Add(box, row);
+  rows->Add(panel_, wxSizerFlags(1).Expand());
+  rows->Add(services::ButtonRow(
+                this, {cmdUpgrade, cmdCancel, services::MakeHelpButton(this, context, kHelpPage)}),
+            wxSizerFlags().Expand().Border(wxTOP, services::Gap(this)));
+  SetContents(rows);
+
+  const UpgradeSelections selections = LoadUpgradeSelections(session);
+  chkSaveMain->SetValue(selections.SaveMain);
+  chkSaveCalibration->SetValue(selections.SaveCalibration);
+  chkUpgradeCalibration->SetValue(selections.UpgradeCalibration);
+  chkAppLaunchExe->SetValue(selections.AppLaunchExe);
+  const firmware::DownloadChoices choices = firmware::LoadDownloadChoices(session);
+  firmware_.image.BinaryFilePath = choices.BinaryFilePath;
+  firmware_.image.BinaryFileName = choices.BinaryFileName;
+  if (!choices.BinaryFileName.empty()) panel_->ShowFirmwareFile(firmware_.image.FullName());
+}
+
+frmUpgrade::~frmUpgrade() { SaveUpgradeSelections(context.session, Selections()); }
+
+UpgradeSelections frmUpgrade::Selections() const {
+  return {.SaveMain = chkSaveMain->GetValue(),
+          .SaveCalibration = chkSaveCalibration->GetValue(),
+          .UpgradeCalibration = chkUpgradeCalibration->GetValue(),
+          .AppLaunchExe = chkAppLaunchExe->GetValue()};
+}
+
+void frmUpgrade::Browse() {
+  firmware::DownloadChoices choices = firmware::LoadDownloadChoices(context.session);
+  if (!firmware::BrowseBinary(firmware_, choices)) return;
+  panel_->ShowFirmwareFile(firmware_.image.FullName());
+}
+
+void frmUpgrade::Upgrade() {
+  if (context.job.IsRunning()) return;
+  panel_->Clear();
+  const auto enable = [this](bool enabled) {
+    for (wxWindow* control : std::initializer_list<wxWindow*>{
+             cmdBrowseBinary, cmdUpgrade, chkSaveMain, chkSaveCalibration, chkUpgradeCalibration,
+             chkAppLaunchExe})
+      control->Enable(enabled);
+  };
+  enable(false);
+  {
+    const services::JobControl::Scope job(context.job, [this] { upgrade_.Cancel(); });
+    upgrade_.Upgrade(Selections());
+  }
+  enable(true);
+}
+
+void frmUpgrade::CancelOrClose() {
+  if (context.job.IsRunning()) {
+    context.job.Cancel();
+  } else {
+    services::WindowContext::Call(context.close_task);
+  }
+}
+
+}  // namespace zep::upgrade

@@ -1,0 +1,38 @@
+// The upgrade dialog: a firmware file of the user's choice, and what is done with the radio's
+// databases around the download.
+#pragma once
+
+#include <wx/checkbox.h>
+
+#include "services/frmKit.h"
+#include "upgrade/frmUpgradePanel.h"
+#include "upgrade/manual_upgrade.h"
+
+namespace zep::upgrade {
+
+class frmUpgrade : public services::TaskWindow {
+ public:
+  frmUpgrade(wxWindow* parent, services::WindowContext& window_context,
+             firmware::Firmware& firmware, radiodb::RadioDb& db);
+  // Stores the check boxes.
+  ~frmUpgrade() override;
+
+ private:
+  UpgradeSelections Selections() const;
+  void Browse();
+  void Upgrade();
+  void CancelOrClose();
+
+  firmware::Firmware& firmware_;
+  UpgradePanel* panel_;
+  wxCheckBox* chkSaveMain;
+  wxCheckBox* chkSaveCalibration;
+  wxCheckBox* chkUpgradeCalibration;
+  wxCheckBox* chkAppLaunchExe;
+  wxButton* cmdBrowseBinary;
+  wxButton* cmdUpgrade;
+  wxButton* cmdCancel;
+  ManualUpgrade upgrade_;
+};
+
+}  // namespace zep::upgrade

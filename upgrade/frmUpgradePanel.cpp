@@ -1,0 +1,102 @@
+#include "upgrade/frmUpgradePanel.h"
+
+#include <wx/sizer.h>
+
+#include "services/messages.h"
+
+namespace zep::upgrade {
+namespace {
+
+using services::NLSFmt;
+using services::ToWx;
+
+constexpr int kStepLines = 110;
+
+}  // namespace
+
+void UpgradePanel::ReadWriteProgress::ShowStatus(const std::string& status) {
+  bar_.ShowText(status);
+  services::WindowContext::Call(context_.show_status, status);
+}
+
+UpgradePanel::UpgradePanel(wxWindow* parent, services::WindowContext& window_context,
+                           const link::Link& link)
+    : wxPanel(parent),
+      context_(window_context),
+      pnlProgress(new services::ProgressPanel(this, window_context)),
+      read_write_(*pnlProgress, window_context) {
+  const services::Session& session = context_.session;
+  const std::string file_label = NLSFmt(session, "Firmware file:");
+  auto* file_row = services::LabelGrid(this);
+  file_row->Add(services::MakeLabel(this, file_label), wxSizerFlags().CentreVertical());
+  txtBinaryFileName = services::MakeTextBox(this, "txtBinaryFileName", file_label, wxTE_READONLY);
+  file_row->Add(txtBinaryFileName, wxSizerFlags(1).Expand());
+
+  txtUpgradeSteps = services::MakeTextBox(this, "txtUpgradeSteps", NLSFmt(session, "Steps"),
+                                          wxTE_READONLY | wxTE_MULTILINE);
+  txtUpgradeSteps->SetMinSize(FromDIP(wxSize(-1, kStepLines)));
+  pnlTransfer = new firmware::TransferPanel(this, window_context, link);
+  cmdStopDownload = services::MakeButton(this, NLSFmt(session, "&Stop Download"), "cmdStopDownload",
+                                         [this] { pnlTransfer->Cancel(); });
+  pnlTransfer->on_cancel = [this] {
+    if (run_ != nullptr) Cancel(*run_);
+  };
+  pnlTransfer->on_cancel_enabled = [this](bool enabled) { cmdStopDownload->Enable(enabled); };
+  pnlTransfer->on_status = [this](const std::string& status) {
+    services::WindowContext::Call(context_.show_status, status);
+  };
+
+  auto* rows = new wxBoxSizer(wxVERTICAL);
+  const wxSizerFlags row = wxSizerFlags().Expand().Border(wxBOTTOM, services::Gap(this));
+  rows->Add(file_row, row);
+  rows->Add(txtUpgradeSteps, wxSizerFlags(1).Expand().Border(wxBOTTOM, services::Gap(this)));
+  rows->Add(pnlProgress, row);
+  rows->Add(pnlTransfer, row);
+  rows->Add(cmdStopDownload, wxSizerFlags().Right());
+  SetSizer(rows);
+  ShowStep(nullptr);
+}
+
+void UpgradePanel::Clear() {
+  txtUpgradeSteps->Clear();
+  ShowStep(nullptr);
+}
+
+void UpgradePanel::ShowFirmwareFile(const std::string& full_name) {
+  txtBinaryFileName->SetValue(ToWx(full_name));
+}
+
+void UpgradePanel::ShowStatus(const std::string& status) {
+  txtUpgradeSteps->AppendText(ToWx(status + "\n"));
+  services::WindowContext::Call(context_.show_status, status);
+}
+
+radiodb::ReadWriteView& UpgradePanel::ReadWriteWindow() {
+  ShowStep(pnlProgress);
+  return read_write_;
+}
+
+link::TransferView& UpgradePanel::TransferWindow() {
+  ShowStep(pnlTransfer);
+  return *pnlTransfer;
+}
+
+void UpgradePanel::WatchTransfer(firmware::TransferRun* run) {
+  run_ = run;
+  if (run != nullptr) {
+    pnlTransfer->Clear();
+  } else {
+    ShowStep(nullptr);
+  }
+}
+
+void UpgradePanel::ShowStep(const wxWindow* step) {
+  pnlProgress->Show(step == pnlProgress);
+  pnlTransfer->Show(step == pnlTransfer);
+  cmdStopDownload->Show(step == pnlTransfer);
+  // The scrolled window around it has to know the new size.
+  GetParent()->Layout();
+  GetParent()->FitInside();
+}
+
+}  // namespace zep::upgrade

@@ -1,0 +1,60 @@
+// What both upgrade windows show while an upgrade runs: the firmware file, each step as it comes,
+// and the progress of the step. The steps can be copied.
+#pragma once
+
+#include <string>
+
+#include <wx/panel.h>
+#include <wx/textctrl.h>
+
+#include "firmware/frmTransferPanel.h"
+#include "services/frmProgress.h"
+#include "upgrade/upgrade_view.h"
+
+namespace zep::upgrade {
+
+class UpgradePanel : public wxPanel, public UpgradeView {
+ public:
+  UpgradePanel(wxWindow* parent, services::WindowContext& window_context, const link::Link& link);
+
+  // A new run begins: the steps of the last one are cleared.
+  void Clear();
+
+  void ShowFirmwareFile(const std::string& full_name) override;
+  void ShowStatus(const std::string& status) override;
+  radiodb::ReadWriteView& ReadWriteWindow() override;
+  link::TransferView& TransferWindow() override;
+  void WatchTransfer(firmware::TransferRun* run) override;
+
+ private:
+  // Reading and programming, shown by the progress bar.
+  class ReadWriteProgress final : public radiodb::ReadWriteView {
+   public:
+    ReadWriteProgress(services::ProgressPanel& bar, const services::WindowContext& window_context)
+        : bar_(bar), context_(window_context) {}
+
+    void SetCaption(const std::string& caption) override { bar_.ShowText(caption); }
+    void ShowStatus(const std::string& status) override;
+    void SetProgressMaximum(int maximum) override { bar_.SetMaximum(maximum); }
+    void SetProgress(int value) override { bar_.SetValue(value); }
+
+   private:
+    services::ProgressPanel& bar_;
+    const services::WindowContext& context_;
+  };
+
+  // Shows one of the two, or neither, and makes room for it.
+  void ShowStep(const wxWindow* step);
+
+  services::WindowContext& context_;
+  firmware::TransferRun* run_ = nullptr;
+
+  wxTextCtrl* txtBinaryFileName;
+  wxTextCtrl* txtUpgradeSteps;
+  services::ProgressPanel* pnlProgress;
+  ReadWriteProgress read_write_;
+  firmware::TransferPanel* pnlTransfer;
+  wxButton* cmdStopDownload;
+};
+
+}  // namespace zep::upgrade
