@@ -41,6 +41,16 @@ constexpr std::array kTasks = {
     TaskKey{NLSText("Download"), Task::kDownload, services::kResWindowDownload},
 };
 
+// The frame of a task window. It is no window of the screen's, which the toolkit forgets when it is
+// realized.
+class TaskFrame : public wxAuiMDIChildFrame {
+ public:
+  using wxAuiMDIChildFrame::wxAuiMDIChildFrame;
+#ifdef __WXGTK__
+  void GTKHandleRealized() override {}
+#endif
+};
+
 // A node of the tree knows its key, whatever its text says.
 class NodeKey : public wxTreeItemData {
  public:
@@ -121,7 +131,8 @@ void frmMain::OpenForm(std::string_view key) {
       kTasks, [&](const TaskKey& task) { return LowerCase(task.key) == LowerCase(key); });
   if (entry == kTasks.end() || !CloseForm()) return;
   const std::string& caption = application_.session.strings.Get(entry->caption);
-  child_ = new wxAuiMDIChildFrame(frame_, wxID_ANY, ToWx(NLSFmt(application_.session, caption)));
+  child_ = new TaskFrame;
+  child_->Create(frame_, wxID_ANY, ToWx(NLSFmt(application_.session, caption)));
   task_ = MakeTaskWindow(child_, entry->task);
   auto* whole = new wxBoxSizer(wxVERTICAL);
   whole->Add(task_, wxSizerFlags(1).Expand());

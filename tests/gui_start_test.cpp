@@ -65,8 +65,7 @@ TEST(StartUp, EndsWithAReasonWhenItCannotGoOn) {
     Desktop desktop({"/dev/missing1", "/dev/missing2", "/dev/missing3", "/dev/missing4"}, "ZEP", 2);
     EXPECT_FALSE(desktop.Start());
     EXPECT_EQ(desktop.Boxes(),
-              "Il n'y a aucun port de communication disponible. L'application va maintenant se "
-              "fermer\n");
+              "Aucun port de communication n'est disponible. L'application va se fermer\n");
   }
 }
 

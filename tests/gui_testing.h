@@ -91,16 +91,21 @@ class ScriptedDialogs final : public wxModalDialogHook {
       ADD_FAILURE() << "unexpected file dialog: " << dialog.GetMessage();
       return wxID_CANCEL;
     }
-    dialog.SetPath(wxString::FromUTF8(files_.front()));
-    const bool chosen = !files_.front().empty();
-    chosen_ = files_.front();
+    const wxString path = wxString::FromUTF8(files_.front());
     files_.pop_front();
-    return chosen ? wxID_OK : wxID_CANCEL;
+    if (path.empty()) return wxID_CANCEL;
+    // The toolkit's dialog takes the path in turns of its own.
+    dialog.SetPath(path);
+    for (int turn = 0; turn < 1000 && dialog.GetPath() != path; ++turn) {
+      wxTheApp->Yield();
+      wxMilliSleep(1);
+    }
+    EXPECT_EQ(dialog.GetPath(), path);
+    return wxID_OK;
   }
 
   std::deque<int> answers_;
   std::deque<std::string> files_;
-  std::string chosen_;
   std::map<std::string, std::function<void(wxDialog&)>> actions_;
   std::string boxes_;
 };
@@ -139,7 +144,7 @@ class Desktop {
             .application_folder = folder.Path(), .string_table = string_table, .ports = ports});
   }
   ~Desktop() {
-    if (frame != nullptr) frame->Destroy();
+    if (frame != nullptr) frame->Close(true);
     Settle();
     application.reset();
   }
