@@ -19,6 +19,7 @@ namespace {
 
 using services::FromWx;
 using services::NLSFmt;
+using services::NLSText;
 using services::Session;
 using services::ToWx;
 
@@ -83,7 +84,7 @@ frmDownload::frmDownload(wxWindow* parent, services::WindowContext& window_conte
   rows->Add(lblAutoSaveRadioData, wxSizerFlags().Expand().Border(wxLEFT, 3 * gap));
 
   txtResult = services::MakeTextBox(this, "txtResult", NLSFmt(session, "Result"),
-                                    wxTE_MULTILINE | wxTE_READONLY | wxTE_DONTWRAP);
+                                    wxTE_MULTILINE | wxTE_READONLY);
   txtResult->SetMinSize({-1, FromDIP(kResultHeight)});
   txtResult->Hide();
   rows->Add(txtResult, wxSizerFlags(1).Expand().Border(wxTOP, gap));
@@ -106,11 +107,15 @@ wxSizer* frmDownload::MakeFileRows(wxStaticBox* frame, const FileBoxes& boxes) {
   const Session& session = context.session;
   auto* grid = services::LabelGrid(frame, 3);
   const wxSizerFlags centred = wxSizerFlags().CentreVertical();
-  grid->Add(services::MakeLabel(frame, NLSFmt(session, "Name:")), centred);
-  grid->Add(boxes.name, wxSizerFlags(1).Expand());
+  const auto row = [&](std::string_view label, wxTextCtrl* box) {
+    auto* cell = new wxBoxSizer(wxHORIZONTAL);  // keeps the box at its own height
+    cell->Add(box, wxSizerFlags(1).CentreVertical());
+    grid->Add(services::MakeLabel(frame, NLSFmt(session, label)), centred);
+    grid->Add(cell, wxSizerFlags().Expand());
+  };
+  row(NLSText("Name:"), boxes.name);
   grid->Add(boxes.browse, centred);
-  grid->Add(services::MakeLabel(frame, NLSFmt(session, "Folder:")), centred);
-  grid->Add(boxes.path, wxSizerFlags(1).Expand());
+  row(NLSText("Folder:"), boxes.path);
   grid->AddSpacer(0);
   return grid;
 }

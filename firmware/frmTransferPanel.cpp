@@ -42,20 +42,24 @@ TransferPanel::TransferPanel(wxWindow* parent, const services::WindowContext& wi
       context_(window_context),
       link_(shown_link) {
   wxSizer* grid = MakeRows();
-  lblBootstrapHint = services::MakeLabel(
-      this,
-      NLSFmt(context_.session,
-             "The first loader goes into the radios now. Please leave them as they are; this step "
-             "cannot be cancelled."),
-      "lblBootstrapHint");
+  lblBootstrapHint =
+      new wxStaticText(this, wxID_ANY,
+                       ToWx(NLSFmt(context_.session,
+                                   "The first loader goes into the radios now. "
+                                   "Please leave them as they are; this step cannot "
+                                   "be cancelled.")),
+                       wxDefaultPosition, wxDefaultSize, wxST_NO_AUTORESIZE, "lblBootstrapHint");
   lblBootstrapHint->Wrap(FromDIP(kHintWidth));
-  lblBootstrapHint->Hide();
+  lblBootstrapHint->InvalidateBestSize();
+  lblBootstrapHint->SetMinSize(lblBootstrapHint->GetBestSize());
+  hint_ = lblBootstrapHint->GetLabel();
+  ShowBootstrapHint(false);
   pnlProgress = new services::ProgressPanel(this, context_);
 
   const wxSizerFlags below = wxSizerFlags().Expand().Border(wxTOP, services::Gap(this));
   auto* contents = new wxBoxSizer(wxVERTICAL);
   contents->Add(grid, wxSizerFlags().Expand());
-  contents->Add(lblBootstrapHint, wxSizerFlags(below).ReserveSpaceEvenIfHidden());
+  contents->Add(lblBootstrapHint, wxSizerFlags(below));
   contents->Add(pnlProgress, wxSizerFlags(below));
   SetSizer(contents);
   Clear();
@@ -109,10 +113,10 @@ void TransferPanel::Clear() {
     const std::string device = link_.ports[index]->Device();
     SetText(rows_[index].lblDevice, device);
     rows_[index].lblDevice->SetToolTip(ToWx(device));
-    SetText(rows_[index].lblOutcome, "");
     link::SlotLabels labels;
     labels.status = NLSFmt(context_.session, PortStateText(link_.CommStates[index]));
     SetSlot(slot, labels);
+    SetText(rows_[index].lblOutcome, "");
   }
 }
 
@@ -151,9 +155,10 @@ void TransferPanel::ShowProgress(bool shown) { pnlProgress->ShowBar(shown); }
 
 void TransferPanel::ShowCancel(bool shown) { WindowContext::Call(on_cancel_shown, shown); }
 
+// The label keeps its place: a label that comes and goes is not drawn before the next turn, and
+// while the first loader is sent there may be none.
 void TransferPanel::ShowBootstrapHint(bool shown) {
-  lblBootstrapHint->Show(shown);
-  Layout();
+  lblBootstrapHint->SetLabel(shown ? hint_ : wxString());
 }
 
 void TransferPanel::SetSlot(int slot, const link::SlotLabels& labels) {
@@ -161,6 +166,8 @@ void TransferPanel::SetSlot(int slot, const link::SlotLabels& labels) {
   SetText(row.lblMicro, labels.micro);
   SetText(row.lblFlash, labels.flash);
   SetText(row.lblStatus, labels.status);
+  if (link_.CommStates[link::Link::Index(slot)] == link::PortState::kErrorDetected)
+    SetText(row.lblOutcome, NLSFmt(context_.session, OutcomeText(SlotOutcome::kFailed)));
   for (wxStaticText* label :
        {row.lblPort, row.lblDevice, row.lblMicro, row.lblFlash, row.lblStatus, row.lblOutcome}) {
     label->Enable(labels.enabled);

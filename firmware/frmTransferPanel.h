@@ -33,7 +33,7 @@ class TransferPanel : public wxPanel, public link::TransferView {
   void Cancel();
   // A new run begins: rows without what was known of earlier radios, and no wish kept.
   void Clear();
-  // What became of each slot. The states that the slots had are kept.
+  // What became of each slot, at the end of the run. One that fails earlier is shown as it does.
   void ShowOutcomes(const TransferResult& result);
   // A line above the progress bar.
   void ShowText(const std::string& text) { pnlProgress->ShowText(text); }
@@ -69,6 +69,7 @@ class TransferPanel : public wxPanel, public link::TransferView {
 
   std::array<Row, link::kPortCount> rows_{};
   wxStaticText* lblBootstrapHint;
+  wxString hint_;  // its text while it is to be seen
   services::ProgressPanel* pnlProgress;
 };
 

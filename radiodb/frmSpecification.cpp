@@ -23,7 +23,7 @@ constexpr std::array kValueLabels = {
     "lblBandwidth",       "lblComplianceCode",     "lblNetworks"};
 
 constexpr const char* kNothing = "-";
-constexpr int kNameWidth = 150;
+constexpr int kStatusWidth = 480;
 
 constexpr std::string_view kNotRead = NLSText(
     "No radio has been read yet. Please connect a radio, switch it on and press Read Radio.");
@@ -41,7 +41,6 @@ frmSpecification::frmSpecification(wxWindow* parent, services::WindowContext& wi
   const services::Session& session = context.session;
   for (const char* name : kValueLabels) {
     wxStaticText* label = services::MakeLabel(this, "");
-    label->SetMinSize({FromDIP(kNameWidth), -1});
     wxStaticText* value = services::MakeLabel(this, kNothing, name);
     value->SetFont(value->GetFont().Bold());
     grid_->Add(label);
@@ -123,6 +122,7 @@ void frmSpecification::CancelOrClose() {
 
 void frmSpecification::ShowStatus(std::string_view text) {
   lblStatus->SetLabelText(ToWx(NLSFmt(context.session, text)));
+  lblStatus->Wrap(FromDIP(kStatusWidth));
   Layout();
   FitInside();
 }
