@@ -3,11 +3,25 @@
 #include <algorithm>
 #include <utility>
 
+#include <wx/translation.h>
+
 #include "link/frmPreferences.h"
 #include "link/frmSelectCommPort.h"
 #include "link/port_slots.h"
 
 namespace zep::shell {
+namespace {
+
+// The toolkit's own texts, in the help window and in file dialogs; English where it has none.
+void UseToolkitLanguage(services::Language language) {
+  const std::string_view code = LanguageCode(language);
+  auto* texts = new wxTranslations;
+  texts->SetLanguage(services::ToWx(code == "zh" ? "zh_CN" : code));
+  if (language != services::Language::kEnglish) texts->AddStdCatalog();
+  wxTranslations::Set(texts);
+}
+
+}  // namespace
 
 Application::Application(const Surroundings& world, const StartChoices& choices)
     : surroundings(world),
@@ -64,6 +78,7 @@ void Application::UseSlotDevices() {
 void Application::UseLanguage() {
   UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
   services::LoadTexts(session);
+  UseToolkitLanguage(session.translation.GetLanguage());
   if (on_language) on_language();
 }
 

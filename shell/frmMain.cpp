@@ -131,6 +131,7 @@ void frmMain::OpenForm(std::string_view key) {
       kTasks, [&](const TaskKey& task) { return LowerCase(task.key) == LowerCase(key); });
   if (entry == kTasks.end() || !CloseForm()) return;
   const std::string& caption = application_.session.strings.Get(entry->caption);
+  SelectNode(entry->key);
   child_ = new TaskFrame;
   child_->Create(frame_, wxID_ANY, ToWx(NLSFmt(application_.session, caption)));
   task_ = MakeTaskWindow(child_, entry->task);
@@ -140,6 +141,18 @@ void frmMain::OpenForm(std::string_view key) {
   child_->Layout();
   child_->Show();
   application_.current_task = entry->task;
+}
+
+// Nothing is selected for a task that the tree does not offer.
+void frmMain::SelectNode(std::string_view key) {
+  TreeView1->UnselectAll();
+  wxTreeItemIdValue cookie;
+  const wxTreeItemId root = TreeView1->GetRootItem();
+  for (wxTreeItemId node = TreeView1->GetFirstChild(root, cookie); node.IsOk();
+       node = TreeView1->GetNextChild(root, cookie)) {
+    const auto* data = dynamic_cast<const NodeKey*>(TreeView1->GetItemData(node));
+    if (data != nullptr && data->key == key) TreeView1->SelectItem(node);
+  }
 }
 
 services::TaskWindow* frmMain::MakeTaskWindow(wxWindow* parent, Task task) {

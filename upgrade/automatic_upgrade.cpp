@@ -30,7 +30,9 @@ std::string NumberText(const std::string& version) {
   return std::to_string(VersionNumber(version));
 }
 
-std::string_view ReportText(UpgradeOutcome outcome) {
+}  // namespace
+
+std::string_view FinalReport(UpgradeOutcome outcome) {
   switch (outcome) {
     case UpgradeOutcome::kAborted:
       return NLSText("The upgrade process was aborted");
@@ -38,14 +40,13 @@ std::string_view ReportText(UpgradeOutcome outcome) {
       return NLSText("There was a comms error - The upgrade process did not complete");
     case UpgradeOutcome::kSucceeded:
       return NLSText("The upgrade process has completed successfully");
-    case UpgradeOutcome::kFailed:
     case UpgradeOutcome::kUpToDate:
+      return NLSText("Firmware already up-to-date. Upgrade not required.");
+    case UpgradeOutcome::kFailed:
       break;
   }
   return NLSText("The upgrade process did not complete successfully");
 }
-
-}  // namespace
 
 AutomaticUpgrade::AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db,
                                    UpgradeView& view, const UpgradeFiles& given_files)
@@ -268,8 +269,8 @@ UpgradeOutcome AutomaticUpgrade::Report(bool succeeded) {
   if (outcome != UpgradeOutcome::kSucceeded && session_.failure == Failure::kNone) {
     session_.failure = Failure::kRefused;
   }
-  log_.Log(ReportText(outcome));
-  NLSMsgBox(session_, ReportText(outcome));
+  log_.Log(FinalReport(outcome));
+  NLSMsgBox(session_, FinalReport(outcome));
   if (outcome != UpgradeOutcome::kSucceeded && download_started_) {
     TellOfSavedData(session_, log_, saved_);
   }

@@ -14,6 +14,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "firmware/firmware.h"
 #include "radiodb/radio_db.h"
@@ -33,6 +34,9 @@ enum class UpgradeOutcome {
   kCommsError,
   kAborted,
 };
+
+// How a run ended, in words for the user, untranslated.
+std::string_view FinalReport(UpgradeOutcome outcome);
 
 // Files that the user names, by their full names; empty ones are looked for.
 struct UpgradeFiles {

@@ -41,12 +41,14 @@ frmAutomaticUpgrade::frmAutomaticUpgrade(wxWindow* parent, services::WindowConte
 
 void frmAutomaticUpgrade::Upgrade() {
   if (context.job.IsRunning()) return;
-  panel_->Clear();
+  panel_->Begin();
   cmdUpgrade->Disable();
+  UpgradeOutcome outcome{};
   {
     const services::JobControl::Scope job(context.job, [this] { upgrade_.Cancel(); });
-    upgrade_.Upgrade();
+    outcome = upgrade_.Upgrade();
   }
+  panel_->End(NLSFmt(context.session, FinalReport(outcome)));
   cmdUpgrade->Enable();
 }
 

@@ -19,11 +19,9 @@ frmUpgrade::frmUpgrade(wxWindow* parent, services::WindowContext& window_context
                        firmware::Firmware& firmware, radiodb::RadioDb& db)
     : TaskWindow(parent, window_context, "frmUpgrade", kHelpPage),
       firmware_(firmware),
-      panel_(new UpgradePanel(this, window_context, firmware.link)),
+      panel_(new UpgradePanel(this, window_context, firmware.link, [this] { Browse(); })),
       upgrade_(firmware, db, *panel_) {
   const services::Session& session = context.session;
-  cmdBrowseBinary = services::MakeButton(this, NLSFmt(session, "&Browse..."), "cmdBrowseBinary",
-                                         [this] { Browse(); });
   chkSaveMain = services::MakeCheckBox(
       this, NLSFmt(session, "Read, save then reprogram radio main database"), "chkSaveMain");
   chkSaveCalibration = services::MakeCheckBox(
@@ -42,7 +40,6 @@ frmUpgrade::frmUpgrade(wxWindow* parent, services::WindowContext& window_context
 
   auto* rows = new wxBoxSizer(wxVERTICAL);
   const wxSizerFlags row = wxSizerFlags().Border(wxBOTTOM, services::Gap(this));
-  rows->Add(cmdBrowseBinary, wxSizerFlags(row).Right());
   for (wxCheckBox* box : {chkSaveMain, chkSaveCalibration, chkUpgradeCalibration, chkAppLaunchExe})
     rows->Add(box, row);
   rows->Add(panel_, wxSizerFlags(1).Expand());
@@ -79,18 +76,22 @@ void frmUpgrade::Browse() {
 
 void frmUpgrade::Upgrade() {
   if (context.job.IsRunning()) return;
-  panel_->Clear();
+  panel_->Begin();
   const auto enable = [this](bool enabled) {
     for (wxWindow* control : std::initializer_list<wxWindow*>{
-             cmdBrowseBinary, cmdUpgrade, chkSaveMain, chkSaveCalibration, chkUpgradeCalibration,
-             chkAppLaunchExe})
+             cmdUpgrade, chkSaveMain, chkSaveCalibration, chkUpgradeCalibration, chkAppLaunchExe})
       control->Enable(enabled);
   };
   enable(false);
+  bool done = false;
   {
     const services::JobControl::Scope job(context.job, [this] { upgrade_.Cancel(); });
-    upgrade_.Upgrade(Selections());
+    done = upgrade_.Upgrade(Selections());
   }
+  panel_->End(NLSFmt(context.session,
+                     done
+                         ? services::NLSText("The upgrade process has completed successfully")
+                         : services::NLSText("The upgrade process did not complete successfully")));
   enable(true);
 }
 

@@ -29,7 +29,6 @@ class frmUpgrade : public services::TaskWindow {
   wxCheckBox* chkSaveCalibration;
   wxCheckBox* chkUpgradeCalibration;
   wxCheckBox* chkAppLaunchExe;
-  wxButton* cmdBrowseBinary;
   wxButton* cmdUpgrade;
   wxButton* cmdCancel;
   ManualUpgrade upgrade_;

@@ -20,17 +20,22 @@ void UpgradePanel::ReadWriteProgress::ShowStatus(const std::string& status) {
 }
 
 UpgradePanel::UpgradePanel(wxWindow* parent, services::WindowContext& window_context,
-                           const link::Link& link)
+                           const link::Link& link, std::function<void()> on_browse)
     : wxPanel(parent),
       context_(window_context),
       pnlProgress(new services::ProgressPanel(this, window_context)),
       read_write_(*pnlProgress, window_context) {
   const services::Session& session = context_.session;
   const std::string file_label = NLSFmt(session, "Firmware file:");
-  auto* file_row = services::LabelGrid(this);
+  auto* file_row = services::LabelGrid(this, on_browse ? 3 : 2);
   file_row->Add(services::MakeLabel(this, file_label), wxSizerFlags().CentreVertical());
   txtBinaryFileName = services::MakeTextBox(this, "txtBinaryFileName", file_label, wxTE_READONLY);
   file_row->Add(txtBinaryFileName, wxSizerFlags(1).Expand());
+  if (on_browse) {
+    cmdBrowseBinary = services::MakeButton(this, NLSFmt(session, "&Browse..."), "cmdBrowseBinary",
+                                           std::move(on_browse));
+    file_row->Add(cmdBrowseBinary);
+  }
 
   txtUpgradeSteps = services::MakeTextBox(this, "txtUpgradeSteps", NLSFmt(session, "Steps"),
                                           wxTE_READONLY | wxTE_MULTILINE);
@@ -57,9 +62,16 @@ UpgradePanel::UpgradePanel(wxWindow* parent, services::WindowContext& window_con
   ShowStep(nullptr);
 }
 
-void UpgradePanel::Clear() {
+void UpgradePanel::Begin() {
+  if (cmdBrowseBinary != nullptr) cmdBrowseBinary->Disable();
   txtUpgradeSteps->Clear();
   ShowStep(nullptr);
+}
+
+void UpgradePanel::End(const std::string& result) {
+  if (cmdBrowseBinary != nullptr) cmdBrowseBinary->Enable();
+  ShowStep(nullptr);
+  ShowStatus(result);
 }
 
 void UpgradePanel::ShowFirmwareFile(const std::string& full_name) {

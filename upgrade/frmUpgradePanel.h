@@ -2,6 +2,7 @@
 // and the progress of the step. The steps can be copied.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include <wx/panel.h>
@@ -15,10 +16,14 @@ namespace zep::upgrade {
 
 class UpgradePanel : public wxPanel, public UpgradeView {
  public:
-  UpgradePanel(wxWindow* parent, services::WindowContext& window_context, const link::Link& link);
+  // With on_browse there is a button beside the firmware file.
+  UpgradePanel(wxWindow* parent, services::WindowContext& window_context, const link::Link& link,
+               std::function<void()> on_browse = {});
 
   // A new run begins: the steps of the last one are cleared.
-  void Clear();
+  void Begin();
+  // The run is over; how it ended is the last of the steps.
+  void End(const std::string& result);
 
   void ShowFirmwareFile(const std::string& full_name) override;
   void ShowStatus(const std::string& status) override;
@@ -50,6 +55,7 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   firmware::TransferRun* run_ = nullptr;
 
   wxTextCtrl* txtBinaryFileName;
+  wxButton* cmdBrowseBinary = nullptr;
   wxTextCtrl* txtUpgradeSteps;
   services::ProgressPanel* pnlProgress;
   ReadWriteProgress read_write_;
