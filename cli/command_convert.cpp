@@ -122,6 +122,20 @@ bool IsOfVersion(services::Session& session, const ConvertOptions& options,
          services::Answer::kYes;
 }
 
+// There are no steps back: older versions know less, but nothing is taken out of the data.
+bool MayGoBack(services::Session& session, const Versions& versions) {
+  if (versions.to >= versions.from) return true;
+  const std::string question = NLSFmt(
+      session,
+      "Personality data cannot be converted back from version %0:s to %1:s: only the version "
+      "in it would change. Write it nevertheless?",
+      {std::to_string(versions.from), std::to_string(versions.to)});
+  return NLSMsgBox(session, question,
+                   {.icon = services::Icon::kQuestion,
+                    .buttons = services::Buttons::kYesNo,
+                    .cautious = true}) == services::Answer::kYes;
+}
+
 ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
   services::Session& session = program.session;
   const std::optional<radiodb::DataFile> file = upgrade::ReadSoundFile(session, options.saved_file);
@@ -133,7 +147,7 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
   if (!versions) return ExitStatus::kUsage;
   if (identity && !IsOfVersion(session, options, *identity, versions->from))
     return ExitStatus::kRefused;
-  if (!MayWrite(program, options)) return ExitStatus::kRefused;
+  if (!MayGoBack(session, *versions) || !MayWrite(program, options)) return ExitStatus::kRefused;
 
   std::vector<upgrade::Change> changes;
   upgrade::UpgradeLog log(session, options.dry_run ? "" : upgrade::UpgradeLogFile(session));

@@ -147,6 +147,8 @@ TEST(ZepctlConvert, ConvertsFilesOrShowsWhatWouldChange) {
         "--yes|0|"
         "the new database version\nNothing was written.\n|",
         "personality F/old.ops F/new --from 4.02 --to 4.03 --defaults F/default.ops|1||",
+        "personality F/old.ops F/new --to 399 --defaults F/default.ops|1||",
+        "personality F/old.ops F/new --to 399 --defaults F/default.ops --yes|0||made",
         "personality F/old.ocs F/new --to 405 --defaults F/default.ops|1||",
         "personality F/old.ops F/old.ops --to 405 --defaults F/default.ops --yes|1||",
         "calibration F/old.ocs F/old.ocs --to 103 --yes|1||",
