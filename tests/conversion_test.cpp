@@ -240,6 +240,11 @@ TEST_F(Conversion, WritesUpToDateDataAllTheSame) {
               EndsWith(Lines({"---", Identity("0402"), Record("050003", "010203")})));
 }
 
+TEST_F(Conversion, ConvertsToTheOldestVersionToo) {
+  EXPECT_TRUE(ConvertFile(Request("0205")));
+  EXPECT_THAT(test_.folder.Read("upgrade/saved.ops").value_or(""), HasSubstr(Identity("0205")));
+}
+
 TEST_F(Conversion, FailsWithOneLineAndNoFile) {
   // What is wrong, new version, a file that is written or with "-" removed, the log's last line.
   for (const char* row :

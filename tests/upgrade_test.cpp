@@ -75,7 +75,9 @@ TEST(FirmwareSelection, FindsAFileWhereTheUserShowsIt) {
   const std::string other = test.folder.Write("elsewhere/other.bin", "x");
   std::string folder = test.folder.Path("");
   std::string name = "gone.bin";
-  const auto get = [&] { return GetFile(test.session, folder, name, "Find gone.bin..."); };
+  const auto get = [&] {
+    return GetFile(test.session, folder, name, FindTitle(test.session, name));
+  };
   test.user.WillAnswer("Cannot find gone.bin would you like to locate the file?", Answer::kNo);
   EXPECT_FALSE(get());
   for (const std::optional<std::string>& choice : {std::optional<std::string>(), {other}}) {
@@ -84,6 +86,7 @@ TEST(FirmwareSelection, FindsAFileWhereTheUserShowsIt) {
     EXPECT_EQ(get(), choice.has_value());
   }
   EXPECT_EQ(folder + name, other);
+  EXPECT_EQ(test.user.file_requests[1].title, "Find gone.bin...");
   EXPECT_EQ(test.user.file_requests[1].filter, "All files|*.*");
   EXPECT_TRUE(get()) << "now it is there";
 }
@@ -307,15 +310,33 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
     EXPECT_EQ(bench.Note(), bench.Started());
     std::string last;
     for (std::size_t line = 5; line < fields.size(); ++line) last += "|" + fields[line];
-    if (fields[3][0] == 'c')
-      last += "|There was a comms error - The upgrade process did not complete";
-    if (fields[3][0] == 'f') last += "|The upgrade process did not complete successfully";
+    if (fields[3][0] != 'u') {
+      const std::string report =
+          fields[3][0] == 'c' ? "There was a comms error - The upgrade process did not complete"
+                              : "The upgrade process did not complete successfully";
+      EXPECT_THAT(bench.Boxes(), HasSubstr("information " + report + " -> OK\n"));
+      last += "|" + report;
+    }
     if (bench.Started()) {
       last += "|The radio's data is in " + kBothFiles;
       EXPECT_THAT(bench.Boxes(), HasSubstr("The data of this radio is in " + kBothFiles));
       EXPECT_THAT(bench.folder.Read(kDataFile).value_or(""), HasSubstr("\r\n3000142F"));
     }
     EXPECT_THAT(bench.Log(), EndsWith(last + "|"));
+  }
+}
+
+TEST(AutomaticUpgrade, SaysInABoxWhatIsWrongWithTheFirmware) {
+  for (const char* row :
+       {",firmware=0333||Unsupported firmware version in radio. Please upgrade manually.",
+        ",firmware=0126||Firmware already up-to-date. Upgrade not required.",
+        "|write PP11PhaseI.bin short|Corrupt firmware file to download."}) {
+    const std::vector<std::string> fields = testing::Fields(row);
+    UpgradeBench bench(fields[0], fields[1]);
+    bench.Upgrade();
+    EXPECT_THAT(bench.Boxes(), HasSubstr("information " + fields[2] + " -> OK\n"));
+    EXPECT_EQ(bench.Boxes().find("The upgrade process") == std::string::npos,
+              fields[0].ends_with("0126"));
   }
 }
 
@@ -338,6 +359,7 @@ TEST(AutomaticUpgrade, AbortsAtTheNextStep) {
     };
     EXPECT_EQ(bench.Upgrade(), "aborted 6");
     EXPECT_THAT(bench.Log(), HasSubstr("|" + fields[1] + "|The upgrade process was aborted|"));
+    EXPECT_THAT(bench.Boxes(), HasSubstr("information The upgrade process was aborted -> OK\n"));
     EXPECT_EQ(bench.Flashed(), fields[2] == "yes");
   }
 }
