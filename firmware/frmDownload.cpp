@@ -256,6 +256,7 @@ void frmDownload::Download() {
 }
 
 void frmDownload::Upload() {
+  if (context.job.IsRunning()) return;
   EnableInputs(false);
   const std::string report = UploadFirmwareToChosenFile(this, context, firmware_);
   EnableInputs(true);
