@@ -178,6 +178,9 @@ services::TaskWindow* frmMain::MakeTaskWindow(wxWindow* parent, Task task) {
 bool frmMain::CloseForm() {
   if (task_ != nullptr && !task_->MayClose()) return false;
   application_.current_task = Task::kNone;
+  // At once, so that the next window finds the settings that this one stores. Its frame follows
+  // when the toolkit can do without it.
+  if (task_ != nullptr) task_->Destroy();
   task_ = nullptr;
   if (child_ != nullptr) child_->Destroy();
   child_ = nullptr;
