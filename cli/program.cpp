@@ -181,10 +181,7 @@ void Program::Finish(ExitStatus status) {
 }
 
 void Program::ShowNote(const platform::SystemError& error) {
-  if (!error) return;
-  std::string text = error.subject + ": " + error.description + ".";
-  if (!error.advice.empty()) text = NLSFmt(session, error.advice, error.advice_arguments);
-  user.Say(text);
+  if (error) user.Say(services::ErrorNote(session, error));
 }
 
 }  // namespace zep::cli

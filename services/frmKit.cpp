@@ -20,6 +20,29 @@ constexpr int kGap = 8;
 constexpr int kMargin = 12;
 constexpr int kScrollStep = 10;
 
+// The label with its mnemonic at another letter, which is taken then: "&Copy" becomes "C&opy".
+// Where the letter is written behind the text, as in Chinese, "(&C)", it is replaced by any that is
+// free.
+wxString WithFreeMnemonic(const wxString& label, std::set<wxChar>& taken) {
+  const int at = label.Find('&');
+  wxString text = label;
+  text.erase(static_cast<std::size_t>(at), 1);
+  if (label.Find("(&") != wxNOT_FOUND) {
+    for (wxChar letter = 'A'; letter <= 'Z'; ++letter) {
+      if (!taken.insert(letter).second) continue;
+      text[static_cast<std::size_t>(at)] = letter;
+      return text.insert(static_cast<std::size_t>(at), "&");
+    }
+    return text;
+  }
+  for (std::size_t place = 0; place < text.size(); ++place) {
+    const wxChar letter = wxToupper(text[place]);
+    if (letter >= 'A' && letter <= 'Z' && taken.insert(letter).second)
+      return text.insert(place, "&");
+  }
+  return text;
+}
+
 }  // namespace
 
 wxString ToWx(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), utf8.size()); }
@@ -126,6 +149,25 @@ wxSizer* HelpOkCancelRow(wxDialog* dialog, const WindowContext& context, const s
   return ButtonRow(dialog, {help, ok, cancel});
 }
 
+wxChar MnemonicOf(const wxString& label) {
+  for (std::size_t at = 0; at + 1 < label.size(); ++at) {
+    if (label[at] != '&') continue;
+    if (label[at + 1] != '&') return wxToupper(label[at + 1]);
+    ++at;  // "&&" shows an ampersand
+  }
+  return 0;
+}
+
+void SpreadMnemonics(wxWindow* window, std::set<wxChar>& taken) {
+  for (wxWindow* child : window->GetChildren()) {
+    const wxString label = child->GetLabel();
+    const wxChar letter = MnemonicOf(label);
+    if (letter != 0 && !taken.insert(letter).second)
+      child->SetLabel(WithFreeMnemonic(label, taken));
+    SpreadMnemonics(child, taken);
+  }
+}
+
 void SetContents(wxWindow* window, wxSizer* contents) {
   auto* margin = new wxBoxSizer(wxVERTICAL);
   margin->Add(contents, wxSizerFlags(1).Expand().Border(wxALL, window->FromDIP(kMargin)));
@@ -168,6 +210,8 @@ TaskWindow::TaskWindow(wxWindow* parent, WindowContext& window_context, const ch
 
 void TaskWindow::SetContents(wxSizer* contents) {
   services::SetContents(this, contents);
+  std::set<wxChar> taken = context.menu_letters;
+  SpreadMnemonics(this, taken);
   FitInside();
 }
 

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <initializer_list>
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -69,6 +70,7 @@ struct WindowContext {
   std::function<void(const std::string& status)> show_status{};  // in its status bar
   std::function<void()> show_transcript{};                       // what went over the wires
   std::function<void()> close_task{};  // closes the task window, after the running handler
+  std::set<wxChar> menu_letters{};     // with Alt they open the menus; upper case
 
   // The given function when there is one.
   template <typename Function, typename... Arguments>
@@ -108,6 +110,13 @@ wxButton* MakeHelpButton(wxWindow* parent, const WindowContext& context, const s
 // when it may; Escape cancels.
 wxSizer* HelpOkCancelRow(wxDialog* dialog, const WindowContext& context, const std::string& page,
                          std::function<void()> on_ok);
+
+// The letter that follows "&" in the label, in upper case; 0 when there is none.
+wxChar MnemonicOf(const wxString& label);
+
+// Gives every control in the window with a mnemonic one that is not taken, which adds it to those.
+// A label in which no letter is free loses its mnemonic.
+void SpreadMnemonics(wxWindow* window, std::set<wxChar>& taken);
 
 // Lays out a window's contents with a margin around them.
 void SetContents(wxWindow* window, wxSizer* contents);

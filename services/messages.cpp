@@ -110,4 +110,9 @@ void ReportError(Session& session, const platform::SystemError& error, std::stri
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
 }
 
+std::string ErrorNote(const Session& session, const platform::SystemError& error) {
+  if (!error.advice.empty()) return NLSFmt(session, error.advice, error.advice_arguments);
+  return error.subject + ": " + error.description + ".";
+}
+
 }  // namespace zep::services

@@ -50,4 +50,8 @@ std::string PadMessage(std::string text);
 void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure,
                  int port = 0);
 
+// The error in a sentence: cause and next step when known, else what it is about and the system's
+// words.
+std::string ErrorNote(const Session& session, const platform::SystemError& error);
+
 }  // namespace zep::services

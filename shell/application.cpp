@@ -8,6 +8,7 @@
 #include "link/frmPreferences.h"
 #include "link/frmSelectCommPort.h"
 #include "link/port_slots.h"
+#include "services/messages.h"
 
 namespace zep::shell {
 namespace {
@@ -75,11 +76,12 @@ void Application::UseSlotDevices() {
   }
 }
 
-void Application::UseLanguage() {
+platform::SystemError Application::UseLanguage() {
   UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
-  services::LoadTexts(session);
+  platform::SystemError error = services::LoadTexts(session);
   UseToolkitLanguage(session.translation.GetLanguage());
   if (on_language) on_language();
+  return error;
 }
 
 void Application::ShowPreferences(link::Link& shown_link) {
@@ -97,7 +99,9 @@ void Application::ShowPreferences(link::Link& shown_link) {
   link::ApplyPreferences(shown_link, outcome.ticked);
   link::CheckCommPorts(shown_link, false);
   UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
-  if (UILanguage != language) UseLanguage();
+  if (UILanguage == language) return;
+  if (const platform::SystemError error = UseLanguage())
+    NLSMsgBox(session, ErrorNote(session, error));
 }
 
 void Application::ShowPortSelection(link::Link& shown_link) {

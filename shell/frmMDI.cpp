@@ -55,6 +55,12 @@ struct frmMDI::MenuEntry {
   bool offered = true;
 };
 
+struct frmMDI::MenuHeading {
+  const char* name;  // "mnuFile"
+  int resource;
+  std::vector<MenuEntry> entries;
+};
+
 frmMDI::frmMDI(Application& application)
     : wxAuiMDIParentFrame(nullptr, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                           wxDEFAULT_FRAME_STYLE | wxFRAME_NO_WINDOW_MENU, "frmMDI"),
@@ -78,7 +84,7 @@ frmMDI::frmMDI(Application& application)
   layout_.Update();
 
   services::WindowContext& context = application.context;
-  context.show_help = [this](const std::string& page) { help_.ShowPage(page); };
+  context.show_help = [this](const std::string& page) { ShowHelp(page); };
   context.show_status = [this](const std::string& status) {
     if (GetStatusBar()->GetStatusText(kStatusText) != ToWx(status))
       SetStatusText(ToWx(status), kStatusText);
@@ -111,7 +117,7 @@ void frmMDI::MDIForm_Load() {
   ShowModeAndLanguage();
 }
 
-std::vector<std::pair<int, std::vector<frmMDI::MenuEntry>>> frmMDI::Menus() {
+std::vector<frmMDI::MenuHeading> frmMDI::Menus() {
   Application& application = application_;
   const services::Session& session = application.session;
   const auto launch = [&application](AppType type) {
@@ -123,17 +129,19 @@ std::vector<std::pair<int, std::vector<frmMDI::MenuEntry>>> frmMDI::Menus() {
   const std::string_view mode = session.factory_mode ? NLSText("Change to Customer &Mode")
                                                      : NLSText("Change to Factory &Mode");
   return {
-      {services::kResCaptionFile,
+      {"mnuFile",
+       services::kResCaptionFile,
        {{.name = "mnuPreferences",
          .resource = services::kResCaptionPreferences,
          .key = "\tCtrl+,",
-         .action = [&application] { application.ShowPreferences(application.link); }},
+         .action = [this] { Preferences(); }},
         {.name = "mnuBar1"},
         {.name = "mnuExit",
          .resource = services::kResCaptionExit,
          .key = "\tCtrl+Q",
          .action = [this] { Exit(); }}}},
-      {services::kResCaptionRadio,
+      {"mnuRadio",
+       services::kResCaptionRadio,
        {{.name = "mnuRead",
          .resource = services::kResCaptionRead,
          .key = "\tCtrl+R",
@@ -142,7 +150,8 @@ std::vector<std::pair<int, std::vector<frmMDI::MenuEntry>>> frmMDI::Menus() {
          .resource = services::kResCaptionProgram,
          .key = "\tCtrl+P",
          .action = [this] { Program(); }}}},
-      {services::kResCaptionTools,
+      {"mnuTools",
+       services::kResCaptionTools,
        {{.name = "mnuMode", .text = mode, .action = [this] { ChangeMode(); }},
         {.name = "mnuTranscript",
          .text = NLSText("&Wire Transcript..."),
@@ -168,7 +177,8 @@ std::vector<std::pair<int, std::vector<frmMDI::MenuEntry>>> frmMDI::Menus() {
          .text = NLSText("Read &Firmware..."),
          .action = [this] { ReadFirmware(); },
          .offered = session.in_house}}},
-      {services::kResCaptionInternet,
+      {"mnuInternet",
+       services::kResCaptionInternet,
        {{.name = "mnuVornWorld",
          .resource = services::kResCaptionWorld,
          .action = browse("WWWHomePage", services::kResHomePage)},
@@ -179,7 +189,8 @@ std::vector<std::pair<int, std::vector<frmMDI::MenuEntry>>> frmMDI::Menus() {
         {.name = "mnuVornUpdate",
          .resource = services::kResCaptionUpdate,
          .action = browse("WWWApplicationUpgrade", services::kResApplicationUpgrade)}}},
-      {services::kResCaptionHelp,
+      {"mnuHelp",
+       services::kResCaptionHelp,
        {{.name = "mnuContents",
          .resource = services::kResCaptionContents,
          .action = [this] { help_.ShowContents(); }},
@@ -196,13 +207,18 @@ std::vector<std::pair<int, std::vector<frmMDI::MenuEntry>>> frmMDI::Menus() {
 void frmMDI::BuildMenus() {
   entries_.clear();
   auto* bar = new wxMenuBar;
-  for (const auto& [heading, entries] : Menus()) {
+  std::set<wxChar>& letters = application_.context.menu_letters;
+  letters.clear();
+  for (const MenuHeading& heading : Menus()) {
     auto* menu = new wxMenu;
-    for (const MenuEntry& entry : entries) {
+    for (const MenuEntry& entry : heading.entries) {
       if (entry.offered) AddEntry(*menu, entry);
     }
     const services::Session& session = application_.session;
-    bar->Append(menu, ToWx(NLSFmt(session, session.strings.Get(heading))));
+    const wxString caption = ToWx(NLSFmt(session, session.strings.Get(heading.resource)));
+    letters.insert(services::MnemonicOf(caption));
+    headings_[heading.name] = bar->GetMenuCount();
+    bar->Append(menu, caption);
   }
   wxMenuBar* old = GetMenuBar();
   SetMenuBar(bar);
@@ -233,6 +249,8 @@ wxMenuItem* frmMDI::Entry(const std::string& name) const {
   return found == entries_.end() ? nullptr : found->second;
 }
 
+std::size_t frmMDI::Heading(const std::string& name) const { return headings_.at(name); }
+
 void frmMDI::ShowModeAndLanguage() {
   const services::Session& session = application_.session;
   const std::string mode = NLSFmt(session, ModeName(session));
@@ -249,6 +267,13 @@ void frmMDI::ShowLanguage() {
   ShowModeAndLanguage();
   SetStatusText("", kStatusText);
   main_->ShowLanguage();
+}
+
+void frmMDI::Preferences() {
+  application_.ShowPreferences(application_.link);
+  // The ports may have changed.
+  auto* download = dynamic_cast<firmware::frmDownload*>(main_->TaskForm());
+  if (download != nullptr) download->UpdateOffers();
 }
 
 void frmMDI::Read() {
@@ -287,6 +312,14 @@ void frmMDI::ShowTranscript() {
   }
   transcript_->Show();
   transcript_->Raise();
+}
+
+// Above the window of a job only a modal window could be used, behind which the job would stand
+// still.
+void frmMDI::ShowHelp(const std::string& page) {
+  const bool is_above_job =
+      application_.context.job.IsRunning() && services::DialogParent() != this;
+  if (!is_above_job) help_.ShowPage(page);
 }
 
 void frmMDI::Exit() {
@@ -338,7 +371,7 @@ void frmMDI::OnKey(wxKeyEvent& event) {
       main_->FocusTree();
     }
   } else if (event.GetKeyCode() == WXK_F1 && !event.HasAnyModifiers()) {
-    help_.ShowPage("main_window.htm");
+    ShowHelp("main_window.htm");
   } else {
     event.Skip();
   }

@@ -24,25 +24,31 @@ class frmMDI : public wxAuiMDIParentFrame {
   explicit frmMDI(Application& application);
   ~frmMDI() override;
 
-  // The menu entry of that name ("mnuRead"); null while it is not offered.
+  // The menu entry of that name ("mnuRead"); null while it is not offered. And the place of a
+  // heading
+  // ("mnuRadio") in the menu bar.
   wxMenuItem* Entry(const std::string& name) const;
+  std::size_t Heading(const std::string& name) const;
   frmMain& MainWindow() { return *main_; }
 
  private:
   struct MenuEntry;
+  struct MenuHeading;
 
   void MDIForm_Load();
   void BuildMenus();
   void AddEntry(wxMenu& menu, const MenuEntry& entry);
-  std::vector<std::pair<int, std::vector<MenuEntry>>> Menus();
+  std::vector<MenuHeading> Menus();
   void ShowModeAndLanguage();
   void ShowLanguage();
 
+  void Preferences();
   void Read();
   void Program();
   void ChangeMode();
   void ReadFirmware();
   void ShowTranscript();
+  void ShowHelp(const std::string& page);
   void Exit();
 
   void OnJob(bool running);
@@ -55,6 +61,7 @@ class frmMDI : public wxAuiMDIParentFrame {
   frmMain* main_;
   frmTranscript* transcript_ = nullptr;
   std::map<std::string, wxMenuItem*> entries_;
+  std::map<std::string, std::size_t> headings_;
   bool close_after_job_ = false;
 };
 

@@ -49,6 +49,24 @@ bool TakeOption(Application& application, std::string_view word) {
   return true;
 }
 
+// The language, with a word on what could not be read of texts and settings; the program does
+// without it.
+void ReadTexts(Application& application) {
+  services::Session& session = application.session;
+  const platform::SystemError texts = application.UseLanguage();
+  for (const platform::SystemError& error : {texts, application.surroundings.user_hive.Problem(),
+                                             application.surroundings.machine_hive.Problem()}) {
+    if (error) NLSMsgBox(session, ErrorNote(session, error));
+  }
+  if (const std::string& problem = session.translation.Problem(); !problem.empty()) {
+    NLSMsgBox(session, NLSFmt(session,
+                              "The dictionary is damaged (%0:s), so some texts are in English. "
+                              "Please reinstall this application.",
+                              {problem}));
+  }
+  if (!session.strings.Problem().empty()) NLSMsgBox(session, session.strings.Problem());
+}
+
 }  // namespace
 
 std::optional<int> DetectCpu(Application& application) {
@@ -89,7 +107,7 @@ frmMDI* Main(Application& application, std::string_view command_line) {
   services::Session& session = application.session;
   if (!CheckCommandLine(application, command_line)) return nullptr;
   if (!AppInitialise(application, false)) return nullptr;
-  application.UseLanguage();
+  ReadTexts(application);
   // Kept: these two modes are switched off in this build, whatever the command line says.
   session.high_speed = false;
   session.upload = false;

@@ -1,4 +1,5 @@
-// The program's start: command line, single copy, language, splash, ports, then the main window.
+// MainModule, the program's start: command line, single copy, language, splash, ports, then the
+// main window.
 #pragma once
 
 #include <optional>

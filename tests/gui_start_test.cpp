@@ -1,5 +1,7 @@
 // The program's start and its frame: command line, single copy, ports, menus, task tree, modes,
 // language, companions, closing.
+#include <gmock/gmock.h>
+
 #include "tests/gui_testing.h"
 
 namespace zep::testing {
@@ -187,6 +189,99 @@ TEST(Menus, ExitAsksAndCancelLeavesEverythingAsItWas) {
   EXPECT_EQ(desktop.frame, nullptr);
   EXPECT_EQ(desktop.Boxes(),
             "Are you sure you wish to Exit? -> No\nAre you sure you wish to Exit? -> Yes\n");
+}
+
+TEST(StartUp, GoesOnInEnglishWithADamagedDictionaryAndSaysSo) {
+  Desktop desktop({"sim:conventional"}, "ZEP", 2);
+  desktop.folder.Write("ZEPDLCA.mld", "fr \"sans anglais\"\n");
+  ASSERT_TRUE(desktop.Start());
+  EXPECT_THAT(desktop.Boxes(), ::testing::MatchesRegex("The dictionary is damaged .line 1.*"));
+  EXPECT_EQ(desktop.frame->GetMenuBar()->GetMenuLabelText(desktop.frame->Heading("mnuFile")),
+            "File");
+}
+
+// Letters that several controls or menus of one window share, and labels that are cut off.
+std::string Clashes(const wxWindow* window, std::map<wxChar, wxString>& owners) {
+  std::string clashes;
+  for (const wxWindow* child : window->GetChildren()) {
+    const wxString label = child->GetLabel();
+    const wxChar letter = services::MnemonicOf(label);
+    if (letter != 0 && child->IsShown()) {
+      const auto [owner, is_new] = owners.emplace(letter, label);
+      if (!is_new) clashes += (owner->second + " / " + label + "\n").utf8_string();
+    }
+    const bool has_text = dynamic_cast<const wxButton*>(child) != nullptr ||
+                          dynamic_cast<const wxCheckBox*>(child) != nullptr;
+    if (has_text && child->IsShown() && child->GetSize().x < child->GetBestSize().x)
+      clashes += (label + " is cut off\n").utf8_string();
+    clashes += Clashes(child, owners);
+  }
+  return clashes;
+}
+
+std::string MenuClashes(const wxMenu& menu) {
+  std::map<wxChar, wxString> owners;
+  std::string clashes;
+  for (const wxMenuItem* item : menu.GetMenuItems()) {
+    const wxChar letter = services::MnemonicOf(item->GetItemLabel());
+    const auto [owner, is_new] = owners.emplace(letter, item->GetItemLabel());
+    if (!item->IsSeparator() && letter == 0)
+      clashes += item->GetItemLabel().utf8_string() + " has no letter\n";
+    if (letter != 0 && !is_new)
+      clashes += (owner->second + " / " + item->GetItemLabel() + "\n").utf8_string();
+  }
+  return clashes;
+}
+
+TEST(Keyboard, NoLetterIsTakenTwiceInAnyWindowOrLanguage) {
+  for (int language = 1; language <= services::kLanguageCount; ++language) {
+    Desktop desktop({"sim:conventional"}, "Torvik", language);
+    ASSERT_TRUE(desktop.Start("INHOUSE"));
+    const wxMenuBar* bar = desktop.frame->GetMenuBar();
+    std::map<wxChar, wxString> headings;
+    for (std::size_t at = 0; at < bar->GetMenuCount(); ++at) {
+      const wxString caption = bar->GetMenuLabel(at);
+      EXPECT_TRUE(headings.emplace(services::MnemonicOf(caption), caption).second) << caption;
+      EXPECT_EQ(MenuClashes(*bar->GetMenu(at)), "") << caption;
+    }
+    for (const char* task : {"Specifications", "Download", "Upgrade"}) {
+      SCOPED_TRACE(std::string(task) + " in language " + std::to_string(language));
+      desktop.Open(task);
+      std::map<wxChar, wxString> owners = headings;
+      EXPECT_EQ(Clashes(desktop.frame->MainWindow().TaskForm(), owners), "");
+    }
+    for (const auto& [dialog, entry] : std::map<std::string, std::string>{
+             {"frmPreferences", "mnuPreferences"}, {"frmAbout", "mnuAbout"}}) {
+      SCOPED_TRACE(dialog + " in language " + std::to_string(language));
+      desktop.dialogs.WhenShown(dialog, [](wxDialog& shown) {
+        std::map<wxChar, wxString> owners;
+        EXPECT_EQ(Clashes(&shown, owners), "");
+        EXPECT_NE(shown.GetEscapeId(), wxID_NONE);
+        shown.EndModal(wxID_CANCEL);
+      });
+      desktop.Menu(entry);
+    }
+  }
+}
+
+TEST(Help, EveryWindowShowsItsOwnPage) {
+  Desktop desktop({"sim:conventional"}, "Torvik");
+  ASSERT_TRUE(desktop.Start());
+  std::string pages;
+  desktop.application->context.show_help = [&](const std::string& page) {
+    EXPECT_TRUE(std::filesystem::exists(ZEP_SOURCE_DIR "/resources/help/en/" + page)) << page;
+    pages += page + " ";
+  };
+  for (const char* task : {"Specifications", "Download", "Upgrade"}) {
+    desktop.Open(task);
+    desktop.Click("cmdHelp");
+  }
+  desktop.dialogs.WhenShown("frmPreferences", [&](wxDialog& dialog) {
+    desktop.Click("cmdHelp", &dialog);
+    dialog.EndModal(wxID_CANCEL);
+  });
+  desktop.Menu("mnuPreferences");
+  EXPECT_EQ(pages, "specification.htm download.htm automatic_upgrade.htm preferences.htm ");
 }
 
 }  // namespace
