@@ -19,6 +19,7 @@
 #include "shell/application.h"
 #include "shell/frmMDI.h"
 #include "shell/start_up.h"
+#include "shell/toolkit.h"
 #include "simulator/simulated_port.h"
 
 namespace zep::benchmarks {
@@ -152,6 +153,7 @@ void Paced(const std::string& folder) {
 int main(int argc, char** argv) {
   if (argc < 2) zep::benchmarks::Fail("please name the folder with the sample files");
   const std::string folder = argv[1];
+  zep::shell::PrepareToolkit();
   wxApp::SetInstance(new wxApp);
   if (!wxEntryStart(argc, argv)) zep::benchmarks::Fail("there is no screen");
   wxTheApp->SetExitOnFrameDelete(false);

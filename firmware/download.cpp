@@ -125,22 +125,6 @@ bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
   return true;
 }
 
-bool BrowseBinary(Firmware& firmware) {
-  Session& session = firmware.link.session;
-  DownloadChoices choices = LoadDownloadChoices(session);
-  const std::optional<std::string> file = session.user.AskOpenFile(
-      {.title = NLSFmt(session, "Select Firmware File to Download"),
-       .filter = NLSFmt(session, session.strings.Get(services::kResFirmwareFileFilter)),
-       .folder = choices.BinaryFilePath,
-       .name = choices.BinaryFileName});
-  if (!file) return false;
-  choices.BinaryFileName = services::FileTitleOf(*file);
-  choices.BinaryFilePath = services::FolderOf(*file);
-  SaveDownloadChoices(session, choices);
-  CheckChosenImage(firmware, choices);
-  return true;
-}
-
 bool MayWriteImage(Session& session, const std::string& file) {
   if (!platform::FileExists(file)) return true;
   return NLSMsgBox(session, "File exists overwrite?",

@@ -28,10 +28,6 @@ void SaveDownloadChoices(services::Session& session, const DownloadChoices& choi
 // when there is none or it is not valid.
 bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices);
 
-// Has the user choose an image, keeps the choice as settings, makes it the chosen image and checks
-// it. False when the user gave up; a file that is not valid is kept, and the user is told.
-bool BrowseBinary(Firmware& firmware);
-
 // Whether an upload may write this file: it does not exist, or the user says Yes.
 bool MayWriteImage(services::Session& session, const std::string& file);
 

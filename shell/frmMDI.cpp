@@ -95,6 +95,8 @@ frmMDI::frmMDI(Application& application)
   application.on_language = [this] { ShowLanguage(); };
   Bind(wxEVT_CLOSE_WINDOW, &frmMDI::OnClose, this);
   Bind(wxEVT_CHAR_HOOK, &frmMDI::OnKey, this);
+  wxTheApp->Bind(wxEVT_QUERY_END_SESSION, &frmMDI::OnQueryEndSession, this);
+  wxTheApp->Bind(wxEVT_END_SESSION, &frmMDI::OnEndSession, this);
   MDIForm_Load();
   main_->Form_Load();
   ShowModeAndLanguage();
@@ -102,6 +104,8 @@ frmMDI::frmMDI(Application& application)
 }
 
 frmMDI::~frmMDI() {
+  wxTheApp->Unbind(wxEVT_QUERY_END_SESSION, &frmMDI::OnQueryEndSession, this);
+  wxTheApp->Unbind(wxEVT_END_SESSION, &frmMDI::OnEndSession, this);
   services::WindowContext& context = application_.context;
   context.show_help = nullptr;
   context.show_status = nullptr;
@@ -359,6 +363,24 @@ void frmMDI::OnClose(wxCloseEvent& event) {
   close_after_job_ = application_.context.job.IsRunning();
   session.RequestCancel();
   if (!close_after_job_) CallAfter([this] { Close(); });
+}
+
+// The computer is to be shut down or the user logged out: a job holds that up.
+void frmMDI::OnQueryEndSession(wxCloseEvent& event) {
+  if (application_.context.job.IsRunning()) {
+    OnClose(event);
+  } else {
+    event.Skip();
+  }
+}
+
+// It happens all the same: a job stops now, and its handler closes the ports.
+void frmMDI::OnEndSession(wxCloseEvent& event) {
+  if (application_.context.job.IsRunning()) {
+    application_.session.RequestCancel();
+  } else {
+    event.Skip();
+  }
 }
 
 void frmMDI::OnKey(wxKeyEvent& event) {

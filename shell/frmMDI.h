@@ -53,6 +53,8 @@ class frmMDI : public wxAuiMDIParentFrame {
 
   void OnJob(bool running);
   void OnClose(wxCloseEvent& event);
+  void OnQueryEndSession(wxCloseEvent& event);
+  void OnEndSession(wxCloseEvent& event);
   void OnKey(wxKeyEvent& event);
 
   Application& application_;

@@ -13,6 +13,7 @@
 #include "shell/application.h"
 #include "shell/frmMDI.h"
 #include "shell/start_up.h"
+#include "shell/toolkit.h"
 #include "simulator/simulated_port.h"
 
 namespace zep::shell {
@@ -88,14 +89,6 @@ bool Zepdlca::OnInit() {
   instance_.TakeShowRequest();  // one that an earlier copy has left
   show_timer_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { BringToFront(); });
   show_timer_.Start(kShowRequestInterval);
-  // At the end of the user's session a job is stopped; its handler then closes the ports.
-  Bind(wxEVT_END_SESSION, [this](wxCloseEvent& event) {
-    if (application_->context.job.IsRunning()) {
-      application_->session.RequestCancel();
-    } else {
-      event.Skip();
-    }
-  });
   return true;
 }
 
@@ -115,4 +108,13 @@ int Zepdlca::OnExit() {
 }  // namespace
 }  // namespace zep::shell
 
+#ifdef _WIN32
 wxIMPLEMENT_APP(zep::shell::Zepdlca);
+#else
+wxIMPLEMENT_APP_NO_MAIN(zep::shell::Zepdlca);
+
+int main(int argc, char** argv) {
+  zep::shell::PrepareToolkit();
+  return wxEntry(argc, argv);
+}
+#endif

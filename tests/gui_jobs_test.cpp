@@ -222,6 +222,42 @@ TEST(Frame, ClosingItDuringAJobAsksAndNeverLeavesTheJobBehind) {
   }
 }
 
+TEST(Frame, TheEndOfTheSessionWarnsAndStopsAJobCleanly) {
+  Desktop desktop({"sim:torvik"});
+  OpenDownload(desktop, kImage);
+  desktop.AtTurn(10000, [&] {
+    desktop.Answer(wxID_NO);
+    wxCloseEvent query(wxEVT_QUERY_END_SESSION);
+    query.SetCanVeto(true);
+    wxTheApp->ProcessEvent(query);
+    EXPECT_TRUE(query.GetVeto());
+    EXPECT_FALSE(desktop.application->session.Stopped());
+    wxCloseEvent end(wxEVT_END_SESSION);
+    end.SetCanVeto(false);
+    wxTheApp->ProcessEvent(end);
+  });
+  desktop.Click("cmdDownload");
+  EXPECT_THAT(desktop.Boxes(), HasSubstr(std::string(kCancelQuestion) + " -> No\n"));
+  EXPECT_FALSE(desktop.application->session.DownloadSucceeded);
+  EXPECT_FALSE(desktop.application->link.Port(1).IsOpen());
+  EXPECT_EQ(OpenDialogs(), "");
+  ASSERT_NE(desktop.frame, nullptr);
+}
+
+TEST(Frame, ASecondClickDuringAJobStartsNothing) {
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  desktop.AtTurn(20, [&] {
+    EXPECT_FALSE(desktop.Find<wxButton>("cmdReadRadio")->IsEnabled());
+    desktop.Menu("mnuRead");
+    desktop.Open("Download");
+  });
+  desktop.Click("cmdReadRadio");
+  EXPECT_EQ(desktop.Boxes(), "");
+  EXPECT_EQ(desktop.application->current_task, shell::Task::kSpecification);
+  EXPECT_EQ(desktop.Text("lblSerialNumber"), "10000001");
+}
+
 TEST(InHouse, ReadsTheFlashOfOneRadioIntoAFile) {
   Desktop desktop({"sim:conventional,unpaced"});
   ASSERT_TRUE(desktop.Start("INHOUSE"));

@@ -4,8 +4,11 @@
 #include <wx/image.h>
 #include <wx/init.h>
 
+#include "shell/toolkit.h"
+
 int main(int argc, char** argv) {
   ::testing::InitGoogleTest(&argc, argv);
+  zep::shell::PrepareToolkit();
   wxApp::SetInstance(new wxApp);
   if (!wxEntryStart(argc, argv)) return 1;
   wxTheApp->CallOnInit();
