@@ -83,7 +83,10 @@ void NameControl(wxWindow* control, const char* name, std::string_view spoken_na
 
 wxButton* MakeButton(wxWindow* parent, std::string_view label, const char* name,
                      std::function<void()> on_click, wxWindowID id) {
-  auto* button = new wxButton(parent, id, ToWx(label));
+  auto* button = new wxButton(parent, wxID_ANY, ToWx(label));
+  // Not before: a label that the toolkit knows for the id would be replaced by one in the language
+  // of the computer.
+  if (id != wxID_ANY) button->SetId(id);
   NameControl(button, name);
   button->Bind(wxEVT_BUTTON, [action = std::move(on_click)](wxCommandEvent&) { action(); });
   return button;

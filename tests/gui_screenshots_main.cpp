@@ -107,7 +107,7 @@ void Album::Jobs() {
   desktop.Open("Download");
   desktop.Type("txtBinaryFilePath", desktop.folder.Path());
   desktop.Type("txtBinaryFileName", "model11-a1-1mbit.bin");
-  TakeInTurn(desktop, "frmWriteSWToRadio", 40000);
+  TakeInTurn(desktop, "frmWriteSWToRadio", 20000);
   desktop.Click("cmdDownload");
   Take(*desktop.frame, "frmDownload-result");
 
@@ -120,9 +120,10 @@ void Album::Jobs() {
 
 void Album::Upgrades() {
   Desktop desktop({"sim:torvik"}, "Torvik", static_cast<int>(language_));
+  desktop.user_hive.Write(Desktop::kKey, "DefaultDataPath", desktop.folder.Path());
   if (!desktop.Start()) return;
   desktop.Open("Upgrade");
-  desktop.AtTurn(60000, [this, &desktop] { Take(*desktop.frame, "frmAutomaticUpgrade-running"); });
+  desktop.AtTurn(25000, [this, &desktop] { Take(*desktop.frame, "frmAutomaticUpgrade-running"); });
   desktop.Click("cmdUpgrade");
   Take(*desktop.frame, "frmAutomaticUpgrade-done");
 }
