@@ -1,5 +1,6 @@
 #include "firmware/frmWriteSWToRadio.h"
 
+#include "link/frmTranscriptButton.h"
 #include "services/messages.h"
 
 namespace zep::firmware {
@@ -42,7 +43,7 @@ frmWriteSWToRadio::frmWriteSWToRadio(wxWindow* parent, services::WindowContext& 
   const int margin = 2 * services::Gap(this);
   auto* rows = new wxBoxSizer(wxVERTICAL);
   rows->Add(pnlTransfer, wxSizerFlags(1).Expand().Border(wxALL, margin));
-  rows->Add(services::ButtonRow(this, {cmdCancel}),
+  rows->Add(services::ButtonRow(this, {link::MakeTranscriptButton(this, context_), cmdCancel}),
             wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, margin));
   rows->Add(stbStatus, wxSizerFlags().Expand());
   SetSizer(rows);

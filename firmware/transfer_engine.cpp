@@ -156,11 +156,9 @@ void Cancel(TransferRun& run) {
   Session& session = run.firmware.link.session;
   if (run.done || run.asking_to_cancel || session.Stopped()) return;
   run.asking_to_cancel = true;
-  const Answer answer =
-      NLSMsgBox(session, "This action will leave the radio in an undefined state. Cancel?",
-                {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo, .cautious = true});
+  const bool stops = AskToCancel(session);
   run.asking_to_cancel = false;
-  if (answer != Answer::kNo) session.RequestCancel();
+  if (stops) session.RequestCancel();
 }
 
 void UnloadTransfer(TransferRun& run) {

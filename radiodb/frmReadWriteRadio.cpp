@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "link/frmTranscriptButton.h"
 #include "radiodb/data_files.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
@@ -19,14 +20,16 @@ int DataFileFilter(const RadioIdentity& identity) {
   return may_be_several ? services::kResAnyDataFileFilter : services::kResDataFileFilter;
 }
 
-std::optional<std::string> ChooseFileToProgram(const RadioDb& db) {
+std::optional<std::string> ChooseFileToProgram(RadioDb& db) {
   Session& session = db.link.session;
   std::optional<std::string> file = session.user.AskOpenFile(
       {.title = NLSFmt(session, "Select Data File"),
        .filter = NLSFmt(session, session.strings.Get(DataFileFilter(db.identity))),
        .folder = DefaultDataFilePath(session),
        .name = services::FileTitleOf(db.data_file)});
-  if (file) SaveDefaultDataFilePath(session, *file);
+  if (!file) return file;
+  db.data_file = *file;
+  SaveDefaultDataFilePath(session, *file);
   return file;
 }
 
@@ -37,23 +40,27 @@ frmReadWriteRadio::frmReadWriteRadio(wxWindow* parent, services::WindowContext& 
                "frmReadWriteRadio"),
       context_(window_context) {
   pnlProgress = new services::ProgressPanel(this, context_);
+  wxButton* transcript = link::MakeTranscriptButton(this, context_);
   cmdCancel = services::MakeButton(
       this, NLSFmt(context_.session, "&Cancel"), "cmdCancel", [this] { Cancel(); }, wxID_CANCEL);
-  cmdCancel->SetDefault();
   SetEscapeId(wxID_CANCEL);
   services::SetHelpPage(this, context_, "read_write.htm");
 
   const int margin = 2 * services::Gap(this);
   auto* rows = new wxBoxSizer(wxVERTICAL);
   rows->Add(pnlProgress, wxSizerFlags(1).Expand().Border(wxALL, margin));
-  rows->Add(services::ButtonRow(this, {cmdCancel}),
+  rows->Add(services::ButtonRow(this, {transcript, cmdCancel}),
             wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT | wxBOTTOM, margin));
   SetSizer(rows);
   services::FitToScreen(this);
 
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
-    if (event.CanVeto()) event.Veto();
-    Cancel();
+    if (!event.CanVeto()) {
+      Stop();
+      return;
+    }
+    event.Veto();
+    AskAndStop();
   });
   Bind(wxEVT_INIT_DIALOG, [this](wxInitDialogEvent& event) {
     event.Skip();
@@ -75,7 +82,24 @@ void frmReadWriteRadio::RunJob() {
   EndModal(wxID_OK);
 }
 
+// Half a database in the radio is worse than half a file on the disk.
 void frmReadWriteRadio::Cancel() {
+  if (context_.session.TransferMode == services::Transfer::kProgram) {
+    AskAndStop();
+  } else {
+    Stop();
+  }
+}
+
+void frmReadWriteRadio::AskAndStop() {
+  if (asking_ || context_.session.Stopped()) return;
+  asking_ = true;
+  const bool stops = AskToCancel(context_.session);
+  asking_ = false;
+  if (stops) Stop();
+}
+
+void frmReadWriteRadio::Stop() {
   context_.session.RequestCancel();
   cmdCancel->Disable();
 }

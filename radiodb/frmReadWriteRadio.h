@@ -20,7 +20,7 @@ class frmReadWriteRadio : public wxDialog, public ReadWriteView {
   frmReadWriteRadio(wxWindow* parent, services::WindowContext& window_context);
 
   // Shows the window, runs the job in it, closes it and returns what the job returned. Cancel and
-  // closing the window stop the session. The caller makes the link::Job.
+  // closing the window, which asks first, stop the session. The caller makes the link::Job.
   bool Run(const std::function<bool(ReadWriteView&)>& job);
 
   void SetCaption(const std::string& caption) override;
@@ -30,11 +30,15 @@ class frmReadWriteRadio : public wxDialog, public ReadWriteView {
 
  private:
   void RunJob();
+  // The Cancel button: reading stops at once; before programming stops the user is asked.
   void Cancel();
+  void AskAndStop();
+  void Stop();
 
   services::WindowContext& context_;
   std::function<bool(ReadWriteView&)> job_;
   bool succeeded_ = false;
+  bool asking_ = false;
 
   services::ProgressPanel* pnlProgress;
   wxButton* cmdCancel;

@@ -91,6 +91,12 @@ bool MayWriteFile(Session& session, const std::string& file) {
                    {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo}) == Answer::kYes;
 }
 
+bool AskToCancel(Session& session) {
+  return NLSMsgBox(session, "This action will leave the radio in an undefined state. Cancel?",
+                   {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo, .cautious = true}) !=
+         Answer::kNo;
+}
+
 std::string PadMessage(std::string text) {
   const auto is_first_byte = [](char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;

@@ -40,6 +40,9 @@ Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& opti
 // Whether a file may be written: there is none of that name yet, or the user says Yes.
 bool MayWriteFile(Session& session, const std::string& file);
 
+// The question before a job that works on a radio is stopped: true unless the answer is No.
+bool AskToCancel(Session& session);
+
 // A box that reads well is never narrow: a message shorter than 85 characters is padded with blanks
 // on the right. Done by the windows, where the box is shown.
 std::string PadMessage(std::string text);
