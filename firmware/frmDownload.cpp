@@ -252,6 +252,7 @@ void frmDownload::Download() {
     DownloadFirmwareAndData(firmware_, db_, Choices(), windows);
   }
   EnableInputs(true);
+  UpdateOffers();  // the user may have chosen other ports meanwhile
   ShowResult(windows.Report());
 }
 

@@ -2,9 +2,6 @@
 
 #include <array>
 
-#include <wx/clipbrd.h>
-#include <wx/dataobj.h>
-
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 
@@ -107,9 +104,7 @@ void frmSpecification::Copy() {
   std::string text;
   for (const IdentityRow& row : IdentityRows(context.session, db_.identity))
     text += row.name + ": " + row.value + "\n";
-  if (!wxTheClipboard->Open()) return;
-  wxTheClipboard->SetData(new wxTextDataObject(ToWx(text)));
-  wxTheClipboard->Close();
+  if (!services::CopyText(text)) ShowStatus(NLSText("The clipboard cannot be used."));
 }
 
 void frmSpecification::CancelOrClose() {
