@@ -25,6 +25,7 @@ frmAutomaticUpgrade::frmAutomaticUpgrade(wxWindow* parent, services::WindowConte
                    "the data back in the new version. Leave the radio connected and switched on "
                    "until the end."));
   explanation->Wrap(FromDIP(kTextWidth));
+  panel_->on_transfer_shown = [explanation](bool shown) { explanation->Show(!shown); };
   cmdUpgrade =
       services::MakeButton(this, NLSFmt(session, "&Upgrade"), "cmdUpgrade", [this] { Upgrade(); });
   cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",

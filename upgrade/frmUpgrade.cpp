@@ -42,6 +42,11 @@ frmUpgrade::frmUpgrade(wxWindow* parent, services::WindowContext& window_context
   const wxSizerFlags row = wxSizerFlags().Border(wxBOTTOM, services::Gap(this));
   for (wxCheckBox* box : {chkSaveMain, chkSaveCalibration, chkUpgradeCalibration, chkAppLaunchExe})
     rows->Add(box, row);
+  panel_->on_transfer_shown = [this](bool shown) {
+    for (wxCheckBox* box :
+         {chkSaveMain, chkSaveCalibration, chkUpgradeCalibration, chkAppLaunchExe})
+      box->Show(!shown);
+  };
   rows->Add(panel_, wxSizerFlags(1).Expand());
   rows->Add(services::ButtonRow(
                 this, {cmdUpgrade, cmdCancel, services::MakeHelpButton(this, context, kHelpPage)}),

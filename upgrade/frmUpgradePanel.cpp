@@ -10,7 +10,7 @@ namespace {
 using services::NLSFmt;
 using services::ToWx;
 
-constexpr int kStepLines = 110;
+constexpr int kStepsHeight = 70;  // at least; they take the room that is left
 
 }  // namespace
 
@@ -39,7 +39,7 @@ UpgradePanel::UpgradePanel(wxWindow* parent, services::WindowContext& window_con
 
   txtUpgradeSteps = services::MakeTextBox(this, "txtUpgradeSteps", NLSFmt(session, "Steps"),
                                           wxTE_READONLY | wxTE_MULTILINE);
-  txtUpgradeSteps->SetMinSize(FromDIP(wxSize(-1, kStepLines)));
+  txtUpgradeSteps->SetMinSize(FromDIP(wxSize(-1, kStepsHeight)));
   pnlTransfer = new firmware::TransferPanel(this, window_context, link);
   cmdStopDownload = services::MakeButton(this, NLSFmt(session, "&Stop Download"), "cmdStopDownload",
                                          [this] { pnlTransfer->Cancel(); });
@@ -106,6 +106,7 @@ void UpgradePanel::ShowStep(const wxWindow* step) {
   pnlProgress->Show(step == pnlProgress);
   pnlTransfer->Show(step == pnlTransfer);
   cmdStopDownload->Show(step == pnlTransfer);
+  services::WindowContext::Call(on_transfer_shown, step == pnlTransfer);
   // The scrolled window around it has to know the new size.
   GetParent()->Layout();
   GetParent()->FitInside();

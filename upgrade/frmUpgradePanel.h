@@ -25,6 +25,9 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   // The run is over; how it ended is the last of the steps.
   void End(const std::string& result);
 
+  // Told when the download's rows are shown and when they go, for the window to make room.
+  std::function<void(bool shown)> on_transfer_shown;
+
   void ShowFirmwareFile(const std::string& full_name) override;
   void ShowStatus(const std::string& status) override;
   radiodb::ReadWriteView& ReadWriteWindow() override;
