@@ -46,7 +46,10 @@ void frmAutomaticUpgrade::Upgrade() {
   cmdUpgrade->Disable();
   UpgradeOutcome outcome{};
   {
-    const services::JobControl::Scope job(context.job, [this] { upgrade_.Cancel(); });
+    const services::JobControl::Scope job(context.job, [this] {
+      panel_->TellOfCancel();
+      upgrade_.Cancel();
+    });
     outcome = upgrade_.Upgrade();
   }
   panel_->End(NLSFmt(context.session, FinalReport(outcome)));

@@ -90,7 +90,10 @@ void frmUpgrade::Upgrade() {
   enable(false);
   bool done = false;
   {
-    const services::JobControl::Scope job(context.job, [this] { upgrade_.Cancel(); });
+    const services::JobControl::Scope job(context.job, [this] {
+      panel_->TellOfCancel();
+      upgrade_.Cancel();
+    });
     done = upgrade_.Upgrade(Selections());
   }
   panel_->End(NLSFmt(context.session,

@@ -64,6 +64,7 @@ UpgradePanel::UpgradePanel(wxWindow* parent, services::WindowContext& window_con
 
 void UpgradePanel::Begin() {
   if (cmdBrowseBinary != nullptr) cmdBrowseBinary->Disable();
+  told_of_cancel_ = false;
   txtUpgradeSteps->Clear();
   ShowStep(nullptr);
 }
@@ -72,6 +73,14 @@ void UpgradePanel::End(const std::string& result) {
   if (cmdBrowseBinary != nullptr) cmdBrowseBinary->Enable();
   ShowStep(nullptr);
   ShowStatus(result);
+}
+
+void UpgradePanel::TellOfCancel() {
+  if (run_ == nullptr || told_of_cancel_) return;
+  told_of_cancel_ = true;
+  ShowStatus(NLSFmt(context_.session,
+                    "The upgrade ends when this download is complete. To end it at once, please "
+                    "press Stop Download."));
 }
 
 void UpgradePanel::ShowFirmwareFile(const std::string& full_name) {
