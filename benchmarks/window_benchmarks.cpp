@@ -12,6 +12,8 @@
 #include <wx/app.h>
 #include <wx/image.h>
 #include <wx/init.h>
+#include <wx/modalhook.h>
+#include <wx/msgdlg.h>
 
 #include "benchmarks/bench_session.h"
 #include "firmware/frmWriteSWToRadio.h"
@@ -56,6 +58,17 @@ class Clicker {
   platform::Clock& clock_;
   std::atomic<bool> ends_ = false;
   std::thread thread_;
+};
+
+// Nobody is there to answer message boxes.
+class OkToAll final : public wxModalDialogHook {
+ public:
+  OkToAll() { Register(); }
+
+ protected:
+  int Enter(wxDialog* dialog) override {
+    return dynamic_cast<wxMessageDialog*>(dialog) != nullptr ? wxID_OK : wxID_NONE;
+  }
 };
 
 struct Bench {
@@ -158,6 +171,7 @@ int main(int argc, char** argv) {
   if (!wxEntryStart(argc, argv)) zep::benchmarks::Fail("there is no screen");
   wxTheApp->SetExitOnFrameDelete(false);
   wxImage::AddHandler(new wxPNGHandler);
+  const zep::benchmarks::OkToAll ok_to_all;
   zep::benchmarks::Unpaced(folder);
   if (argc < 3) zep::benchmarks::Paced(folder);
   // The windows end with the process.
