@@ -209,6 +209,17 @@ TaskWindow::TaskWindow(wxWindow* parent, WindowContext& window_context, const ch
       context(window_context) {
   SetScrollRate(FromDIP(kScrollStep), FromDIP(kScrollStep));
   SetHelpPage(this, context, help_page);
+  // Escape is the Cancel button, as in a dialog.
+  Bind(wxEVT_CHAR_HOOK, [this](wxKeyEvent& event) {
+    auto* cancel = dynamic_cast<wxButton*>(FindWindowByName("cmdCancel", this));
+    if (event.GetKeyCode() != WXK_ESCAPE || cancel == nullptr || !cancel->IsEnabled()) {
+      event.Skip();
+      return;
+    }
+    wxCommandEvent press(wxEVT_BUTTON, cancel->GetId());
+    press.SetEventObject(cancel);
+    cancel->ProcessWindowEvent(press);
+  });
 }
 
 void TaskWindow::SetContents(wxSizer* contents) {

@@ -8,7 +8,6 @@
 #include "link/frmPreferences.h"
 #include "link/frmSelectCommPort.h"
 #include "link/port_slots.h"
-#include "services/messages.h"
 
 namespace zep::shell {
 namespace {
@@ -99,9 +98,7 @@ void Application::ShowPreferences(link::Link& shown_link) {
   link::ApplyPreferences(shown_link, outcome.ticked);
   link::CheckCommPorts(shown_link, false);
   UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
-  if (UILanguage == language) return;
-  if (const platform::SystemError error = UseLanguage())
-    NLSMsgBox(session, ErrorNote(session, error));
+  if (UILanguage != language) UseLanguage();
 }
 
 void Application::ShowPortSelection(link::Link& shown_link) {

@@ -32,8 +32,10 @@ struct Surroundings {
   std::function<std::unique_ptr<platform::SerialPort>(const std::string& device)> make_port;
   std::function<std::vector<platform::SerialDeviceInfo>()> list_devices;
   std::function<platform::SystemVersion()> system_version;
-  // Becomes the only copy of the program; false when there is one, which is asked to show itself.
+  // Becomes the only copy of the program; false when there is one. And asks that one to show
+  // itself.
   std::function<bool()> acquire_instance;
+  std::function<void()> show_other_instance;
   std::function<platform::SystemError(const std::string& program)> start_program;
   std::function<platform::SystemError(const std::string& address)> open_address;
 };

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include <wx/app.h>
+#include <wx/display.h>
 #include <wx/menu.h>
 #include <wx/statusbr.h>
 
@@ -53,6 +54,7 @@ struct frmMDI::MenuEntry {
   const char* key = "";     // "\tCtrl+R"
   std::function<void()> action{};
   bool offered = true;
+  bool during_jobs = false;  // may be chosen while a job runs
 };
 
 struct frmMDI::MenuHeading {
@@ -69,7 +71,10 @@ frmMDI::frmMDI(Application& application)
       layout_(this) {
   wxTheApp->SetTopWindow(this);
   SetIcons(ApplicationIcons(application.session.paths));
-  SetSize(FromDIP(wxSize(kFrameWidth, kFrameHeight)));
+  wxSize size = FromDIP(wxSize(kFrameWidth, kFrameHeight));
+  size.DecTo(wxDisplay(this).GetClientArea().GetSize());
+  SetSize(size);
+  Centre();
   CreateStatusBar(3);
   const std::array widths = {-3, -1, -1};
   SetStatusWidths(static_cast<int>(widths.size()), widths.data());
@@ -92,7 +97,8 @@ frmMDI::frmMDI(Application& application)
   context.show_transcript = [this] { ShowTranscript(); };
   context.close_task = [this] { CallAfter([this] { main_->CloseForm(); }); };
   context.job.on_change = [this](bool running) { OnJob(running); };
-  application.on_language = [this] { ShowLanguage(); };
+  // Not before the handler of the menu that led there is over.
+  application.on_language = [this] { CallAfter(&frmMDI::ShowLanguage); };
   Bind(wxEVT_CLOSE_WINDOW, &frmMDI::OnClose, this);
   Bind(wxEVT_CHAR_HOOK, &frmMDI::OnKey, this);
   wxTheApp->Bind(wxEVT_QUERY_END_SESSION, &frmMDI::OnQueryEndSession, this);
@@ -161,7 +167,8 @@ std::vector<frmMDI::MenuHeading> frmMDI::Menus() {
          .text = NLSText("&Wire Transcript..."),
          .key = "\tCtrl+T",
          .action = [this] { ShowTranscript(); },
-         .offered = session.factory_mode},
+         .offered = session.factory_mode,
+         .during_jobs = true},
         {.name = "mnuBar2"},
         {.name = "mnuLaunchConventional",
          .resource = services::kResCaptionLaunchConventional,
@@ -210,6 +217,7 @@ std::vector<frmMDI::MenuHeading> frmMDI::Menus() {
 
 void frmMDI::BuildMenus() {
   entries_.clear();
+  idle_entries_.clear();
   auto* bar = new wxMenuBar;
   std::set<wxChar>& letters = application_.context.menu_letters;
   letters.clear();
@@ -241,11 +249,12 @@ void frmMDI::AddEntry(wxMenu& menu, const MenuEntry& entry) {
   // Menus close first: what an entry opens must not find them open.
   menu.Bind(
       wxEVT_MENU,
-      [this, action = entry.action](wxCommandEvent&) {
-        if (!application_.context.job.IsRunning()) action();
+      [this, action = entry.action, during_jobs = entry.during_jobs](wxCommandEvent&) {
+        if (during_jobs || !application_.context.job.IsRunning()) action();
       },
       item->GetId());
   entries_[entry.name] = item;
+  if (!entry.during_jobs) idle_entries_.push_back(item);
 }
 
 wxMenuItem* frmMDI::Entry(const std::string& name) const {
@@ -265,6 +274,10 @@ void frmMDI::ShowModeAndLanguage() {
 }
 
 void frmMDI::ShowLanguage() {
+  if (application_.context.job.IsRunning()) {
+    language_changed_ = true;  // when it has ended
+    return;
+  }
   help_.Reset();
   if (transcript_ != nullptr) transcript_->Close();
   BuildMenus();
@@ -334,17 +347,22 @@ void frmMDI::Exit() {
 }
 
 void frmMDI::OnJob(bool running) {
-  wxMenuBar* bar = GetMenuBar();
-  for (std::size_t menu = 0; menu < bar->GetMenuCount(); ++menu) bar->EnableTop(menu, !running);
+  for (wxMenuItem* entry : idle_entries_) entry->Enable(!running);
   main_->Enable(!running);
   if (running) return;
   SetStatusText("", kStatusText);
+  if (std::exchange(language_changed_, false)) CallAfter(&frmMDI::ShowLanguage);
   if (std::exchange(close_after_job_, false)) CallAfter([this] { Close(); });
 }
 
 // A job is never left behind: it is stopped first, and the frame closes when it has ended.
 void frmMDI::OnClose(wxCloseEvent& event) {
   services::Session& session = application_.session;
+  if (event.CanVeto() && services::DialogParent() != this &&
+      !application_.context.job.IsRunning()) {
+    event.Veto();  // a question is open above it
+    return;
+  }
   if (!application_.context.job.IsRunning()) {
     main_->CloseForm();
     Destroy();
@@ -353,12 +371,7 @@ void frmMDI::OnClose(wxCloseEvent& event) {
   if (event.CanVeto()) {
     event.Veto();
     if (close_after_job_) return;
-    const services::Answer answer =
-        NLSMsgBox(session, "This action will leave the radio in an undefined state. Cancel?",
-                  {.icon = services::Icon::kQuestion,
-                   .buttons = services::Buttons::kYesNo,
-                   .cautious = true});
-    if (answer == services::Answer::kNo) return;
+    if (!AskToCancel(session)) return;
   }
   close_after_job_ = application_.context.job.IsRunning();
   session.RequestCancel();
@@ -376,10 +389,16 @@ void frmMDI::OnQueryEndSession(wxCloseEvent& event) {
 
 // It happens all the same: a job stops now, and its handler closes the ports.
 void frmMDI::OnEndSession(wxCloseEvent& event) {
+  event.Skip(!application_.context.job.IsRunning());
+  EndWithoutAsking();
+}
+
+void frmMDI::EndWithoutAsking() {
   if (application_.context.job.IsRunning()) {
+    close_after_job_ = true;
     application_.session.RequestCancel();
   } else {
-    event.Skip();
+    Close(true);
   }
 }
 

@@ -29,6 +29,10 @@ class frmMDI : public wxAuiMDIParentFrame {
   // ("mnuRadio") in the menu bar.
   wxMenuItem* Entry(const std::string& name) const;
   std::size_t Heading(const std::string& name) const;
+  // The computer or the user's session ends, or somebody has told the program to: a running job is
+  // stopped first, and then, without a question, the program.
+  void EndWithoutAsking();
+
   frmMain& MainWindow() { return *main_; }
 
  private:
@@ -64,7 +68,9 @@ class frmMDI : public wxAuiMDIParentFrame {
   frmTranscript* transcript_ = nullptr;
   std::map<std::string, wxMenuItem*> entries_;
   std::map<std::string, std::size_t> headings_;
+  std::vector<wxMenuItem*> idle_entries_;  // cannot be chosen while a job runs
   bool close_after_job_ = false;
+  bool language_changed_ = false;
 };
 
 }  // namespace zep::shell

@@ -134,6 +134,7 @@ void frmMain::OpenForm(std::string_view key) {
   SelectNode(entry->key);
   child_ = new TaskFrame;
   child_->Create(frame_, wxID_ANY, ToWx(NLSFmt(application_.session, caption)));
+  LeaveTabOrder();
   task_ = MakeTaskWindow(child_, entry->task);
   auto* whole = new wxBoxSizer(wxVERTICAL);
   whole->Add(task_, wxSizerFlags(1).Expand());
@@ -141,6 +142,17 @@ void frmMain::OpenForm(std::string_view key) {
   child_->Layout();
   child_->Show();
   application_.current_task = entry->task;
+  task_->SetFocus();
+}
+
+// The frames around the task window would catch the Tab key.
+void frmMain::LeaveTabOrder() {
+  wxWindow* notebook = child_->GetParent();
+  child_->SetCanFocus(false);
+  notebook->SetCanFocus(false);
+  for (wxWindow* strip : notebook->GetChildren()) {
+    if (dynamic_cast<wxAuiTabCtrl*>(strip) != nullptr) strip->SetCanFocus(false);
+  }
 }
 
 // Nothing is selected for a task that the tree does not offer.
@@ -184,6 +196,7 @@ bool frmMain::CloseForm() {
   task_ = nullptr;
   if (child_ != nullptr) child_->Destroy();
   child_ = nullptr;
+  if (!IsBeingDeleted()) TreeView1->SetFocus();
   return true;
 }
 

@@ -43,6 +43,7 @@ class frmMain : public wxPanel {
  private:
   void TreeView1_NodeClick(const wxTreeItemId& node);
   void TreeView1_KeyPress(wxTreeEvent& event);
+  void LeaveTabOrder();
   void SelectNode(std::string_view key);
   services::TaskWindow* MakeTaskWindow(wxWindow* parent, Task task);
 

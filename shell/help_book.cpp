@@ -60,6 +60,9 @@ wxHtmlHelpController* HelpBook::Controller() {
         {.icon = services::Icon::kCritical});
     return nullptr;
   }
+  const bool is_translated = book.ends_with(BookName(session_.translation.GetLanguage()));
+  if (!is_translated)
+    NLSMsgBox(session_, "There is no help book in your language; the English one is shown.");
   controller->SetTitleFormat("%s");
   controller_ = std::move(controller);
   return controller_.get();

@@ -100,6 +100,8 @@ bool CheckCommandLine(Application& application, std::string_view command_line) {
 bool AppInitialise(Application& application, bool silent) {
   if (application.surroundings.acquire_instance()) return true;
   if (!silent) NLSMsgBox(application.session, "The Application is already running.");
+  // Not before: it would come to the front above the box.
+  application.surroundings.show_other_instance();
   return false;
 }
 

@@ -6,6 +6,7 @@
 #include <wx/image.h>
 #include <wx/timer.h>
 
+#include "platform/interrupt.h"
 #include "platform/processes.h"
 #include "platform/serial_list.h"
 #include "platform/single_instance.h"
@@ -19,8 +20,9 @@
 namespace zep::shell {
 namespace {
 
-// How often another copy's wish is looked for that this one come to the front, in ms.
-constexpr int kShowRequestInterval = 1000;
+// How often it is looked whether another copy wants this one to come to the front, and whether the
+// system wants the program to end, in ms.
+constexpr int kRequestInterval = 250;
 
 std::string Environment(const char* name) {
   wxString value;
@@ -45,16 +47,17 @@ class Zepdlca final : public wxApp {
   int OnExit() override;
 
  private:
-  void BringToFront();
+  void LookForRequests();
 
   platform::SystemClock clock_;
+  platform::Interrupts interrupts_;
   platform::SingleInstance instance_{"zepdlca"};
   std::unique_ptr<platform::SettingsHive> user_hive_ = platform::OpenUserHive();
   std::unique_ptr<platform::SettingsHive> machine_hive_ = platform::OpenMachineHive();
   std::unique_ptr<Surroundings> surroundings_;
   std::unique_ptr<Application> application_;
   frmMDI* frame_ = nullptr;
-  wxTimer show_timer_;
+  wxTimer request_timer_;
 };
 
 bool Zepdlca::OnInit() {
@@ -68,12 +71,8 @@ bool Zepdlca::OnInit() {
           [this](const std::string& device) { return simulator::MakePort(device, clock_); },
       .list_devices = [] { return platform::ListSerialDevices(); },
       .system_version = platform::GetSystemVersion,
-      .acquire_instance =
-          [this] {
-            if (instance_.TryAcquire()) return true;
-            instance_.RequestShow();
-            return false;
-          },
+      .acquire_instance = [this] { return instance_.TryAcquire(); },
+      .show_other_instance = [this] { instance_.RequestShow(); },
       .start_program =
           [](const std::string& program) { return platform::StartProgram(program, {}); },
       .open_address = platform::OpenWebAddress});
@@ -87,20 +86,25 @@ bool Zepdlca::OnInit() {
   frame_ = Main(*application_, command_line);
   if (frame_ == nullptr) return false;
   instance_.TakeShowRequest();  // one that an earlier copy has left
-  show_timer_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { BringToFront(); });
-  show_timer_.Start(kShowRequestInterval);
+  request_timer_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { LookForRequests(); });
+  request_timer_.Start(kRequestInterval);
   return true;
 }
 
-void Zepdlca::BringToFront() {
-  if (!instance_.TakeShowRequest() || GetTopWindow() != frame_) return;
+void Zepdlca::LookForRequests() {
+  if (GetTopWindow() != frame_) return;
+  if (interrupts_.Take() > 0) {
+    frame_->EndWithoutAsking();
+    return;
+  }
+  if (!instance_.TakeShowRequest()) return;
   frame_->Iconize(false);
   frame_->Raise();
   frame_->RequestUserAttention();
 }
 
 int Zepdlca::OnExit() {
-  show_timer_.Stop();
+  request_timer_.Stop();
   application_.reset();
   return wxApp::OnExit();
 }

@@ -264,6 +264,21 @@ TEST(Keyboard, NoLetterIsTakenTwiceInAnyWindowOrLanguage) {
   }
 }
 
+TEST(Keyboard, TabGoesThroughTheTreeAndTheTask) {
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  desktop.frame->Raise();
+  std::string way;
+  for (int step = 0; step < 5; ++step) {
+    wxWindow* focus = wxWindow::FindFocus();
+    if (focus == nullptr) break;
+    way += focus->GetName().utf8_string() + " ";
+    focus->Navigate();
+    Desktop::Settle();
+  }
+  EXPECT_EQ(way, "TreeView1 cmdReadRadio cmdHelp cmdCancel TreeView1 ");
+}
+
 TEST(Help, EveryWindowShowsItsOwnPage) {
   Desktop desktop({"sim:conventional"}, "Torvik");
   ASSERT_TRUE(desktop.Start());

@@ -123,6 +123,7 @@ class Desktop {
                       .list_devices = [this] { return devices; },
                       .system_version = [this] { return system; },
                       .acquire_instance = [this] { return is_only_copy; },
+                      .show_other_instance = [] {},
                       .start_program =
                           [this](const std::string& program) {
                             started.push_back(program);

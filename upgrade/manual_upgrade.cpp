@@ -71,6 +71,7 @@ TransferKind KindOf(const UpgradeSelections& selections) {
 bool Save(Work& work) {
   TellOfUnfinishedUpgrades(work.session, work.log);
   if (!PrepareToSave(work.db, work.log)) return false;
+  work.view.ShowStatus(NLSFmt(work.session, "Saving personality and calibration data"));
   if (!radiodb::ReadRadio(work.db, work.view.ReadWriteWindow())) return false;
   work.saved = {work.db.data_file, work.db.calibration_file};
   work.identity_before = work.db.identity;
@@ -146,6 +147,7 @@ bool WriteBackCalibration(Work& work) {
 }
 
 bool WriteBack(Work& work) {
+  work.view.ShowStatus(NLSFmt(work.session, "Writing the saved data back"));
   if (work.firmware.image.FirmwareRadioModel == kSwitchesOff) {
     NLSMsgBox(work.session, "Please turn radio on so data may be programmed.",
               {.notice = services::Notice::kAwaitsAction});
@@ -188,6 +190,7 @@ bool DoAll(Work& work) {
   if (work.HasData() && !Save(work)) return false;
   if (!work.run.MayGoOn()) return false;
   work.download_started = true;
+  work.view.ShowStatus(NLSFmt(work.session, "Downloading radio firmware"));
   return work.run.TransferFirmware(work.firmware, work.view, {}) && !work.session.Stopped() &&
          (!work.HasData() || (work.run.MayGoOn() && WriteBack(work)));
 }
