@@ -67,10 +67,7 @@ bool MayWrite(Program& program, const ConvertOptions& options) {
               {.icon = services::Icon::kCritical});
     return false;
   }
-  if (options.dry_run || !platform::FileExists(options.converted_file)) return true;
-  return NLSMsgBox(program.session, "File exists overwrite?",
-                   {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
-         services::Answer::kYes;
+  return options.dry_run || services::MayWriteFile(program.session, options.converted_file);
 }
 
 ExitStatus Finish(Program& program, const ConvertOptions& options, const Versions& versions,

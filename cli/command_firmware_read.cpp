@@ -13,7 +13,7 @@ using services::NLSText;
 ExitStatus Read(Program& program, const std::string& name) {
   link::Link* link = program.LinkForOneRadio(services::Transfer::kRead);
   if (link == nullptr) return program.JobStatus(false);
-  if (!firmware::MayWriteImage(program.session, name)) return program.JobStatus(false);
+  if (!services::MayWriteFile(program.session, name)) return program.JobStatus(false);
   firmware::Firmware firmware(*link);
   FirmwareWindows windows(program, {});
   const bool done = UploadFirmware(firmware, name, windows);

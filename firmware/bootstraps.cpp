@@ -28,8 +28,6 @@ using services::Session;
 constexpr std::int32_t kModelHeldOn = 3;
 // The downloader must fit into the radio's RAM.
 constexpr std::size_t kLongestDownloader = 2000;
-// Bytes that may wait on a port: few, so that the progress bar is true and Cancel stops the loader.
-constexpr std::size_t kBytesAhead = 32;
 
 void StopForFile(Session& session, std::string_view text) {
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
@@ -68,7 +66,7 @@ void SendBytes(TransferRun& run, const std::string& downloader) {
   int sent = 0;
   for (const char byte : downloader) {
     SendByteToAllComms(link, static_cast<std::uint8_t>(byte));
-    ShortenOutput(link, kBytesAhead);
+    ShortenOutput(link, link::kBytesAhead);
     link.session.PumpEvents();
     if (link.session.Stopped()) return;
     run.view.SetProgress(++sent);

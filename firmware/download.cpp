@@ -125,13 +125,6 @@ bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
   return true;
 }
 
-bool MayWriteImage(Session& session, const std::string& file) {
-  if (!platform::FileExists(file)) return true;
-  return NLSMsgBox(session, "File exists overwrite?",
-                   {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo}) ==
-         services::Answer::kYes;
-}
-
 bool BrowseBinary(Firmware& firmware, DownloadChoices& choices) {
   Session& session = firmware.link.session;
   const std::optional<std::string> file = session.user.AskOpenFile(

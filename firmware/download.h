@@ -28,9 +28,6 @@ void SaveDownloadChoices(services::Session& session, const DownloadChoices& choi
 // when there is none or it is not valid.
 bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices);
 
-// Whether an upload may write this file: it does not exist, or the user says Yes.
-bool MayWriteImage(services::Session& session, const std::string& file);
-
 // The Browse button of a firmware file: has the user choose one, keeps the choice and checks the
 // file, which stays chosen when it is not valid. False when the user gave up.
 bool BrowseBinary(Firmware& firmware, DownloadChoices& choices);

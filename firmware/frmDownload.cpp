@@ -299,7 +299,7 @@ std::string UploadFirmwareToChosenFile(wxWindow* parent, services::WindowContext
        .filter = NLSFmt(session, session.strings.Get(services::kResFirmwareFileFilter)),
        .folder = choices.BinaryFilePath,
        .name = choices.BinaryFileName});
-  if (!file || !MayWriteImage(session, *file)) return {};
+  if (!file || !MayWriteFile(session, *file)) return {};
   choices.BinaryFileName = services::FileTitleOf(*file);
   choices.BinaryFilePath = services::FolderOf(*file);
   SaveDownloadChoices(session, choices);

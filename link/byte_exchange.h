@@ -89,6 +89,10 @@ void CloseAllComms(Link& link);
 void SaveCommStates(Link& link);
 void RestoreCommStates(Link& link);
 
+// Bytes of a loader that may wait on a port: enough to keep the line fed, few enough for a true
+// progress bar and for Cancel to stop the loader.
+inline constexpr std::size_t kBytesAhead = 32;
+
 // Waits, with turns of the user interface, until at most so many bytes of a port's output, or of
 // every open Active port's, are still to go out. A port that sends nothing for 4000 ms has failed.
 // Kept above 0 while there is more to send, the line is never idle.

@@ -16,8 +16,6 @@ using services::ReportError;
 using services::Session;
 
 constexpr std::size_t kBootstrapSize = 256;
-// Bytes that may wait on a port: enough to keep the line fed, few enough for a true progress bar.
-constexpr std::size_t kBytesAhead = 32;
 constexpr std::uint8_t kBootstrapStart = 0xFF;
 
 void SendBootstrapToPort(Link& link, TransferView& view, int port, const std::string& loader) {

@@ -88,7 +88,8 @@ Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& opti
 bool MayWriteFile(Session& session, const std::string& file) {
   if (!platform::FileExists(file)) return true;
   return NLSMsgBox(session, "File exists overwrite?",
-                   {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo}) == Answer::kYes;
+                   {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo, .cautious = true}) ==
+         Answer::kYes;
 }
 
 bool AskToCancel(Session& session) {

@@ -97,6 +97,28 @@ TEST(RadioMenu, ACancelledReadLeavesNoFileAndNoJobBehind) {
   }
 }
 
+TEST(RadioMenu, ProgrammingStopsOnlyAfterAQuestion) {
+  for (const bool yes : {false, true}) {
+    SCOPED_TRACE(yes);
+    Desktop desktop({"sim:conventional,unpaced"});
+    ASSERT_TRUE(desktop.Start());
+    desktop.Choose(desktop.folder.Path("a.ops"));
+    desktop.Menu("mnuRead");
+    desktop.Boxes();
+    desktop.AtTurn(100, [&] {
+      desktop.Answer(yes ? wxID_YES : wxID_NO);
+      desktop.Click("cmdCancel", wxWindow::FindWindowByName("frmReadWriteRadio"));
+    });
+    desktop.Choose(desktop.folder.Path("a.ops"));
+    desktop.Menu("mnuProgram");
+    const std::string boxes = desktop.Boxes();
+    EXPECT_THAT(boxes, HasSubstr(std::string(kCancelQuestion) + (yes ? " -> Yes\n" : " -> No\n")));
+    EXPECT_EQ(boxes.find("is programmed with") == std::string::npos, yes) << boxes;
+    EXPECT_EQ(OpenDialogs(), "");
+    EXPECT_FALSE(desktop.application->link.Port(1).IsOpen());
+  }
+}
+
 // The download window with an image chosen.
 void OpenDownload(Desktop& desktop, const std::string& image) {
   ASSERT_TRUE(desktop.Start());
