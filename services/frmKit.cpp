@@ -194,6 +194,17 @@ bool CopyText(std::string_view text) {
          wxTheClipboard->Flush();
 }
 
+void StandBesideDialogs(wxTopLevelWindow* frame) {
+#ifdef __WXGTK__
+  // A modal dialog takes the input of all windows of its group.
+  GtkWindowGroup* group = gtk_window_group_new();
+  gtk_window_group_add_window(group, GTK_WINDOW(frame->GetHandle()));
+  g_object_unref(group);
+#endif
+  // Else it could not be closed while a dialog is open.
+  frame->SetExtraStyle(frame->GetExtraStyle() | wxTOPLEVEL_EX_DIALOG);
+}
+
 wxWindow* DialogParent() {
   for (auto node = wxTopLevelWindows.GetLast(); node != nullptr; node = node->GetPrevious()) {
     const auto* dialog = dynamic_cast<wxDialog*>(node->GetData());

@@ -127,6 +127,9 @@ void FitToScreen(wxTopLevelWindow* window);
 // Puts the text on the clipboard; false when the clipboard cannot be had.
 bool CopyText(std::string_view text);
 
+// Lets a frame be used and closed while a modal dialog is open, as the window of a job is.
+void StandBesideDialogs(wxTopLevelWindow* frame);
+
 // Where a dialog belongs: above the topmost dialog, else above the program's main window.
 wxWindow* DialogParent();
 

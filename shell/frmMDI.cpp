@@ -89,7 +89,7 @@ frmMDI::frmMDI(Application& application)
   layout_.Update();
 
   services::WindowContext& context = application.context;
-  context.show_help = [this](const std::string& page) { ShowHelp(page); };
+  context.show_help = [this](const std::string& page) { help_.ShowPage(page); };
   context.show_status = [this](const std::string& status) {
     if (GetStatusBar()->GetStatusText(kStatusText) != ToWx(status))
       SetStatusText(ToWx(status), kStatusText);
@@ -331,14 +331,6 @@ void frmMDI::ShowTranscript() {
   transcript_->Raise();
 }
 
-// Above the window of a job only a modal window could be used, behind which the job would stand
-// still.
-void frmMDI::ShowHelp(const std::string& page) {
-  const bool is_above_job =
-      application_.context.job.IsRunning() && services::DialogParent() != this;
-  if (!is_above_job) help_.ShowPage(page);
-}
-
 void frmMDI::Exit() {
   const services::Answer answer =
       NLSMsgBox(application_.session, "Are you sure you wish to Exit?     ",
@@ -412,7 +404,7 @@ void frmMDI::OnKey(wxKeyEvent& event) {
       main_->FocusTree();
     }
   } else if (event.GetKeyCode() == WXK_F1 && !event.HasAnyModifiers()) {
-    ShowHelp("main_window.htm");
+    help_.ShowPage("main_window.htm");
   } else {
     event.Skip();
   }

@@ -52,7 +52,6 @@ class frmMDI : public wxAuiMDIParentFrame {
   void ChangeMode();
   void ReadFirmware();
   void ShowTranscript();
-  void ShowHelp(const std::string& page);
   void Exit();
 
   void OnJob(bool running);

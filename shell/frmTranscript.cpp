@@ -2,9 +2,6 @@
 
 #include <wx/panel.h>
 #include <wx/weakref.h>
-#ifdef __WXGTK__
-#include <gtk/gtk.h>
-#endif
 
 #include "platform/files.h"
 #include "services/messages.h"
@@ -58,7 +55,7 @@ frmTranscript::frmTranscript(wxWindow* parent, Application& application)
       event.Skip();
     }
   });
-  StandBesideDialogs();
+  services::StandBesideDialogs(this);
   Refresh();
   timRefresh.Start(kRefreshMilliseconds);
 }
@@ -83,18 +80,6 @@ wxSizer* frmTranscript::MakeButtons(wxWindow* panel) {
             wxSizerFlags().Expand());
   close->SetDefault();
   return rows;
-}
-
-// A window that works on a radio is a dialog, and this one is to be used beside it.
-void frmTranscript::StandBesideDialogs() {
-#ifdef __WXGTK__
-  // A modal dialog takes the input of all windows of its group.
-  GtkWindowGroup* group = gtk_window_group_new();
-  gtk_window_group_add_window(group, GTK_WINDOW(GetHandle()));
-  g_object_unref(group);
-#endif
-  // Else it could not be closed while a dialog is open.
-  SetExtraStyle(GetExtraStyle() | wxTOPLEVEL_EX_DIALOG);
 }
 
 void frmTranscript::OnTimer() {

@@ -16,7 +16,6 @@ class frmTranscript : public wxFrame {
 
  private:
   wxSizer* MakeButtons(wxWindow* panel);
-  void StandBesideDialogs();
 
   // Shows what is new, twice a second. The text stands still while the user reads or marks it.
   void OnTimer();

@@ -71,13 +71,10 @@ wxHtmlHelpController* HelpBook::Controller() {
 void HelpBook::ShowPage(const std::string& page) {
   wxHtmlHelpController* controller = Controller();
   if (controller == nullptr) return;
-  wxWindow* parent = services::DialogParent();
-  if (dynamic_cast<wxDialog*>(parent) == nullptr) {
-    controller->Display(ToWx(page));
-    return;
-  }
-  // Above a modal window only another modal window can be used.
-  wxHtmlModalHelp help(parent, ToWx(FindBook()), ToWx(page));
+  const bool has_frame = controller->GetFrame() != nullptr;
+  controller->Display(ToWx(page));
+  if (!has_frame) services::StandBesideDialogs(controller->GetFrame());
+  controller->GetFrame()->Raise();
 }
 
 void HelpBook::ShowContents() {
