@@ -67,7 +67,7 @@ frmMDI::frmMDI(Application& application)
     : wxAuiMDIParentFrame(nullptr, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                           wxDEFAULT_FRAME_STYLE | wxFRAME_NO_WINDOW_MENU, "frmMDI"),
       application_(application),
-      help_(application.session),
+      help_(application.context),
       layout_(this) {
   wxTheApp->SetTopWindow(this);
   SetIcons(ApplicationIcons(application.session.paths));

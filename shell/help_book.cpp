@@ -1,6 +1,7 @@
 #include "shell/help_book.h"
 
 #include <wx/fs_zip.h>
+#include <wx/html/helpctrl.h>
 #include <wx/html/helpfrm.h>
 #include <wx/html/helpwnd.h>
 #include <wx/notebook.h>
@@ -30,70 +31,98 @@ void AddZipFileSystem() {
 
 }  // namespace
 
+// The toolkit's own calls to show a page make the help window modal above a dialog: the dialog and
+// the job behind it would stand still until the help window is closed.
+class HelpBook::Viewer final : public wxHtmlHelpController {
+ public:
+  explicit Viewer(const services::JobControl& job) : job_(job) {
+    SetShouldPreventAppExit(false);
+    SetTitleFormat("%s");
+  }
+
+  // The help window, opened or brought to the front.
+  wxHtmlHelpWindow& Window() {
+    CreateHelpWindow();
+    return *GetHelpWindow();
+  }
+
+ private:
+  wxHtmlHelpFrame* CreateHelpFrame(wxHtmlHelpData* data) override {
+    wxHtmlHelpFrame* frame = wxHtmlHelpController::CreateHelpFrame(data);
+    services::StandBesideDialogs(frame);
+    // These open dialogs, which would keep a job, and the radio, waiting.
+    for (const int id :
+         {wxID_HTML_PRINT, wxID_HTML_OPTIONS, wxID_HTML_SEARCHTEXT, wxID_HTML_SEARCHBUTTON})
+      frame->Bind(
+          wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(!job_.IsRunning()); }, id);
+    return frame;
+  }
+
+  const services::JobControl& job_;
+};
+
+HelpBook::HelpBook(const services::WindowContext& context) : context_(context) {}
+
 HelpBook::~HelpBook() { Reset(); }
 
 void HelpBook::Reset() {
-  if (controller_) controller_->Quit();
-  controller_.reset();
+  if (viewer_) viewer_->Quit();
+  viewer_.reset();
 }
 
 std::string HelpBook::FindBook() const {
   for (const services::Language language :
-       {session_.translation.GetLanguage(), services::Language::kEnglish}) {
-    std::string path = FindApplicationFile(session_.paths, BookName(language));
+       {context_.session.translation.GetLanguage(), services::Language::kEnglish}) {
+    std::string path = FindApplicationFile(context_.session.paths, BookName(language));
     if (platform::FileExists(path)) return path;
   }
   return {};
 }
 
-wxHtmlHelpController* HelpBook::Controller() {
-  if (controller_) return controller_.get();
+HelpBook::Viewer* HelpBook::OpenViewer() {
+  if (viewer_) return viewer_.get();
   const std::string book = FindBook();
   AddZipFileSystem();
-  auto controller = std::make_unique<wxHtmlHelpController>(wxHF_DEFAULT_STYLE);
-  controller->SetShouldPreventAppExit(false);
-  if (book.empty() || !controller->AddBook(wxFileName(ToWx(book)), false)) {
-    NLSMsgBox(
-        session_,
-        NLSFmt(session_, "The help book %0:s cannot be opened. Please reinstall this application.",
-               {book.empty() ? BookName(services::Language::kEnglish) : book}),
-        {.icon = services::Icon::kCritical});
+  auto viewer = std::make_unique<Viewer>(context_.job);
+  if (book.empty() || !viewer->AddBook(wxFileName(ToWx(book)), false)) {
+    Tell(NLSFmt(context_.session,
+                "The help book %0:s cannot be opened. Please reinstall this application.",
+                {book.empty() ? BookName(services::Language::kEnglish) : book}),
+         services::Icon::kCritical);
     return nullptr;
   }
-  const bool is_translated = book.ends_with(BookName(session_.translation.GetLanguage()));
+  const bool is_translated = book.ends_with(BookName(context_.session.translation.GetLanguage()));
   if (!is_translated)
-    NLSMsgBox(session_, "There is no help book in your language; the English one is shown.");
-  controller->SetTitleFormat("%s");
-  controller_ = std::move(controller);
-  return controller_.get();
+    Tell("There is no help book in your language; the English one is shown.",
+         services::Icon::kInformation);
+  viewer_ = std::move(viewer);
+  return viewer_.get();
+}
+
+void HelpBook::Tell(const std::string& text, services::Icon icon) const {
+  if (context_.job.IsRunning()) {
+    services::WindowContext::Call(context_.show_status, NLSFmt(context_.session, text));
+  } else {
+    NLSMsgBox(context_.session, text, {.icon = icon});
+  }
 }
 
 void HelpBook::ShowPage(const std::string& page) {
-  wxHtmlHelpController* controller = Controller();
-  if (controller == nullptr) return;
-  const bool has_frame = controller->GetFrame() != nullptr;
-  controller->Display(ToWx(page));
-  if (!has_frame) services::StandBesideDialogs(controller->GetFrame());
-  controller->GetFrame()->Raise();
+  if (Viewer* viewer = OpenViewer()) viewer->Window().Display(ToWx(page));
 }
 
 void HelpBook::ShowContents() {
-  if (wxHtmlHelpController* controller = Controller()) controller->DisplayContents();
+  if (Viewer* viewer = OpenViewer()) viewer->Window().DisplayContents();
 }
 
 void HelpBook::ShowSearch() {
-  wxHtmlHelpController* controller = Controller();
-  if (controller == nullptr) return;
-  controller->DisplayContents();
-  // The search page is the last one of the navigation pane.
-  for (wxWindow* child : controller->GetHelpWindow()->GetChildren()) {
-    for (wxWindow* pane : child->GetChildren()) {
-      auto* notebook = dynamic_cast<wxNotebook*>(pane);
-      if (notebook == nullptr && !pane->GetChildren().empty())
-        notebook = dynamic_cast<wxNotebook*>(pane->GetChildren().GetFirst()->GetData());
-      if (notebook != nullptr) notebook->SetSelection(notebook->GetPageCount() - 1);
-    }
-  }
+  Viewer* viewer = OpenViewer();
+  if (viewer == nullptr) return;
+  viewer->Window().DisplayContents();
+  auto* pages = dynamic_cast<wxNotebook*>(viewer->Window().FindWindow(wxID_HTML_NOTEBOOK));
+  if (pages == nullptr) return;
+  pages->SetSelection(pages->GetPageCount() - 1);
+  viewer->Window().FindWindow(wxID_HTML_SEARCHTEXT)->SetFocus();
 }
 
 }  // namespace zep::shell

@@ -4,16 +4,14 @@
 #include <memory>
 #include <string>
 
-#include <wx/html/helpctrl.h>
-
-#include "services/session.h"
+#include "services/frmKit.h"
 
 namespace zep::shell {
 
 class HelpBook {
  public:
-  // The session outlives the book.
-  explicit HelpBook(services::Session& session) : session_(session) {}
+  // The context outlives the book.
+  explicit HelpBook(const services::WindowContext& context);
   ~HelpBook();
 
   void ShowPage(const std::string& page);  // "download.htm"
@@ -24,14 +22,18 @@ class HelpBook {
   void Reset();
 
  private:
-  // The help window, made and filled when it is first wanted; null, and the user has been told,
-  // when there is no book.
-  wxHtmlHelpController* Controller();
+  class Viewer;
+
+  // With the book in it, made when it is first wanted; null, and the user has been told, when there
+  // is no book.
+  Viewer* OpenViewer();
   // The book of the interface language, else the English one; empty when there is none.
   std::string FindBook() const;
+  // In a box; during a job, which a box would keep waiting, in the status bar.
+  void Tell(const std::string& text, services::Icon icon) const;
 
-  services::Session& session_;
-  std::unique_ptr<wxHtmlHelpController> controller_;
+  const services::WindowContext& context_;
+  std::unique_ptr<Viewer> viewer_;
 };
 
 }  // namespace zep::shell

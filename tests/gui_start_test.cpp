@@ -1,6 +1,7 @@
 // The program's start and its frame: command line, single copy, ports, menus, task tree, modes,
 // language, companions, closing.
 #include <gmock/gmock.h>
+#include <wx/html/helpwnd.h>
 
 #include "tests/gui_testing.h"
 
@@ -297,6 +298,34 @@ TEST(Help, EveryWindowShowsItsOwnPage) {
   });
   desktop.Menu("mnuPreferences");
   EXPECT_EQ(pages, "specification.htm download.htm automatic_upgrade.htm preferences.htm ");
+}
+
+// A dialog of the help window would hold up the job.
+TEST(Help, CanBeReadBesideADialogAndAJob) {
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  desktop.Menu("mnuContents");
+  wxWindow* book = nullptr;
+  for (wxWindow* window : wxTopLevelWindows)
+    if (window != desktop.frame && window->IsShown()) book = window;
+  ASSERT_NE(book, nullptr);
+  wxWindow* search = book->FindWindow(wxID_HTML_SEARCHBUTTON);
+  desktop.dialogs.WhenShown("frmPreferences", [&](wxDialog& dialog) {
+    desktop.Click("cmdHelp", &dialog);
+    EXPECT_TRUE(book->IsEnabled());
+    EXPECT_TRUE(search->IsEnabled());
+    auto* page = desktop.Find<wxHtmlWindow>("htmlWindow", book);
+    EXPECT_EQ(page->GetOpenedPageTitle(), "Preferences");
+    dialog.EndModal(wxID_CANCEL);
+  });
+  desktop.Menu("mnuPreferences");
+  {
+    const services::JobControl::Scope job(desktop.application->context.job, [] {});
+    book->UpdateWindowUI(wxUPDATE_UI_RECURSE);
+    EXPECT_FALSE(search->IsEnabled());
+  }
+  book->UpdateWindowUI(wxUPDATE_UI_RECURSE);
+  EXPECT_TRUE(search->IsEnabled());
 }
 
 }  // namespace
