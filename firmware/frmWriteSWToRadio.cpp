@@ -50,7 +50,11 @@ frmWriteSWToRadio::frmWriteSWToRadio(wxWindow* parent, services::WindowContext& 
   services::FitToScreen(this);
 
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
-    if (event.CanVeto()) event.Veto();
+    if (!event.CanVeto()) {
+      context_.session.RequestCancel();
+      return;
+    }
+    event.Veto();
     pnlTransfer->Cancel();
   });
   Bind(wxEVT_TIMER, [this](wxTimerEvent&) { WriteSW(); });

@@ -205,6 +205,29 @@ void StandBesideDialogs(wxTopLevelWindow* frame) {
   frame->SetExtraStyle(frame->GetExtraStyle() | wxTOPLEVEL_EX_DIALOG);
 }
 
+bool CloseModalDialog() {
+#ifdef __WXGTK__
+  // Message boxes and file dialogs are the toolkit's own, which stand above all else.
+  GtkDialog* native = nullptr;
+  GList* windows = gtk_window_list_toplevels();
+  for (const GList* node = windows; node != nullptr; node = node->next) {
+    const bool is_native =
+        GTK_IS_MESSAGE_DIALOG(node->data) || GTK_IS_FILE_CHOOSER_DIALOG(node->data);
+    if (is_native && gtk_widget_get_visible(GTK_WIDGET(node->data)))
+      native = GTK_DIALOG(node->data);
+  }
+  g_list_free(windows);
+  if (native != nullptr) {
+    gtk_dialog_response(native, GTK_RESPONSE_DELETE_EVENT);
+    return true;
+  }
+#endif
+  auto* dialog = dynamic_cast<wxDialog*>(DialogParent());
+  if (dialog == nullptr) return false;
+  dialog->Close(true);
+  return true;
+}
+
 wxWindow* DialogParent() {
   for (auto node = wxTopLevelWindows.GetLast(); node != nullptr; node = node->GetPrevious()) {
     const auto* dialog = dynamic_cast<wxDialog*>(node->GetData());

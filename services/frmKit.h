@@ -130,6 +130,10 @@ bool CopyText(std::string_view text);
 // Lets a frame be used and closed while a modal dialog is open, as the window of a job is.
 void StandBesideDialogs(wxTopLevelWindow* frame);
 
+// Closes the topmost modal dialog or message box, never with a Yes; the window of a job stops its
+// job without asking. Whoever has shown it goes on in a later turn. False when none is open.
+bool CloseModalDialog();
+
 // Where a dialog belongs: above the topmost dialog, else above the program's main window.
 wxWindow* DialogParent();
 

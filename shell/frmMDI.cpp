@@ -389,9 +389,9 @@ void frmMDI::EndWithoutAsking() {
   if (application_.context.job.IsRunning()) {
     close_after_job_ = true;
     application_.session.RequestCancel();
-  } else {
-    Close(true);
   }
+  // What waits for an answer goes on without one; the frame may close when nobody waits above it.
+  if (!services::CloseModalDialog() && !application_.context.job.IsRunning()) Close(true);
 }
 
 void frmMDI::OnKey(wxKeyEvent& event) {

@@ -30,7 +30,8 @@ class frmMDI : public wxAuiMDIParentFrame {
   wxMenuItem* Entry(const std::string& name) const;
   std::size_t Heading(const std::string& name) const;
   // The computer or the user's session ends, or somebody has told the program to: a running job is
-  // stopped first, and then, without a question, the program.
+  // stopped first, and then, without a question, the program. To be called again, in a later turn,
+  // until the frame has gone: dialogs are closed one at a time.
   void EndWithoutAsking();
 
   frmMain& MainWindow() { return *main_; }

@@ -57,6 +57,7 @@ class Zepdlca final : public wxApp {
   std::unique_ptr<Surroundings> surroundings_;
   std::unique_ptr<Application> application_;
   frmMDI* frame_ = nullptr;
+  bool is_ending_ = false;  // somebody has told the program to
   wxTimer request_timer_;
 };
 
@@ -93,7 +94,8 @@ bool Zepdlca::OnInit() {
 
 void Zepdlca::LookForRequests() {
   if (GetTopWindow() != frame_) return;
-  if (interrupts_.Take() > 0) {
+  is_ending_ = is_ending_ || interrupts_.Take() > 0;
+  if (is_ending_) {
     frame_->EndWithoutAsking();
     return;
   }

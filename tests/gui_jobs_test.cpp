@@ -267,6 +267,24 @@ TEST(Frame, TheEndOfTheSessionWarnsAndStopsAJobCleanly) {
   EXPECT_EQ(desktop.frame, nullptr) << "the program ends after its job";
 }
 
+TEST(Frame, EndsWithoutAskingThroughAnOpenDialog) {
+  const std::pair<const char*, const char*> rows[] = {{"frmAbout", "mnuAbout"},
+                                                      {"frmPreferences", "mnuPreferences"},
+                                                      {"frmReadWriteRadio", "mnuRead"}};
+  for (const auto& [dialog, entry] : rows) {
+    SCOPED_TRACE(dialog);
+    Desktop desktop;
+    ASSERT_TRUE(desktop.Start());
+    desktop.dialogs.WhenShown(dialog, [&](wxDialog&) { desktop.frame->EndWithoutAsking(); });
+    desktop.Menu(entry);
+    if (desktop.frame != nullptr) desktop.frame->EndWithoutAsking();
+    Desktop::Settle();
+    EXPECT_EQ(desktop.Boxes(), "");
+    EXPECT_EQ(OpenDialogs(), "");
+    EXPECT_EQ(desktop.frame, nullptr);
+  }
+}
+
 TEST(Frame, ASecondClickDuringAJobStartsNothing) {
   Desktop desktop;
   ASSERT_TRUE(desktop.Start());
