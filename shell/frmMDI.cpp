@@ -269,6 +269,8 @@ void frmMDI::ShowModeAndLanguage() {
   const std::string mode = NLSFmt(session, ModeName(session));
   SetTitle(
       ToWx(NLSFmt(session, session.strings.Get(services::kResApplicationTitle)) + " - " + mode));
+  // Chinese characters are higher than the font that the bar is made for.
+  GetStatusBar()->SetMinHeight(GetStatusBar()->GetTextExtent(ToWx(mode)).y + services::Gap(this));
   SetStatusText(ToWx(mode), kModeText);
   SetStatusText(ToWx(LanguageText(application_)), kLanguageText);
 }

@@ -1,11 +1,14 @@
 #include "shell/help_book.h"
 
+#include <wx/display.h>
 #include <wx/fs_zip.h>
 #include <wx/html/helpctrl.h>
 #include <wx/html/helpfrm.h>
 #include <wx/html/helpwnd.h>
 #include <wx/notebook.h>
+#include <wx/splitter.h>
 #include <wx/sysopt.h>
+#include <wx/treectrl.h>
 
 #include "platform/files.h"
 #include "services/frmKit.h"
@@ -16,6 +19,9 @@ namespace {
 
 using services::NLSFmt;
 using services::ToWx;
+
+const wxSize kSize(900, 640);
+constexpr int kTitlesWidth = 330;
 
 std::string BookName(services::Language language) {
   return "help/zepdlca_" + std::string(LanguageCode(language)) + ".zip";
@@ -42,7 +48,9 @@ class HelpBook::Viewer final : public wxHtmlHelpController {
 
   // The help window, opened or brought to the front.
   wxHtmlHelpWindow& Window() {
+    const bool is_new = GetFrame() == nullptr;
     CreateHelpWindow();
+    if (is_new) Arrange();
     return *GetHelpWindow();
   }
 
@@ -56,6 +64,16 @@ class HelpBook::Viewer final : public wxHtmlHelpController {
       frame->Bind(
           wxEVT_UPDATE_UI, [this](wxUpdateUIEvent& event) { event.Enable(!job_.IsRunning()); }, id);
     return frame;
+  }
+
+  // With the titles of all pages in sight.
+  void Arrange() {
+    wxHtmlHelpFrame& frame = *GetFrame();
+    wxSize size = frame.FromDIP(kSize);
+    size.DecTo(wxDisplay(&frame).GetClientArea().GetSize());
+    frame.SetSize(size);
+    GetHelpWindow()->GetTreeCtrl()->ExpandAll();
+    GetHelpWindow()->GetSplitterWindow()->SetSashPosition(frame.FromDIP(kTitlesWidth));
   }
 
   const services::JobControl& job_;
