@@ -132,6 +132,7 @@ constexpr std::array kBands = {
 bool OpenRadio(link::Link& link) {
   Session& session = link.session;
   if (!SelectSinglePort(link)) {
+    if (session.CancelRequested) return false;  // the choice itself
     return Refuse(session,
                   NLSText("This works with one radio at a time. Please make exactly one "
                           "communication port Active in menu File->Preferences."),

@@ -28,6 +28,11 @@ std::string OpenDialogs() {
 TEST(Specification, ShowsTheRadioAndForgetsItWhenTheNextOneIsSilent) {
   Desktop desktop({"sim:trunked", "sim:conventional,fault=silent@caret"});
   ASSERT_TRUE(desktop.Start());
+  desktop.dialogs.WhenShown("frmSelectCommPort",
+                            [&](wxDialog& dialog) { desktop.Click("cmdCancel", &dialog); });
+  desktop.Click("cmdReadRadio");
+  EXPECT_EQ(desktop.Boxes(), "");
+  EXPECT_FALSE(desktop.application->link.Port(1).IsOpen());
   desktop.dialogs.WhenShown("frmSelectCommPort", [&](wxDialog& dialog) {
     desktop.Find<wxRadioButton>("optCommSelect1", &dialog)->SetValue(true);
     wxCommandEvent chosen(wxEVT_RADIOBUTTON);
