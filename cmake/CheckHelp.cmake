@@ -1,5 +1,5 @@
 # Fails when a help book lacks a page that another language has, a page is missing from its book's contents or list of
-# files, or a link leads nowhere.
+# files, a link leads nowhere, or the index holds a name twice.
 # By hand: cmake -DHELP=resources/help -P cmake/CheckHelp.cmake        (CTest runs it as the test "help")
 cmake_minimum_required(VERSION 3.25)
 cmake_path(ABSOLUTE_PATH HELP)
@@ -44,6 +44,15 @@ foreach(language en fr es zh)
       endforeach()
     endif()
   endforeach()
+
+  # The help window would ask which of them, and a job would have to wait for the answer.
+  set(file zepdlca.hhk)
+  find_values(names ${folder}/${file} "Name\" value")
+  set(unique "${names}")
+  list(REMOVE_DUPLICATES unique)
+  if(NOT names STREQUAL unique)
+    fail("holds a name twice")
+  endif()
 
   foreach(file IN LISTS files)
     find_values(links ${folder}/${file} "href|Local\" value")

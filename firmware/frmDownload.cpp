@@ -68,8 +68,7 @@ frmDownload::frmDownload(wxWindow* parent, services::WindowContext& window_conte
                          Firmware& program_firmware, radiodb::RadioDb& radio_db)
     : TaskWindow(parent, window_context, "frmDownload", "download.htm"),
       firmware_(program_firmware),
-      db_(radio_db),
-      frame_(wxGetTopLevelParent(parent)) {
+      db_(radio_db) {
   const Session& session = context.session;
   const int gap = services::Gap(this);
   const wxSizerFlags below = wxSizerFlags().Expand().Border(wxTOP, gap);
@@ -95,13 +94,9 @@ frmDownload::frmDownload(wxWindow* parent, services::WindowContext& window_conte
   SetContents(rows);
   for (wxTextCtrl* box : {txtBinaryFileName, txtBinaryFilePath, txtDataFileName, txtDataFilePath})
     box->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { StoreChoices(); });
-  frame_->Bind(wxEVT_ACTIVATE, &frmDownload::OnActivate, this);
 }
 
-frmDownload::~frmDownload() {
-  frame_->Unbind(wxEVT_ACTIVATE, &frmDownload::OnActivate, this);
-  StoreChoices();
-}
+frmDownload::~frmDownload() { StoreChoices(); }
 
 wxSizer* frmDownload::MakeFileRows(wxStaticBox* frame, const FileBoxes& boxes) {
   const Session& session = context.session;
@@ -162,11 +157,11 @@ wxSizer* frmDownload::MakeButtons() {
   cmdUpload =
       services::MakeButton(this, NLSFmt(session, "&Upload..."), "cmdUpload", [this] { Upload(); });
   cmdUpload->Show(session.upload);
-  cmdHelp = services::MakeHelpButton(this, context, "download.htm");
+  wxButton* help = services::MakeHelpButton(this, context, "download.htm");
   cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
                                    [this] { CancelOrClose(); });
   cmdDownload->SetDefault();
-  return services::ButtonRow(this, {cmdDownload, cmdUpload, cmdHelp, cmdCancel});
+  return services::ButtonRow(this, {cmdDownload, cmdUpload, help, cmdCancel});
 }
 
 void frmDownload::UpdateOffers() {
@@ -182,11 +177,6 @@ void frmDownload::UpdateOffers() {
   lblAutoSaveRadioData->Show(offers);
   Layout();
   FitInside();
-}
-
-void frmDownload::OnActivate(wxActivateEvent& event) {
-  event.Skip();
-  if (event.GetActive()) UpdateOffers();
 }
 
 void frmDownload::ShowChoices() {
@@ -244,6 +234,8 @@ void frmDownload::BrowseData() {
 void frmDownload::Download() {
   if (context.job.IsRunning()) return;
   StoreChoices();
+  HideResult();
+  cmdCancel->SetFocus();
   EnableInputs(false);
   JobWindows windows(this, context);
   {
@@ -252,15 +244,19 @@ void frmDownload::Download() {
     DownloadFirmwareAndData(firmware_, db_, Choices(), windows);
   }
   EnableInputs(true);
+  cmdDownload->SetFocus();
   UpdateOffers();  // the user may have chosen other ports meanwhile
   ShowResult(windows.Report());
 }
 
 void frmDownload::Upload() {
   if (context.job.IsRunning()) return;
+  HideResult();
+  cmdCancel->SetFocus();
   EnableInputs(false);
   const std::string report = UploadFirmwareToChosenFile(this, context, firmware_);
   EnableInputs(true);
+  cmdUpload->SetFocus();
   ShowChoices();
   ShowResult(report);
 }
@@ -276,9 +272,15 @@ void frmDownload::CancelOrClose() {
 void frmDownload::EnableInputs(bool enabled) {
   for (wxWindow* input : std::initializer_list<wxWindow*>{
            txtBinaryFileName, txtBinaryFilePath, cmdBrowseBinary, txtDataFileName, txtDataFilePath,
-           cmdBrowseData, chkAutoSaveRadioData, cmdDownload, cmdUpload, cmdHelp}) {
+           cmdBrowseData, chkAutoSaveRadioData, cmdDownload, cmdUpload}) {
     input->Enable(enabled);
   }
+}
+
+// What an earlier run has said is not of the one that begins.
+void frmDownload::HideResult() {
+  txtResult->Clear();
+  txtResult->Hide();
 }
 
 void frmDownload::ShowResult(const std::string& text) {

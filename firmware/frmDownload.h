@@ -49,12 +49,11 @@ class frmDownload : public services::TaskWindow {
   void CancelOrClose();
   // The inputs wait while a job runs, all but Cancel.
   void EnableInputs(bool enabled);
+  void HideResult();
   void ShowResult(const std::string& text);
-  void OnActivate(wxActivateEvent& event);
 
   Firmware& firmware_;
   radiodb::RadioDb& db_;
-  wxWindow* frame_;  // whose activation is watched
 
   wxTextCtrl* txtBinaryFileName;
   wxTextCtrl* txtBinaryFilePath;
@@ -68,7 +67,6 @@ class frmDownload : public services::TaskWindow {
   wxTextCtrl* txtResult;
   wxButton* cmdDownload;
   wxButton* cmdUpload;
-  wxButton* cmdHelp;
   wxButton* cmdCancel;
 };
 

@@ -107,7 +107,9 @@ TransferPanel::Row TransferPanel::MakeRow(int slot) {
 
 void TransferPanel::Clear() {
   wants_to_cancel_ = false;
-  cancel_enabled_ = true;
+  EnableCancel(true);
+  pnlProgress->ShowText("");
+  pnlProgress->SetMaximum(1);
   for (const int slot : link::kAllPorts) {
     const std::size_t index = link::Link::Index(slot);
     const std::string device = link_.ports[index]->Device();
@@ -120,23 +122,20 @@ void TransferPanel::Clear() {
   }
 }
 
-void TransferPanel::ShowOutcomes(const TransferResult& result) {
-  for (std::size_t index = 0; index < rows_.size(); ++index)
-    SetText(rows_[index].lblOutcome, NLSFmt(context_.session, OutcomeText(result.outcomes[index])));
-}
-
 void TransferPanel::Cancel() {
-  if (cancel_enabled_) {
-    WindowContext::Call(on_cancel);
-  } else {
+  if (!cancel_enabled_) {
     wants_to_cancel_ = true;
+    return;
   }
+  WindowContext::Call(on_cancel);
+  // It needs no second wish, though the ports take their time to close.
+  if (context_.session.CancelRequested) WindowContext::Call(on_cancel_enabled, false);
 }
 
 void TransferPanel::EnableCancel(bool enabled) {
   cancel_enabled_ = enabled;
   WindowContext::Call(on_cancel_enabled, enabled);
-  if (enabled && std::exchange(wants_to_cancel_, false)) WindowContext::Call(on_cancel);
+  if (enabled && std::exchange(wants_to_cancel_, false)) Cancel();
 }
 
 void TransferPanel::SetCaption(const std::string& caption) {
@@ -166,6 +165,7 @@ void TransferPanel::SetSlot(int slot, const link::SlotLabels& labels) {
   SetText(row.lblMicro, labels.micro);
   SetText(row.lblFlash, labels.flash);
   SetText(row.lblStatus, labels.status);
+  if (!labels.outcome.empty()) SetText(row.lblOutcome, labels.outcome);
   if (link_.CommStates[link::Link::Index(slot)] == link::PortState::kErrorDetected)
     SetText(row.lblOutcome, NLSFmt(context_.session, OutcomeText(SlotOutcome::kFailed)));
   for (wxStaticText* label :

@@ -77,6 +77,10 @@ TransferResult frmWriteSWToRadio::Run(const TransferOptions& options) {
 }
 
 void frmWriteSWToRadio::WriteSW() {
+  if (run_->asking_to_cancel) {
+    timActivateWriteSW.StartOnce(kUntilPainted);  // after the answer
+    return;
+  }
   WriteRadioSW(*run_);
   UnloadTransfer(*run_);
   EndModal(wxID_OK);

@@ -58,7 +58,7 @@ bool PrepareUpload(TransferRun& run) {
   image.FirmwareRadioModel = image.FirmwareMicroType = image.FirmwareFlashSize = 0;
   image.FirmwareRadioType.clear();
   if (CountActivePorts(link) > 1) link.windows.ShowPortSelection(link);
-  return IsOneRadio(link);
+  return !link.session.CancelRequested && IsOneRadio(link);
 }
 
 // The finishing step: lets the radios start their new firmware.
@@ -72,6 +72,11 @@ void Finish(TransferRun& run) {
   DrainOutput(link);
   if (link.session.Stopped()) return;
   link.session.DownloadSucceeded = true;
+  for (const int slot : kAllPorts) {
+    if (!link.IsActive(slot)) continue;
+    run.firmware.Labels(slot).outcome = NLSFmt(link.session, OutcomeText(SlotOutcome::kDone));
+    run.view.SetSlot(slot, run.firmware.Labels(slot));
+  }
   if (!run.options.automatic_upgrade) TransferReport(link, run.view);
   run.done = true;
 }

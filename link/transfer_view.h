@@ -8,9 +8,10 @@ namespace zep::link {
 
 // The labels of one port slot. Empty texts show nothing.
 struct SlotLabels {
-  std::string status;  // the port's state
-  std::string micro;   // "A1" or "E1"
-  std::string flash;   // the flash device's name
+  std::string status;   // the port's state
+  std::string micro;    // "A1" or "E1"
+  std::string flash;    // the flash device's name
+  std::string outcome;  // empty until it is known
   bool enabled = true;
 };
 

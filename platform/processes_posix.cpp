@@ -1,5 +1,6 @@
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <ctime>
 #include <fcntl.h>
 #include <fstream>
@@ -19,6 +20,7 @@ namespace {
   if (fork() > 0) _exit(0);
   const int nothing = open("/dev/null", O_RDWR);
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) dup2(nothing, stream);
+  signal(SIGPIPE, SIG_DFL);  // which it would inherit as ignored
   execvp(words[0], words);
   const int why = errno;
   if (write(report, &why, sizeof why) < 0) _exit(126);

@@ -49,7 +49,7 @@ frmSpecification::frmSpecification(wxWindow* parent, services::WindowContext& wi
   cmdReadRadio = services::MakeButton(this, NLSFmt(session, "&Read Radio"), "cmdReadRadio",
                                       [this] { ReadTheRadio(); });
   cmdCopy = services::MakeButton(this, NLSFmt(session, "C&opy"), "cmdCopy", [this] { Copy(); });
-  cmdHelp = services::MakeHelpButton(this, context, "specification.htm");
+  wxButton* help = services::MakeHelpButton(this, context, "specification.htm");
   cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
                                    [this] { CancelOrClose(); });
   cmdReadRadio->SetDefault();
@@ -58,7 +58,7 @@ frmSpecification::frmSpecification(wxWindow* parent, services::WindowContext& wi
   auto* rows = new wxBoxSizer(wxVERTICAL);
   rows->Add(grid_, wxSizerFlags().Expand());
   rows->Add(lblStatus, below);
-  rows->Add(services::ButtonRow(this, {cmdReadRadio, cmdCopy, cmdHelp, cmdCancel}), below);
+  rows->Add(services::ButtonRow(this, {cmdReadRadio, cmdCopy, help, cmdCancel}), below);
   SetContents(rows);
   FillInTheData();
   ShowStatus(IsRead() ? "" : kNotRead);
@@ -86,7 +86,8 @@ void frmSpecification::ReadTheRadio() {
   db_.identity = {};
   FillInTheData();
   ShowStatus(NLSText("Reading Radio"));
-  for (wxButton* button : {cmdReadRadio, cmdHelp}) button->Disable();
+  cmdCancel->SetFocus();
+  cmdReadRadio->Disable();
   bool done = false;
   {
     const services::JobControl::Scope scope(context.job,
@@ -95,9 +96,11 @@ void frmSpecification::ReadTheRadio() {
     done = ReadSpecification(db_);
   }
   if (!done) db_.identity = {};
-  for (wxButton* button : {cmdReadRadio, cmdHelp}) button->Enable();
+  cmdReadRadio->Enable();
+  cmdReadRadio->SetFocus();
   FillInTheData();
-  ShowStatus(done ? "" : kFailed);
+  const bool was_cancelled = context.session.failure == services::Failure::kCancelled;
+  ShowStatus(done ? "" : was_cancelled ? kNotRead : kFailed);
 }
 
 void frmSpecification::Copy() {

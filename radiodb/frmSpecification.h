@@ -38,7 +38,6 @@ class frmSpecification : public services::TaskWindow {
   wxStaticText* lblStatus;
   wxButton* cmdReadRadio;
   wxButton* cmdCopy;
-  wxButton* cmdHelp;
   wxButton* cmdCancel;
 };
 

@@ -205,9 +205,12 @@ void StandBesideDialogs(wxTopLevelWindow* frame) {
   frame->SetExtraStyle(frame->GetExtraStyle() | wxTOPLEVEL_EX_DIALOG);
 }
 
-bool CloseModalDialog() {
 #ifdef __WXGTK__
-  // Message boxes and file dialogs are the toolkit's own, which stand above all else.
+namespace {
+
+// Message boxes and file dialogs are the toolkit's own, which stand above all else. Null when none
+// is open.
+GtkDialog* NativeDialog() {
   GtkDialog* native = nullptr;
   GList* windows = gtk_window_list_toplevels();
   for (const GList* node = windows; node != nullptr; node = node->next) {
@@ -217,7 +220,22 @@ bool CloseModalDialog() {
       native = GTK_DIALOG(node->data);
   }
   g_list_free(windows);
-  if (native != nullptr) {
+  return native;
+}
+
+}  // namespace
+#endif
+
+bool HasModalDialog(const Session& session) {
+#ifdef __WXGTK__
+  if (NativeDialog() != nullptr) return true;
+#endif
+  return session.open_questions > 0 || dynamic_cast<wxDialog*>(DialogParent()) != nullptr;
+}
+
+bool CloseModalDialog() {
+#ifdef __WXGTK__
+  if (GtkDialog* native = NativeDialog()) {
     gtk_dialog_response(native, GTK_RESPONSE_DELETE_EVENT);
     return true;
   }

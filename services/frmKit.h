@@ -130,6 +130,9 @@ bool CopyText(std::string_view text);
 // Lets a frame be used and closed while a modal dialog is open, as the window of a job is.
 void StandBesideDialogs(wxTopLevelWindow* frame);
 
+// Whether a modal dialog, a message box or a file dialog is open.
+bool HasModalDialog(const Session& session);
+
 // Closes the topmost modal dialog or message box, never with a Yes; the window of a job stops its
 // job without asking. Whoever has shown it goes on in a later turn. False when none is open.
 bool CloseModalDialog();

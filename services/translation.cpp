@@ -37,6 +37,8 @@ std::string_view LanguageCode(Language language) {
 }
 
 void Translation::Load(std::string_view contents) {
+  entries_.clear();
+  problem_.clear();
   int bad_lines = 0;
   const auto complain = [&](int number, std::string_view what) {
     if (++bad_lines == 1) problem_ = "line " + std::to_string(number) + ": " + std::string(what);

@@ -8,6 +8,7 @@
 #include "link/frmPreferences.h"
 #include "link/frmSelectCommPort.h"
 #include "link/port_slots.h"
+#include "services/messages.h"
 
 namespace zep::shell {
 namespace {
@@ -75,16 +76,23 @@ void Application::UseSlotDevices() {
   }
 }
 
-platform::SystemError Application::UseLanguage() {
+void Application::UseLanguage() {
   UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
-  platform::SystemError error = services::LoadTexts(session);
+  const platform::SystemError error = services::LoadTexts(session);
   UseToolkitLanguage(session.translation.GetLanguage());
   if (on_language) on_language();
-  return error;
+  if (error) NLSMsgBox(session, ErrorNote(session, error));
+  if (const std::string& problem = session.translation.Problem(); !problem.empty()) {
+    NLSMsgBox(session, NLSFmt(session,
+                              "The dictionary is damaged (%0:s), so some texts are in English. "
+                              "Please reinstall this application.",
+                              {problem}));
+  }
 }
 
 void Application::ShowPreferences(link::Link& shown_link) {
   const int language = UILanguage;
+  link::CheckCommPorts(shown_link, false);  // devices come and go
   link::frmPreferences preferences(
       services::DialogParent(), context, shown_link,
       {.list_devices = surroundings.list_devices, .try_device = [this](const std::string& device) {

@@ -92,9 +92,9 @@ class Application final : public link::LinkWindows {
 
   // Told after the interface language has changed.
   std::function<void()> on_language;
-  // Reads the language from the settings again and the texts for it. Returns why there are none, in
-  // which case they are English.
-  platform::SystemError UseLanguage();
+  // Reads the language from the settings again and the texts for it. Tells the user why there are
+  // none, in which case they are English.
+  void UseLanguage();
 
   void ShowPreferences(link::Link& link) override;
   void ShowPortSelection(link::Link& link) override;

@@ -28,6 +28,7 @@ using services::ToWx;
 constexpr int kFrameWidth = 860;
 constexpr int kFrameHeight = 560;
 constexpr int kTreePaneWidth = 190;
+constexpr int kBetweenEndings = 250;  // ms
 enum StatusField { kStatusText, kModeText, kLanguageText };
 
 std::string_view ModeName(const services::Session& session) {
@@ -101,6 +102,13 @@ frmMDI::frmMDI(Application& application)
   application.on_language = [this] { CallAfter(&frmMDI::ShowLanguage); };
   Bind(wxEVT_CLOSE_WINDOW, &frmMDI::OnClose, this);
   Bind(wxEVT_CHAR_HOOK, &frmMDI::OnKey, this);
+  timEnd.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+    if (is_ending_) {
+      EndWithoutAsking();
+    } else {
+      Close();
+    }
+  });
   wxTheApp->Bind(wxEVT_QUERY_END_SESSION, &frmMDI::OnQueryEndSession, this);
   wxTheApp->Bind(wxEVT_END_SESSION, &frmMDI::OnEndSession, this);
   MDIForm_Load();
@@ -346,15 +354,17 @@ void frmMDI::OnJob(bool running) {
   if (running) return;
   SetStatusText("", kStatusText);
   if (std::exchange(language_changed_, false)) CallAfter(&frmMDI::ShowLanguage);
-  if (std::exchange(close_after_job_, false)) CallAfter([this] { Close(); });
+  if (close_after_job_) CallAfter([this] { Close(); });
 }
 
 // A job is never left behind: it is stopped first, and the frame closes when it has ended.
 void frmMDI::OnClose(wxCloseEvent& event) {
+  if (IsBeingDeleted()) return;
   services::Session& session = application_.session;
-  if (event.CanVeto() && services::DialogParent() != this &&
-      !application_.context.job.IsRunning()) {
-    event.Veto();  // a question is open above it
+  if (event.CanVeto() && !application_.context.job.IsRunning() &&
+      services::HasModalDialog(session)) {
+    event.Veto();  // whoever has opened that goes on afterwards
+    if (close_after_job_) timEnd.StartOnce(kBetweenEndings);
     return;
   }
   if (!application_.context.job.IsRunning()) {
@@ -374,26 +384,27 @@ void frmMDI::OnClose(wxCloseEvent& event) {
 
 // The computer is to be shut down or the user logged out: a job holds that up.
 void frmMDI::OnQueryEndSession(wxCloseEvent& event) {
-  if (application_.context.job.IsRunning()) {
-    OnClose(event);
-  } else {
-    event.Skip();
-  }
+  if (application_.context.job.IsRunning()) OnClose(event);
 }
 
 // It happens all the same: a job stops now, and its handler closes the ports.
 void frmMDI::OnEndSession(wxCloseEvent& event) {
-  event.Skip(!application_.context.job.IsRunning());
+  event.Skip(false);
   EndWithoutAsking();
 }
 
 void frmMDI::EndWithoutAsking() {
+  is_ending_ = true;
   if (application_.context.job.IsRunning()) {
-    close_after_job_ = true;
     application_.session.RequestCancel();
   }
-  // What waits for an answer goes on without one; the frame may close when nobody waits above it.
-  if (!services::CloseModalDialog() && !application_.context.job.IsRunning()) Close(true);
+  close_after_job_ = true;
+  // What waits for an answer goes on without one. The frame may close when nobody waits above it.
+  if (services::CloseModalDialog() || application_.context.job.IsRunning()) {
+    timEnd.StartOnce(kBetweenEndings);
+  } else {
+    Close(true);
+  }
 }
 
 void frmMDI::OnKey(wxKeyEvent& event) {
@@ -405,6 +416,8 @@ void frmMDI::OnKey(wxKeyEvent& event) {
     } else {
       main_->FocusTree();
     }
+  } else if (event.GetKeyCode() == WXK_ESCAPE && application_.context.job.IsRunning()) {
+    application_.context.job.Cancel();  // when nothing nearer has the focus
   } else if (event.GetKeyCode() == WXK_F1 && !event.HasAnyModifiers()) {
     help_.ShowPage("main_window.htm");
   } else {

@@ -30,8 +30,7 @@ class frmMDI : public wxAuiMDIParentFrame {
   wxMenuItem* Entry(const std::string& name) const;
   std::size_t Heading(const std::string& name) const;
   // The computer or the user's session ends, or somebody has told the program to: a running job is
-  // stopped first, and then, without a question, the program. To be called again, in a later turn,
-  // until the frame has gone: dialogs are closed one at a time.
+  // stopped first, dialogs are closed, and then, without a question, the program ends.
   void EndWithoutAsking();
 
   frmMain& MainWindow() { return *main_; }
@@ -70,6 +69,8 @@ class frmMDI : public wxAuiMDIParentFrame {
   std::map<std::string, std::size_t> headings_;
   std::vector<wxMenuItem*> idle_entries_;  // cannot be chosen while a job runs
   bool close_after_job_ = false;
+  bool is_ending_ = false;  // without asking
+  wxTimer timEnd;           // tries again when something still stood above the frame
   bool language_changed_ = false;
 };
 

@@ -1,10 +1,13 @@
 #include "shell/help_book.h"
 
+#include <utility>
+
 #include <wx/display.h>
 #include <wx/fs_zip.h>
 #include <wx/html/helpctrl.h>
 #include <wx/html/helpfrm.h>
 #include <wx/html/helpwnd.h>
+#include <wx/log.h>
 #include <wx/notebook.h>
 #include <wx/splitter.h>
 #include <wx/sysopt.h>
@@ -45,6 +48,8 @@ class HelpBook::Viewer final : public wxHtmlHelpController {
     SetShouldPreventAppExit(false);
     SetTitleFormat("%s");
   }
+  // At once: the frame uses the book's data until it has gone.
+  ~Viewer() override { delete std::exchange(m_helpFrame, nullptr); }
 
   // The help window, opened or brought to the front.
   wxHtmlHelpWindow& Window() {
@@ -81,45 +86,38 @@ class HelpBook::Viewer final : public wxHtmlHelpController {
 
 HelpBook::HelpBook(const services::WindowContext& context) : context_(context) {}
 
-HelpBook::~HelpBook() { Reset(); }
+HelpBook::~HelpBook() = default;
 
-void HelpBook::Reset() {
-  if (viewer_) viewer_->Quit();
-  viewer_.reset();
-}
-
-std::string HelpBook::FindBook() const {
-  for (const services::Language language :
-       {context_.session.translation.GetLanguage(), services::Language::kEnglish}) {
-    std::string path = FindApplicationFile(context_.session.paths, BookName(language));
-    if (platform::FileExists(path)) return path;
-  }
-  return {};
-}
+void HelpBook::Reset() { viewer_.reset(); }
 
 HelpBook::Viewer* HelpBook::OpenViewer() {
   if (viewer_) return viewer_.get();
-  const std::string book = FindBook();
   AddZipFileSystem();
-  auto viewer = std::make_unique<Viewer>(context_.job);
-  if (book.empty() || !viewer->AddBook(wxFileName(ToWx(book)), false)) {
-    Tell(NLSFmt(context_.session,
-                "The help book %0:s cannot be opened. Please reinstall this application.",
-                {book.empty() ? BookName(services::Language::kEnglish) : book}),
-         services::Icon::kCritical);
-    return nullptr;
+  const wxLogNull no_boxes_of_the_toolkit;
+  const services::Session& session = context_.session;
+  const services::Language wanted = session.translation.GetLanguage();
+  std::string book = BookName(services::Language::kEnglish);
+  for (const services::Language language : {wanted, services::Language::kEnglish}) {
+    const std::string path = FindApplicationFile(session.paths, BookName(language));
+    if (!platform::FileExists(path)) continue;
+    book = path;
+    auto viewer = std::make_unique<Viewer>(context_.job);
+    if (!viewer->AddBook(wxFileName(ToWx(path)), false)) continue;
+    if (language != wanted)
+      Tell(NLSFmt(session, "There is no help book in your language; the English one is shown."),
+           services::Icon::kInformation);
+    viewer_ = std::move(viewer);
+    return viewer_.get();
   }
-  const bool is_translated = book.ends_with(BookName(context_.session.translation.GetLanguage()));
-  if (!is_translated)
-    Tell("There is no help book in your language; the English one is shown.",
-         services::Icon::kInformation);
-  viewer_ = std::move(viewer);
-  return viewer_.get();
+  Tell(NLSFmt(session, "The help book %0:s cannot be opened. Please reinstall this application.",
+              {book}),
+       services::Icon::kCritical);
+  return nullptr;
 }
 
 void HelpBook::Tell(const std::string& text, services::Icon icon) const {
   if (context_.job.IsRunning()) {
-    services::WindowContext::Call(context_.show_status, NLSFmt(context_.session, text));
+    services::WindowContext::Call(context_.show_status, text);
   } else {
     NLSMsgBox(context_.session, text, {.icon = icon});
   }

@@ -27,8 +27,6 @@ class HelpBook {
   // With the book in it, made when it is first wanted; null, and the user has been told, when there
   // is no book.
   Viewer* OpenViewer();
-  // The book of the interface language, else the English one; empty when there is none.
-  std::string FindBook() const;
   // In a box; during a job, which a box would keep waiting, in the status bar.
   void Tell(const std::string& text, services::Icon icon) const;
 

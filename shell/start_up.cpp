@@ -53,16 +53,10 @@ bool TakeOption(Application& application, std::string_view word) {
 // without it.
 void ReadTexts(Application& application) {
   services::Session& session = application.session;
-  const platform::SystemError texts = application.UseLanguage();
-  for (const platform::SystemError& error : {texts, application.surroundings.user_hive.Problem(),
+  application.UseLanguage();
+  for (const platform::SystemError& error : {application.surroundings.user_hive.Problem(),
                                              application.surroundings.machine_hive.Problem()}) {
     if (error) NLSMsgBox(session, ErrorNote(session, error));
-  }
-  if (const std::string& problem = session.translation.Problem(); !problem.empty()) {
-    NLSMsgBox(session, NLSFmt(session,
-                              "The dictionary is damaged (%0:s), so some texts are in English. "
-                              "Please reinstall this application.",
-                              {problem}));
   }
   if (!session.strings.Problem().empty()) NLSMsgBox(session, session.strings.Problem());
 }

@@ -1,6 +1,8 @@
 // The program zepdlca.
 #include <cstdlib>
 #include <memory>
+#include <optional>
+#include <utility>
 
 #include <wx/app.h>
 #include <wx/image.h>
@@ -41,23 +43,36 @@ std::vector<std::string> Split(const std::string& text, char separator) {
   return parts;
 }
 
+// The words behind the program's name, with a blank between them.
+template <typename Arguments>
+std::string Words(int count, const Arguments& arguments) {
+  wxString words;
+  for (int index = 1; index < count; ++index)
+    words += (index > 1 ? " " : "") + wxString(arguments[index]);
+  return services::FromWx(words);
+}
+
 class Zepdlca final : public wxApp {
  public:
+  Zepdlca() = default;
+  // The words behind the program's name, before the toolkit has taken its own out of them.
+  explicit Zepdlca(std::string command_line) : command_line_(std::move(command_line)) {}
+
   bool OnInit() override;
   int OnExit() override;
 
  private:
   void LookForRequests();
 
+  std::optional<std::string> command_line_;
   platform::SystemClock clock_;
-  platform::Interrupts interrupts_;
+  std::optional<platform::Interrupts> interrupts_;  // from the main window on
   platform::SingleInstance instance_{"zepdlca"};
   std::unique_ptr<platform::SettingsHive> user_hive_ = platform::OpenUserHive();
   std::unique_ptr<platform::SettingsHive> machine_hive_ = platform::OpenMachineHive();
   std::unique_ptr<Surroundings> surroundings_;
   std::unique_ptr<Application> application_;
   frmMDI* frame_ = nullptr;
-  bool is_ending_ = false;  // somebody has told the program to
   wxTimer request_timer_;
 };
 
@@ -81,11 +96,9 @@ bool Zepdlca::OnInit() {
       *surroundings_, StartChoices{.application_folder = Environment("ZEPDLCA_APPLICATION_FOLDER"),
                                    .string_table = Environment("ZEPDLCA_STRING_TABLE"),
                                    .ports = Split(Environment("ZEPDLCA_PORTS"), ';')});
-  std::string command_line;
-  for (int index = 1; index < argc; ++index)
-    command_line += (index > 1 ? " " : "") + services::FromWx(argv[index]);
-  frame_ = Main(*application_, command_line);
+  frame_ = Main(*application_, command_line_ ? *command_line_ : Words(argc, argv));
   if (frame_ == nullptr) return false;
+  interrupts_.emplace();
   instance_.TakeShowRequest();  // one that an earlier copy has left
   request_timer_.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { LookForRequests(); });
   request_timer_.Start(kRequestInterval);
@@ -94,8 +107,7 @@ bool Zepdlca::OnInit() {
 
 void Zepdlca::LookForRequests() {
   if (GetTopWindow() != frame_) return;
-  is_ending_ = is_ending_ || interrupts_.Take() > 0;
-  if (is_ending_) {
+  if (interrupts_->Take() > 0) {
     frame_->EndWithoutAsking();
     return;
   }
@@ -117,10 +129,10 @@ int Zepdlca::OnExit() {
 #ifdef _WIN32
 wxIMPLEMENT_APP(zep::shell::Zepdlca);
 #else
-wxIMPLEMENT_APP_NO_MAIN(zep::shell::Zepdlca);
-
 int main(int argc, char** argv) {
   zep::shell::PrepareToolkit();
-  return wxEntry(argc, argv);
+  wxApp::SetInstance(new zep::shell::Zepdlca(zep::shell::Words(argc, argv)));
+  int only_the_name = 1;
+  return wxEntry(only_the_name, argv);
 }
 #endif

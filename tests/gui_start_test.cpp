@@ -142,10 +142,14 @@ TEST(TaskTree, OffersTheTasksOfTheApplicationAndOpensOneAtATime) {
   EXPECT_EQ(desktop.application->current_task, shell::Task::kSpecification);
   press(WXK_SPACE);
   EXPECT_EQ(desktop.application->current_task, shell::Task::kDownload);
-  const wxWindow* first = desktop.frame->MainWindow().TaskForm();
+  bool closed = false;
+  desktop.frame->MainWindow().TaskForm()->Bind(wxEVT_DESTROY, [&](wxWindowDestroyEvent& event) {
+    closed = true;
+    event.Skip();
+  });
   press(WXK_RETURN);
   EXPECT_EQ(desktop.application->current_task, shell::Task::kDownload);
-  EXPECT_NE(desktop.frame->MainWindow().TaskForm(), first) << "closed and opened anew";
+  EXPECT_TRUE(closed) << "and opened anew";
   desktop.Open("sPECIFICATIONS");
   EXPECT_EQ(desktop.application->current_task, shell::Task::kSpecification);
   desktop.Click("cmdCancel");

@@ -81,6 +81,7 @@ UpgradeOutcome AutomaticUpgrade::Upgrade() {
 UpgradeOutcome AutomaticUpgrade::RunSteps() {
   log_.Log("Upgrade process started.");
   TellOfUnfinishedUpgrades(session_, log_);
+  session_.TransferMode = services::Transfer::kProgram;
   // One radio's data goes through this run, so only that radio gets the firmware.
   if (!link::SelectSinglePort(link_) || !link::InitialiseComms(link_)) {
     return Report(FailWith("Could not initialise comms", Failure::kPort));
@@ -156,8 +157,8 @@ bool AutomaticUpgrade::Download() {
   log_.Log("Starting firmware download. Version is currently v" + db_.identity.software_version);
   view_.ShowStatus(NLSFmt(session_, "Downloading radio firmware"));
   download_started_ = true;
-  if (!run_.TransferFirmware(firmware_, view_,
-                             {.at_once = std::nullopt, .automatic_upgrade = true}))
+  const firmware::TransferOptions options{.at_once = std::nullopt, .automatic_upgrade = true};
+  if (!run_.TransferFirmware(firmware_, view_, options).succeeded)
     return FailWith("Firmware download failed", Failure::kRefused);
   if (db_.identity.tier == kSwitchesOff) {
     NLSMsgBox(session_, "Please turn the radio on so that it can be programmed.",

@@ -43,17 +43,18 @@ frmAutomaticUpgrade::frmAutomaticUpgrade(wxWindow* parent, services::WindowConte
 void frmAutomaticUpgrade::Upgrade() {
   if (context.job.IsRunning()) return;
   panel_->Begin();
+  cmdCancel->SetFocus();
   cmdUpgrade->Disable();
   UpgradeOutcome outcome{};
   {
     const services::JobControl::Scope job(context.job, [this] {
-      panel_->TellOfCancel();
-      upgrade_.Cancel();
+      if (panel_->MayCancel()) upgrade_.Cancel();
     });
     outcome = upgrade_.Upgrade();
   }
   panel_->End(NLSFmt(context.session, FinalReport(outcome)));
   cmdUpgrade->Enable();
+  cmdUpgrade->SetFocus();
 }
 
 void frmAutomaticUpgrade::CancelOrClose() {

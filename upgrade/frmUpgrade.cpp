@@ -5,6 +5,7 @@
 #include "firmware/download.h"
 #include "services/messages.h"
 #include "services/resource_ids.h"
+#include "upgrade/automatic_upgrade.h"
 
 namespace zep::upgrade {
 namespace {
@@ -51,6 +52,7 @@ frmUpgrade::frmUpgrade(wxWindow* parent, services::WindowContext& window_context
   rows->Add(services::ButtonRow(
                 this, {cmdUpgrade, cmdCancel, services::MakeHelpButton(this, context, kHelpPage)}),
             wxSizerFlags().Expand().Border(wxTOP, services::Gap(this)));
+  panel_->MoveAfterInTabOrder(chkAppLaunchExe);
   SetContents(rows);
 
   const UpgradeSelections selections = LoadUpgradeSelections(session);
@@ -87,20 +89,22 @@ void frmUpgrade::Upgrade() {
              cmdUpgrade, chkSaveMain, chkSaveCalibration, chkUpgradeCalibration, chkAppLaunchExe})
       control->Enable(enabled);
   };
+  cmdCancel->SetFocus();
   enable(false);
-  bool done = false;
+  UpgradeOutcome outcome = UpgradeOutcome::kFailed;
   {
     const services::JobControl::Scope job(context.job, [this] {
-      panel_->TellOfCancel();
-      upgrade_.Cancel();
+      if (panel_->MayCancel()) upgrade_.Cancel();
     });
-    done = upgrade_.Upgrade(Selections());
+    if (upgrade_.Upgrade(Selections())) {
+      outcome = UpgradeOutcome::kSucceeded;
+    } else if (context.session.failure == services::Failure::kCancelled) {
+      outcome = UpgradeOutcome::kAborted;
+    }
   }
-  panel_->End(NLSFmt(context.session,
-                     done
-                         ? services::NLSText("The upgrade process has completed successfully")
-                         : services::NLSText("The upgrade process did not complete successfully")));
+  panel_->End(NLSFmt(context.session, FinalReport(outcome)));
   enable(true);
+  cmdUpgrade->SetFocus();
 }
 
 void frmUpgrade::CancelOrClose() {

@@ -75,12 +75,21 @@ void UpgradePanel::End(const std::string& result) {
   ShowStatus(result);
 }
 
-void UpgradePanel::TellOfCancel() {
-  if (run_ == nullptr || told_of_cancel_) return;
+bool UpgradePanel::MayCancel() {
+  if (asking_) return false;
+  const services::Session& session = context_.session;
+  if (pnlProgress->IsShown() && session.TransferMode == services::Transfer::kProgram) {
+    asking_ = true;
+    const bool cancels = AskToCancel(context_.session);
+    asking_ = false;
+    return cancels;
+  }
+  if (run_ == nullptr || told_of_cancel_) return true;
   told_of_cancel_ = true;
   ShowStatus(NLSFmt(context_.session,
                     "The upgrade ends when this download is complete. To end it at once, please "
                     "press Stop Download."));
+  return true;
 }
 
 void UpgradePanel::ShowFirmwareFile(const std::string& full_name) {
@@ -93,6 +102,8 @@ void UpgradePanel::ShowStatus(const std::string& status) {
 }
 
 radiodb::ReadWriteView& UpgradePanel::ReadWriteWindow() {
+  pnlProgress->ShowText("");
+  pnlProgress->SetMaximum(1);
   ShowStep(pnlProgress);
   return read_write_;
 }

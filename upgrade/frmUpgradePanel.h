@@ -25,9 +25,10 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   // The run is over; how it ended is the last of the steps.
   void End(const std::string& result);
 
-  // The user wants the upgrade to end. A download that is running is completed first; the user is
-  // told so, once.
-  void TellOfCancel();
+  // The user wants the upgrade to end: false when it is to go on. Half a database in the radio is
+  // worse than half a file on the disk, so while data is written the user is asked. A download that
+  // is running is completed first; the user is told so, once.
+  bool MayCancel();
 
   // Told when the download's rows are shown and when they go, for the window to make room.
   std::function<void(bool shown)> on_transfer_shown;
@@ -61,6 +62,7 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   services::WindowContext& context_;
   firmware::TransferRun* run_ = nullptr;
   bool told_of_cancel_ = false;
+  bool asking_ = false;
 
   wxTextCtrl* txtBinaryFileName;
   wxButton* cmdBrowseBinary = nullptr;

@@ -1,7 +1,10 @@
 #include "upgrade/manual_upgrade.h"
 
+#include <algorithm>
 #include <exception>
+#include <sstream>
 
+#include "firmware/transfer_report.h"
 #include "link/byte_exchange.h"
 #include "platform/files.h"
 #include "platform/processes.h"
@@ -169,6 +172,7 @@ bool WriteBack(Work& work) {
 bool Prepare(Work& work) {
   Session& session = work.session;
   link::Link& link = work.db.link;
+  session.TransferMode = services::Transfer::kProgram;
   if ((work.HasData() && !link::SelectSinglePort(link)) || !link::InitialiseComms(link)) {
     if (session.failure == Failure::kNone) session.failure = Failure::kPort;
     return false;
@@ -176,9 +180,19 @@ bool Prepare(Work& work) {
   link::ClearInputBuffers(link);
   work.db.database_folder = radiodb::DatabaseFolder(session);
   work.db.calibration_folder = radiodb::CalibrationFolder(session);
-  return firmware::CheckForValidFile(session, work.firmware.image) ||
+  firmware::ImageFile& image = work.firmware.image;
+  return (!image.BinaryFileName.empty() && firmware::CheckForValidFile(session, image)) ||
          Refuse(session, NLSFmt(session, "Please select a valid file to down load."),
                 Failure::kFile);
+}
+
+// The image into every radio; how each of them ended is one of the steps.
+bool Download(Work& work) {
+  const firmware::TransferResult result = work.run.TransferFirmware(work.firmware, work.view, {});
+  std::istringstream lines(firmware::TransferReportText(work.firmware, result));
+  for (std::string line; std::getline(lines, line);) work.view.ShowStatus(line);
+  return result.succeeded && std::count(result.outcomes.begin(), result.outcomes.end(),
+                                        firmware::SlotOutcome::kFailed) == 0;
 }
 
 bool DoAll(Work& work) {
@@ -191,7 +205,7 @@ bool DoAll(Work& work) {
   if (!work.run.MayGoOn()) return false;
   work.download_started = true;
   work.view.ShowStatus(NLSFmt(work.session, "Downloading radio firmware"));
-  return work.run.TransferFirmware(work.firmware, work.view, {}) && !work.session.Stopped() &&
+  return Download(work) && !work.session.Stopped() &&
          (!work.HasData() || (work.run.MayGoOn() && WriteBack(work)));
 }
 

@@ -42,12 +42,13 @@ bool UpgradeRun::IsAborted() {
   return aborted_;
 }
 
-bool UpgradeRun::TransferFirmware(firmware::Firmware& firmware, UpgradeView& view,
-                                  const firmware::TransferOptions& options) {
+firmware::TransferResult UpgradeRun::TransferFirmware(firmware::Firmware& firmware,
+                                                      UpgradeView& view,
+                                                      const firmware::TransferOptions& options) {
   session_.TransferMode = services::Transfer::kProgram;
   firmware::TransferRun run(firmware, view.TransferWindow(), options);
   const ShownTransfer shown(view, run, transferring_);
-  return firmware::RunTransfer(run).succeeded;
+  return firmware::RunTransfer(run);
 }
 
 void TidyUp(link::Link& link) {

@@ -39,9 +39,9 @@ class UpgradeRun {
   // Neither aborted nor stopped by a failure.
   bool MayGoOn() { return !IsAborted() && !session_.Stopped(); }
 
-  // Downloads the image chosen in the firmware. True when a radio has it.
-  bool TransferFirmware(firmware::Firmware& firmware, UpgradeView& view,
-                        const firmware::TransferOptions& options);
+  // Downloads the image chosen in the firmware.
+  firmware::TransferResult TransferFirmware(firmware::Firmware& firmware, UpgradeView& view,
+                                            const firmware::TransferOptions& options);
 
  private:
   services::Session& session_;
