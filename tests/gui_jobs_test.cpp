@@ -9,8 +9,10 @@
 namespace zep::testing {
 namespace {
 
+using ::testing::ContainsRegex;
 using ::testing::HasSubstr;
 using ::testing::Not;
+using ::testing::StartsWith;
 
 constexpr const char* kCancelQuestion =
     "This action will leave the radio in an undefined state. Cancel?";
@@ -304,6 +306,25 @@ TEST(Frame, ASecondClickDuringAJobStartsNothing) {
   EXPECT_EQ(desktop.Text("lblSerialNumber"), "10000001");
 }
 
+TEST(Keyboard, EscapeCancelsTheJobOfATaskWindow) {
+  Desktop desktop({"sim:conventional,fault=silent@caret"});
+  ASSERT_TRUE(desktop.Start());
+  desktop.frame->Raise();
+  desktop.Find<wxButton>("cmdReadRadio")->SetFocus();
+  desktop.AtTurn(20, [&] {
+    const wxWindow* focus = wxWindow::FindFocus();
+    ASSERT_NE(focus, nullptr);
+    EXPECT_EQ(focus->GetName(), "cmdCancel");
+    wxKeyEvent escape(wxEVT_CHAR_HOOK);
+    escape.m_keyCode = WXK_ESCAPE;
+    focus->GetEventHandler()->ProcessEvent(escape);
+  });
+  desktop.Click("cmdReadRadio");
+  EXPECT_EQ(desktop.application->session.failure, services::Failure::kCancelled);
+  EXPECT_EQ(desktop.Boxes(), "");
+  EXPECT_THAT(desktop.Text("lblStatus"), StartsWith("No radio has been read yet."));
+}
+
 TEST(InHouse, ReadsTheFlashOfOneRadioIntoAFile) {
   Desktop desktop({"sim:conventional,unpaced"});
   ASSERT_TRUE(desktop.Start("INHOUSE"));
@@ -342,6 +363,22 @@ TEST(AutomaticUpgrade, CancelEndsItAsAborted) {
                 HasSubstr("The upgrade process was aborted"));
     EXPECT_FALSE(desktop.application->context.job.IsRunning());
   }
+}
+
+TEST(UpgradeDialog, SucceedsOnlyWhenEveryRadioHasTheFirmware) {
+  Desktop desktop(
+      {"sim:torvik,unpaced", "sim:torvik,unpaced,serial=10000102,fault=silent@block:3"});
+  ASSERT_TRUE(desktop.Start("INHOUSE"));
+  desktop.Menu("mnuUpgrade");
+  desktop.Find<wxCheckBox>("chkSaveMain")->SetValue(false);
+  desktop.Find<wxCheckBox>("chkSaveCalibration")->SetValue(false);
+  desktop.Choose(desktop.folder.Path(kImage));
+  desktop.Click("cmdBrowseBinary");
+  desktop.Click("cmdUpgrade");
+  EXPECT_THAT(desktop.Text("txtUpgradeSteps"),
+              ContainsRegex("Slot 1 .*: done, .*\nSlot 2 .*: failed, .*\n[^\n]*\n"
+                            "The upgrade process did not complete successfully\n$"));
+  desktop.Boxes();
 }
 
 TEST(UpgradeDialog, KeepsItsBoxesAndSavesWhatIsTicked) {

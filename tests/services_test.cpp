@@ -139,6 +139,9 @@ TEST(Translations, AreReadFromTheDictionary) {
   EXPECT_EQ(translation.Translate("Blank  "), "Blank  ");
   translation.SetLanguage(Language::kChinese);
   EXPECT_EQ(translation.Translate("Blank  "), "空  ");
+  translation.Load("en \"Blank  \"\nzh \"白  \"\n");
+  EXPECT_EQ(translation.Problem(), "") << "what was loaded before has gone";
+  EXPECT_EQ(translation.Translate("Blank  "), "白  ");
 }
 
 TEST(Translations, OfADamagedDictionaryAreUsedAsFarAsTheyCanBeRead) {
