@@ -262,9 +262,20 @@ bool frmPreferences::Save() {
   return saved;
 }
 
+bool frmPreferences::TypedDevicesWork() {
+  for (Row& row : rows_) {
+    if (row.state || !row.chkSelectCommPort->GetValue()) continue;
+    Try(row);
+    if (!row.problem) continue;
+    ReportError(context_.session, row.problem, "frmPreferences", row.slot);
+    return false;
+  }
+  return true;
+}
+
 void frmPreferences::OnOk() {
   outcome_ = {};
-  if (!HasDevicesOfTheirOwn() || !Save()) return;
+  if (!HasDevicesOfTheirOwn() || !TypedDevicesWork() || !Save()) return;
   for (const Row& row : rows_) {
     if (row.chkSelectCommPort->IsEnabled())
       outcome_.ticked[Link::Index(row.slot)] = row.chkSelectCommPort->GetValue();

@@ -68,6 +68,8 @@ class frmPreferences : public wxDialog {
 
   void OnOk();
   bool HasDevicesOfTheirOwn();
+  // False, and the user has been told, when a ticked device that was typed cannot be opened.
+  bool TypedDevicesWork();
   // False, and the user has been told, when something could not be stored.
   bool Save();
 

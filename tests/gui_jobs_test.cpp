@@ -409,7 +409,12 @@ TEST(Preferences, ChangePortsAndLanguageAtOnce) {
   ASSERT_TRUE(desktop.Start());
   desktop.dialogs.WhenShown("frmPreferences", [&](wxDialog& dialog) {
     desktop.Find<wxCheckBox>("chkSelectCommPort1", &dialog)->SetValue(false);
+    desktop.Find<wxComboBox>("cboDevice2", &dialog)->SetValue("nosuchport");
+    desktop.Click("cmdOk", &dialog);
+    EXPECT_THAT(desktop.Boxes(), HasSubstr("nosuchport")) << "it cannot be opened";
+    EXPECT_TRUE(dialog.IsModal());
     desktop.Find<wxComboBox>("cboDevice2", &dialog)->SetValue("sim:torvik,unpaced");
+    desktop.Find<wxCheckBox>("chkSelectCommPort2", &dialog)->SetValue(true);
     desktop.Click("cmdTest2", &dialog);
     desktop.Find<wxChoice>("cboLanguage", &dialog)->SetSelection(1);
     desktop.Click("cmdOk", &dialog);
