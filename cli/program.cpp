@@ -100,7 +100,7 @@ ExitStatus Program::Start() {
                              "Torvik.",
                              {options.string_table}));
   }
-  if (!session.strings.Problem().empty()) user.Say(session.strings.Problem());
+  if (const std::string note = services::StringTableNote(session); !note.empty()) user.Say(note);
   if (const std::string problem = ParsePorts(session, options.ports, devices_); !problem.empty())
     return UsageError(problem);
   ShowNote(surroundings.user_hive.Problem());

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "platform/files.h"
+#include "services/messages.h"
 
 namespace zep::services {
 namespace {
@@ -45,6 +46,15 @@ platform::SystemError LoadTexts(Session& session, std::optional<Language> wanted
   if (!session.translation.Problem().empty())
     session.log.Error(path + ": " + session.translation.Problem());
   return std::move(file.error);
+}
+
+std::string StringTableNote(const Session& session) {
+  const std::string& problem = session.strings.Problem();
+  if (problem.empty()) return {};
+  return NLSFmt(session,
+                "The texts of this application are not all there (%0:s). Please choose another "
+                "string table or reinstall this application.",
+                {problem});
 }
 
 }  // namespace zep::services

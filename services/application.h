@@ -39,4 +39,7 @@ struct Foundation {
 // logged. Returns why the dictionary could not be read.
 platform::SystemError LoadTexts(Session& session, std::optional<Language> wanted = std::nullopt);
 
+// What the user is told when the string table is not as it should be; empty when it is.
+std::string StringTableNote(const Session& session);
+
 }  // namespace zep::services

@@ -58,7 +58,7 @@ void ReadTexts(Application& application) {
                                              application.surroundings.machine_hive.Problem()}) {
     if (error) NLSMsgBox(session, ErrorNote(session, error));
   }
-  if (!session.strings.Problem().empty()) NLSMsgBox(session, session.strings.Problem());
+  if (const std::string note = StringTableNote(session); !note.empty()) NLSMsgBox(session, note);
 }
 
 }  // namespace

@@ -26,6 +26,7 @@ frmAutomaticUpgrade::frmAutomaticUpgrade(wxWindow* parent, services::WindowConte
                    "until the end."));
   explanation->Wrap(FromDIP(kTextWidth));
   panel_->on_transfer_shown = [explanation](bool shown) { explanation->Show(!shown); };
+  // No default button: Enter starts no upgrade by accident.
   cmdUpgrade =
       services::MakeButton(this, NLSFmt(session, "&Upgrade"), "cmdUpgrade", [this] { Upgrade(); });
   cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",

@@ -34,6 +34,7 @@ frmUpgrade::frmUpgrade(wxWindow* parent, services::WindowContext& window_context
   chkAppLaunchExe = services::MakeCheckBox(
       this, NLSFmt(session, "Launch programming application, if database incompatibilty found"),
       "chkAppLaunchExe");
+  // No default button: Enter starts no upgrade by accident.
   cmdUpgrade =
       services::MakeButton(this, NLSFmt(session, "&Upgrade"), "cmdUpgrade", [this] { Upgrade(); });
   cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
