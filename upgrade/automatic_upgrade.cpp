@@ -118,6 +118,7 @@ bool AutomaticUpgrade::Save() {
   old_database_version_ = db_.identity.database_version;
   old_calibration_version_ = db_.identity.calibration_version;
   note_is_new_ = !platform::FileExists(NoteFile(session_, saved_));
+  view_.ShowStatus(NLSFmt(session_, "Checking the saved data"));
   if (!SecureSavedData(db_, saved_)) {
     return FailWith("The saved data could not be verified", Failure::kFile);
   }

@@ -78,6 +78,7 @@ bool Save(Work& work) {
   if (!radiodb::ReadRadio(work.db, work.view.ReadWriteWindow())) return false;
   work.saved = {work.db.data_file, work.db.calibration_file};
   work.identity_before = work.db.identity;
+  work.view.ShowStatus(NLSFmt(work.session, "Checking the saved data"));
   return SecureSavedData(work.db, work.saved);
 }
 
