@@ -3,8 +3,6 @@
 namespace zep::firmware {
 
 Firmware::Firmware(link::Link& program_link)
-    : link(program_link),
-      A1MemoryMap(BuildA1MemoryMap(program_link.session)),
-      E1MemoryMap(BuildE1MemoryMap(program_link.session)) {}
+    : link(program_link), A1MemoryMap(BuildA1MemoryMap()), E1MemoryMap(BuildE1MemoryMap()) {}
 
 }  // namespace zep::firmware

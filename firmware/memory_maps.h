@@ -4,8 +4,6 @@
 #include <array>
 #include <cstdint>
 
-#include "services/session.h"
-
 namespace zep::firmware {
 
 inline constexpr std::int32_t kBlockSize = 128;  // bytes
@@ -27,7 +25,7 @@ using MemoryMap = std::array<MemoryMapEntry, kRowsOf2Mbit>;
 
 // The map of radios with an A1 micro, and that of radios with an E1 micro, whose boot area at the
 // start of a bank is twice as long.
-MemoryMap BuildA1MemoryMap(services::Session& session);
-MemoryMap BuildE1MemoryMap(services::Session& session);
+MemoryMap BuildA1MemoryMap();
+MemoryMap BuildE1MemoryMap();
 
 }  // namespace zep::firmware

@@ -26,9 +26,8 @@ std::string RowText(const MemoryMapEntry& row) {
 }
 
 TEST(MemoryMaps, AreAsTheDownloadersExpectThem) {
-  TestSession test;
-  const MemoryMap a1 = BuildA1MemoryMap(test.session);
-  const MemoryMap e1 = BuildE1MemoryMap(test.session);
+  const MemoryMap a1 = BuildA1MemoryMap();
+  const MemoryMap e1 = BuildE1MemoryMap();
   std::string all;
   std::string different;
   for (std::size_t at = 0; at < a1.size(); ++at) {
