@@ -60,6 +60,29 @@ SystemError FileError(std::errc condition, const std::string& path, Use use) {
   return FileError(std::make_error_code(condition), path, use);
 }
 
+SystemError TooLong(const std::string& path, std::uint64_t most) {
+  return WithAdvice(FileError(std::errc::file_too_large, path, Use::kReading), Advice::kFileTooLong,
+                    {path, std::to_string(most)});
+}
+
+struct Temporary {
+  std::string path;
+  std::FILE* file;
+};
+
+// A new file beside the target. A killed program of the same process number may have left its own.
+Temporary OpenTemporary(const std::string& target) {
+  constexpr int kMostTries = 100;
+  const std::string name = target + "." + std::to_string(ProcessNumber());
+  Temporary temporary{name + ".tmp", OpenStdio(name + ".tmp", OpenMode::kNew)};
+  for (int number = 2; temporary.file == nullptr && errno == EEXIST && number <= kMostTries;
+       ++number) {
+    temporary.path = name + "-" + std::to_string(number) + ".tmp";
+    temporary.file = OpenStdio(temporary.path, OpenMode::kNew);
+  }
+  return temporary;
+}
+
 SystemError LastFileError(const std::string& path, Use use) {
   return FileError(std::error_code(errno, std::generic_category()), path, use);
 }
@@ -132,11 +155,12 @@ FileContents ReadWholeFile(const std::string& path, std::uint64_t most) {
     SystemError error = FileError(std::errc::invalid_argument, path, Use::kReading);
     return {.bytes = {}, .error = WithAdvice(std::move(error), Advice::kNotOrdinaryFile, {path})};
   }
+  if (FileSize(path).value_or(0) > most) return {.bytes = {}, .error = TooLong(path, most)};
   std::FILE* file = OpenStdio(path, OpenMode::kRead);
   if (file == nullptr) return {.bytes = {}, .error = LastFileError(path, Use::kReading)};
 
   FileContents contents;
-  std::size_t count = 1;
+  std::size_t count = 1;  // the size is not relied on: the system makes up that of some files
   while (count > 0 && contents.bytes.size() <= most) {
     const std::size_t at = contents.bytes.size();
     contents.bytes.resize(at + kReadChunk);
@@ -146,8 +170,7 @@ FileContents ReadWholeFile(const std::string& path, std::uint64_t most) {
   if (std::ferror(file) != 0) {
     contents.error = LastFileError(path, Use::kReading);
   } else if (contents.bytes.size() > most) {
-    contents.error = WithAdvice(FileError(std::errc::file_too_large, path, Use::kReading),
-                                Advice::kFileTooLong, {path, std::to_string(most)});
+    contents.error = TooLong(path, most);
   }
   std::fclose(file);
   if (contents.error) contents.bytes.clear();
@@ -170,8 +193,7 @@ SystemError WriteWholeFile(const std::string& path, std::string_view bytes) {
     return FileError(std::errc::permission_denied, path, Use::kWriting);
   }
 
-  const std::string temporary = target + "." + std::to_string(ProcessNumber()) + ".tmp";
-  std::FILE* file = OpenStdio(temporary, OpenMode::kNew);
+  const auto [temporary, file] = OpenTemporary(target);
   if (file == nullptr) return LastFileError(path, Use::kWriting);
   if (fs::exists(status)) fs::permissions(NativePath(temporary), status.permissions(), code);
   SystemError error = WriteAndSync(file, path, bytes);

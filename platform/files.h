@@ -33,7 +33,7 @@ struct FileContents {
 };
 
 // No file of ours comes near this size.
-inline constexpr std::uint64_t kLargestFile = 256U << 20;
+inline constexpr std::uint64_t kLargestFile = 16U << 20;
 
 // Reads an ordinary file. Folders, devices and files longer than most bytes are refused without
 // reading them.

@@ -114,6 +114,12 @@ TEST_F(Files, ADiskThatFillsUpHalfwayLeavesTheOldFileAndNothingElse) {
   EXPECT_EQ(ListFolder(folder_.Path()), std::vector<std::string>{"a.ops"});
 }
 
+TEST_F(Files, WhatAKilledProgramOfTheSameNumberLeftDoesNotStopTheWriting) {
+  folder_.Write("a.ops." + std::to_string(getpid()) + ".tmp", "half");
+  EXPECT_EQ(Say(WriteWholeFile(in_ + "a.ops", "new")), "ok");
+  EXPECT_EQ(folder_.Read("a.ops"), "new");
+}
+
 TEST_F(Files, AReplacedFileKeepsItsRightsAndALinkStaysALink) {
   const std::string file = folder_.Write("real/a.ops", "old");
   fs::permissions(file, fs::perms{0640});
