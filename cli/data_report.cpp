@@ -1,9 +1,10 @@
 #include "cli/data_report.h"
 
-#include <algorithm>
+#include <map>
 
 #include "cli/identity_report.h"
 #include "link/record_text.h"
+#include "services/hex_text.h"
 #include "services/messages.h"
 
 namespace zep::cli {
@@ -15,11 +16,7 @@ using radiodb::DataFileLine;
 using services::NLSFmt;
 using services::NLSText;
 
-constexpr std::string_view kHexDigits = "0123456789ABCDEF";
-
-bool IsRecord(std::string_view line) {
-  return line.size() >= 8 && line.find_first_not_of(kHexDigits) == std::string_view::npos;
-}
+bool IsRecord(std::string_view line) { return line.size() >= 8 && services::IsHexText(line); }
 
 std::string KindName(const services::Session& session, const DataFileCheck& check) {
   if (check.identity && check.identity->is_calibration) return NLSFmt(session, "calibration file");
@@ -32,17 +29,17 @@ std::string KindName(const services::Session& session, const DataFileCheck& chec
 std::vector<ItemSummary> SummariseItems(services::Session& session, const DataFile& file) {
   std::vector<ItemSummary> items;
   int network = 1;
+  std::map<std::string, std::size_t> of_network;  // where the network's items are among all
   for (const DataFileLine& line : file.lines) {
-    if (radiodb::IsNetworkSeparator(line.text)) ++network;
+    if (radiodb::IsNetworkSeparator(line.text)) {
+      ++network;
+      of_network.clear();
+    }
     if (!IsRecord(line.text)) continue;
     const std::string item = line.text.substr(0, 2);
-    const auto same = std::find_if(items.rbegin(), items.rend(), [&](const ItemSummary& summary) {
-      return summary.network == network && summary.item == item;
-    });
-    ItemSummary& summary =
-        same != items.rend()
-            ? *same
-            : items.emplace_back(ItemSummary{.item = item, .network = network, .records = {}});
+    const auto [at, is_new] = of_network.try_emplace(item, items.size());
+    if (is_new) items.push_back({.item = item, .network = network, .records = {}});
+    ItemSummary& summary = items[at->second];
     summary.bytes += static_cast<int>(link::GetRecordData(session, line.text).size() / 2);
     summary.records.push_back(&line);
   }

@@ -62,9 +62,7 @@ void ReportPort(Link& link, int port) {
   if (error) ReportError(link.session, error, "InitialiseComms", port);
 }
 
-void FailForPort(Link& link) {
-  if (link.session.failure == Failure::kNone) link.session.failure = Failure::kPort;
-}
+void FailForPort(Link& link) { link.session.KeepCause(Failure::kPort); }
 
 // "1 (/dev/ttyUSB0), 2 (/dev/ttyUSB1)"
 std::string ActivePorts(Link& link) {

@@ -29,12 +29,6 @@ constexpr std::int32_t kModelSwitchedOff = 3;
 // Tells a trunked radio that its firmware is new. It does not answer.
 constexpr std::string_view kTrunkedRecord = "\rw4F80010000\r";
 
-bool Refuse(Session& session, std::string_view text) {
-  NLSMsgBox(session, text, {.icon = Icon::kCritical});
-  if (session.failure == Failure::kNone) session.failure = Failure::kFile;
-  return false;
-}
-
 bool DownloadFirmware(Firmware& firmware, DownloadWindows& windows) {
   firmware.link.session.TransferMode = Transfer::kProgram;
   windows.TransferFirmware(firmware);
@@ -119,9 +113,10 @@ bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
   image.BinaryFilePath = services::WithSeparator(choices.BinaryFilePath);
   image.BinaryFileName = choices.BinaryFileName;
   if (image.BinaryFileName.empty())
-    return Refuse(session, NLSText("Please select a valid file to down load."));
+    return Refuse(session, NLSText("Please select a valid file to down load."), Failure::kFile);
   if (!CheckForValidFile(session, image))
-    return Refuse(session, NLSText("The selected file is not valid. Please select another file."));
+    return Refuse(session, NLSText("The selected file is not valid. Please select another file."),
+                  Failure::kFile);
   return true;
 }
 

@@ -117,7 +117,7 @@ ImageInspection InspectContents(std::string_view contents, const std::string& fi
   return inspection;
 }
 
-void Refuse(Session& session, std::string_view text) {
+void RefuseImage(Session& session, std::string_view text) {
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
   session.SetDownloadError(Failure::kRefused);
 }
@@ -198,18 +198,19 @@ void VerifyFlashFile(Firmware& firmware) {
     const std::string& micro = firmware.Labels(slot).micro;
     const std::int32_t flash = firmware.Flash(slot).Size;
     if (image.FirmwareMicroType == kMicroA1 && micro == "E1")
-      Refuse(session, NLSText("You cannot program an A1 file into a E1 radio."));
+      RefuseImage(session, NLSText("You cannot program an A1 file into a E1 radio."));
     if (flash == kFlash1Mbit && image.FirmwareFlashSize == kFlash2Mbit)
-      Refuse(session, NLSText("You cannot load a 2 megabit file into a 1 megabit flash."));
+      RefuseImage(session, NLSText("You cannot load a 2 megabit file into a 1 megabit flash."));
     if (flash == kFlashUnknown) unknown_flash = true;
     if (!session.in_house && image.FirmwareRadioModel >= kFirstModelWithE1 && micro == "A1")
-      Refuse(session,
-             NLSText("The version of firmware you have selected to download is incompatible with "
-                     "the radio "
-                     "hardware - the firmware will not run on this radio's microprocessor."));
+      RefuseImage(
+          session,
+          NLSText("The version of firmware you have selected to download is incompatible with "
+                  "the radio "
+                  "hardware - the firmware will not run on this radio's microprocessor."));
   }
   if (!session.DownloadError && unknown_flash)
-    Refuse(session, NLSText("A flash device is not recognised."));
+    RefuseImage(session, NLSText("A flash device is not recognised."));
 }
 
 }  // namespace zep::firmware

@@ -90,7 +90,7 @@ void FillInResult(TransferRun& run) {
     if (!run.used[Link::Index(slot)]) continue;
     run.result.outcomes[Link::Index(slot)] = done ? SlotOutcome::kDone : SlotOutcome::kFailed;
     // A port that could not be opened was left out, and the others went on.
-    if (!done && session.failure == Failure::kNone) session.failure = Failure::kPort;
+    if (!done) session.KeepCause(Failure::kPort);
   }
 }
 

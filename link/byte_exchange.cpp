@@ -362,7 +362,7 @@ void FailPort(Link& link, int port, Failure why) {
   Session& session = link.session;
   if (link.State(port) == PortState::kErrorDetected) return;
   link.State(port) = PortState::kErrorDetected;
-  if (session.failure == Failure::kNone) session.failure = why;
+  session.KeepCause(why);
   if (link.others_go_on && !session.CancelRequested) session.DownloadError = false;
   CheckForNoResponse(link);
 }

@@ -189,8 +189,7 @@ bool InitialiseComms(Link& link) {
     port.ClearInput();
     port.ClearOutput();
   }
-  if (!last_is_open && link.session.failure == Failure::kNone)
-    link.session.failure = Failure::kPort;
+  if (!last_is_open) link.session.KeepCause(Failure::kPort);
   return last_is_open;
 }
 

@@ -22,10 +22,6 @@ std::string DataAfterLength(services::Session& session, std::string_view line,
   return length == 0 ? std::string() : std::string(line.substr(length_at + 2, length));
 }
 
-bool IsHex(std::string_view text) {
-  return text.find_first_not_of("0123456789ABCDEF") == std::string_view::npos;
-}
-
 }  // namespace
 
 bool IsEmptyRecord(std::string_view record) {
@@ -37,8 +33,8 @@ bool IsIntactRecord(services::Session& session, std::string_view record) {
       kRecordLengthAt + 2 + DataLength(session, record, kRecordLengthAt);
   if (record.size() < checksum_at + 2) return false;
   const std::string_view summed = record.substr(0, checksum_at);
-  return IsHex(summed) &&
-         services::CalcHexChecksum(session, summed) == record.substr(checksum_at, 2);
+  return services::IsHexText(summed) &&
+         services::RecordChecksum(summed) == record.substr(checksum_at, 2);
 }
 
 bool IsIntactListLine(services::Session& session, std::string_view line) {

@@ -5,7 +5,6 @@
 
 #include "platform/files.h"
 #include "radiodb/radio_identity.h"
-#include "radiodb/refusal.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/text_lines.h"
@@ -14,13 +13,13 @@ namespace zep::radiodb {
 namespace {
 
 using services::Failure;
+using services::IsHexText;
 using services::NLSFmt;
 using services::Session;
 
 constexpr std::string_view kHeaderStart = "***";
 constexpr std::string_view kHeaderEnd = "---";
 
-constexpr std::uint64_t kLargestDataFile = 0x1000000;
 // Twice the longest record.
 constexpr std::size_t kLongestLine = 1000;
 
@@ -53,15 +52,13 @@ int SortLines(std::string_view bytes, DataFile& file) {
   return too_long;
 }
 
+// A file with more is no file of radio data.
+constexpr std::size_t kMostFindings = 1000;
+
 // The value of an upper-case hexadecimal digit, -1 for any other character.
 int DigitValue(char digit) {
   if (digit >= '0' && digit <= '9') return digit - '0';
   return digit >= 'A' && digit <= 'F' ? digit - 'A' + 10 : -1;
-}
-
-bool IsHexText(std::string_view text) {
-  return text.size() % 2 == 0 &&
-         std::ranges::all_of(text, [](char digit) { return DigitValue(digit) >= 0; });
 }
 
 std::uint8_t ByteAt(std::string_view hex, std::size_t at) {
@@ -97,10 +94,8 @@ std::string RecordProblem(const Session& session, std::string_view record) {
     return NLSFmt(session, "The record has %0:s characters, but its length field asks for %1:s.",
                   {std::to_string(record.size()), std::to_string(length)});
   }
-  unsigned sum = 0;
   const std::size_t checksum_at = record.size() - kChecksumLength;
-  for (std::size_t at = 0; at < checksum_at; at += 2) sum += ByteAt(record, at);
-  const std::string checksum = services::ConBytNumToHex(static_cast<std::uint8_t>(256 - sum % 256));
+  const std::string checksum = services::RecordChecksum(record.substr(0, checksum_at));
   if (record.substr(checksum_at) == checksum) return {};
   return NLSFmt(session, "The record's checksum is %0:s, but should be %1:s.",
                 {record.substr(checksum_at), checksum});
@@ -136,10 +131,9 @@ void StripForceMark(std::string& line) {
 bool IsNetworkSeparator(std::string_view line) { return line.starts_with("~~~"); }
 
 std::optional<DataFile> ReadDataFile(Session& session, const std::string& path) {
-  const platform::FileContents contents = platform::ReadWholeFile(path, kLargestDataFile);
+  const platform::FileContents contents = platform::ReadWholeFile(path);
   if (contents.error) {
-    ReportError(session, contents.error, "ReadDataFile");
-    if (session.failure == Failure::kNone) session.failure = Failure::kFile;
+    RefuseFile(session, contents.error, "ReadDataFile");
     return std::nullopt;
   }
   // Editors of old end a text with this byte.
@@ -204,11 +198,16 @@ DataFileCheck CheckDataFile(const Session& session, const DataFile& file) {
       ++check.networks;
     } else if (line.text != kCommonDynamicItemLine) {
       ++check.records;
+      if (findings.size() == kMostFindings) continue;
       std::string problem = RecordProblem(session, line.text);
       if (!problem.empty()) findings.push_back({line.number, std::move(problem)});
     }
   }
   CheckWhole(session, file, check);
+  if (findings.size() == kMostFindings) {
+    check.findings.push_back({0, NLSFmt(session, "Only the first %0:s bad records are told.",
+                                        {std::to_string(kMostFindings)})});
+  }
   check.findings.insert(check.findings.end(), findings.begin(), findings.end());
   return check;
 }

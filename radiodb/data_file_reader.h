@@ -73,7 +73,8 @@ struct DataFileCheck {
 };
 
 // Checks a file without a radio: that it is long enough, who it is for, the number of networks, and
-// each record's digits, length and checksum. Findings are translated.
+// each record's digits, length and checksum. Findings are translated, and no more than 1000 of
+// records are kept.
 DataFileCheck CheckDataFile(const services::Session& session, const DataFile& file);
 
 // The finding as the user sees it: "Line 12: ...".

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "radiodb/refusal.h"
 #include "services/messages.h"
 #include "services/radio_model.h"
 #include "services/resource_ids.h"

@@ -9,7 +9,6 @@
 #include "link/error_replies.h"
 #include "link/record_text.h"
 #include "radiodb/command_line.h"
-#include "radiodb/refusal.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 

@@ -5,7 +5,6 @@
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "radiodb/command_line.h"
-#include "radiodb/refusal.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/radio_model.h"

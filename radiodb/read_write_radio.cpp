@@ -7,7 +7,6 @@
 #include "radiodb/data_files.h"
 #include "radiodb/identity_text.h"
 #include "radiodb/item_records.h"
-#include "radiodb/refusal.h"
 #include "services/messages.h"
 
 namespace zep::radiodb {

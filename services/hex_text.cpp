@@ -104,6 +104,17 @@ std::string CalcHexChecksum(Session& session, std::string_view text) {
   return ConBytNumToHex(static_cast<std::uint8_t>(256 - sum % 256));
 }
 
+bool IsHexText(std::string_view text) {
+  return text.size() % 2 == 0 && text.find_first_not_of(kHexDigits) == text.npos;
+}
+
+std::string RecordChecksum(std::string_view record) {
+  int sum = 0;
+  for (std::size_t at = 0; at + 1 < record.size(); at += 2)
+    sum += DigitOrNothing(record[at]) * 16 + DigitOrNothing(record[at + 1]);
+  return ConBytNumToHex(static_cast<std::uint8_t>(256 - sum % 256));
+}
+
 std::string ConHexToText(Session& session, std::string_view hex) {
   std::string text;
   for (std::size_t at = 0; at < hex.size(); at += 2) {

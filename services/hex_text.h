@@ -38,8 +38,14 @@ std::string PadString(std::string text, PadSide side, int width, std::string_vie
 
 // The byte, as two hex digits, that makes the sum of all bytes of the text and itself a multiple of
 // 256. A last single character shows the error box of ConHexByteToInt and counts 0. A sum above
-// 32767 is reported as an overflow and gives an empty text: no item is that long.
+// 32767 is reported as an overflow and gives an empty text, as for 129 bytes FF.
 std::string CalcHexChecksum(Session& session, std::string_view text);
+
+// Whether the text is whole bytes in upper-case hex digits.
+bool IsHexText(std::string_view text);
+
+// The checksum of a record, which may be longer than CalcHexChecksum can do, from its hex text.
+std::string RecordChecksum(std::string_view record);
 
 // The text that the bytes stand for, one character a byte; and back.
 std::string ConHexToText(Session& session, std::string_view hex);

@@ -117,6 +117,18 @@ void ReportError(Session& session, const platform::SystemError& error, std::stri
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
 }
 
+bool Refuse(Session& session, std::string_view text, Failure why) {
+  NLSMsgBox(session, text, {.icon = Icon::kCritical});
+  session.KeepCause(why);
+  return false;
+}
+
+bool RefuseFile(Session& session, const platform::SystemError& error, std::string_view procedure) {
+  ReportError(session, error, procedure);
+  session.KeepCause(Failure::kFile);
+  return false;
+}
+
 std::string ErrorNote(const Session& session, const platform::SystemError& error) {
   if (!error.advice.empty()) return NLSFmt(session, error.advice, error.advice_arguments);
   return error.subject + ": " + error.description + ".";

@@ -53,6 +53,12 @@ std::string PadMessage(std::string text);
 void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure,
                  int port = 0);
 
+// How a job tells that it does not go on: shows the text (translated already, or a text of the
+// dictionary), keeps the cause when it is the first one, and returns false.
+bool Refuse(Session& session, std::string_view text, Failure why);
+// Likewise for a file that cannot be read or written, by the error reporter.
+bool RefuseFile(Session& session, const platform::SystemError& error, std::string_view procedure);
+
 // The error in a sentence: cause and next step when known, else what it is about and the system's
 // words.
 std::string ErrorNote(const Session& session, const platform::SystemError& error);

@@ -4,12 +4,12 @@ namespace zep::services {
 
 void Session::SetDownloadError(Failure why) {
   DownloadError = true;
-  if (failure == Failure::kNone) failure = why;
+  KeepCause(why);
 }
 
 void Session::RequestCancel(Failure why) {
   CancelRequested = true;
-  if (failure == Failure::kNone) failure = why;
+  KeepCause(why);
 }
 
 void Session::ClearFlags() {

@@ -80,6 +80,10 @@ class Session {
 
   bool Stopped() const { return CancelRequested || DownloadError; }
 
+  // Makes this the cause of the job's failure unless there is one already.
+  void KeepCause(Failure why) {
+    if (failure == Failure::kNone) failure = why;
+  }
   // Sets DownloadError, or CancelRequested, and keeps the first cause.
   void SetDownloadError(Failure why);
   void RequestCancel(Failure why = Failure::kCancelled);

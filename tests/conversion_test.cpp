@@ -207,7 +207,7 @@ TEST_F(Conversion, WritesAFileWithItsOrderAndRecordsKept) {
   EXPECT_EQ(ReadDatabase(test_.session, request.saved_file)->networks[0].items[0].size(), 34U);
   EXPECT_TRUE(ConvertFile(request));
   std::string texts;
-  AppendRecords(test_.session, "1E", DisplayTextTable(), texts);
+  AppendRecords("1E", DisplayTextTable(), texts);
   EXPECT_EQ(test_.folder.Read("upgrade/saved.omn"),
             Lines({"***", "ZEP Multiple Network Data File", "Contains data for 2 networks",
                    "Saved with the ZEP Download and Configuration Application Version 1.0.0", "###",
@@ -225,9 +225,17 @@ TEST_F(Conversion, WritesAFileWithItsOrderAndRecordsKept) {
   EXPECT_THAT(LogText(), EndsWith("Personality data version is now v405\n"));
 }
 
+TEST_F(Conversion, KeepsRecordsOfAnyLength) {
+  const std::string record = "0A00FF" + Repeat("FF", 255) + "F6";
+  PersonalityRequest request = Request("0405");
+  request.saved_file = test_.folder.Write("saved.ops", DataFileOf({Identity("0402"), record}));
+  EXPECT_TRUE(ConvertFile(request));
+  EXPECT_THAT(test_.folder.Read("upgrade/saved.ops").value_or(""), HasSubstr(record + "\r\n"));
+}
+
 TEST_F(Conversion, CountsRecordsOfALongItemOnFromZero) {
   std::string text;
-  AppendRecords(test_.session, "15", Repeat("00", 32 * 101 + 1), text);
+  AppendRecords("15", Repeat("00", 32 * 101 + 1), text);
   EXPECT_EQ(text.find("\r\n159920"), 98U * 74 + 72);
   EXPECT_EQ(text.find("\r\n150020", 2), 99U * 74 + 72);
   EXPECT_THAT(text, EndsWith("\r\n15010100E9\r\n"));

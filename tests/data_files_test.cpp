@@ -1,5 +1,7 @@
 #include "radiodb/data_files.h"
 
+#include <algorithm>
+
 #include "tests/radiodb_testing.h"
 
 namespace zep::radiodb {
@@ -138,6 +140,11 @@ TEST(DataFileReader, CheckFindsEveryFaultWithItsLine) {
             "The file has 29 bytes; a data file has at least 50.\n"
             "There is no identity record (item 00).\n"
             "The file holds 5 networks; a radio has at most 4.\n");
+  std::string hostile;
+  for (int line = 0; line < 3000; ++line) hostile += "a\n";
+  const std::string findings = check(hostile);
+  EXPECT_EQ(std::ranges::count(findings, '\n'), 1002);
+  EXPECT_NE(findings.find("Only the first 1000 bad records are told.\n"), std::string::npos);
   const DataFile file{
       "", 0, {}, {{1, "00001C5A45502D483231314C303132352C30303030303430302C303100126722"}}};
   EXPECT_EQ(FindFileIdentity(file)->serial_number, "10004711");

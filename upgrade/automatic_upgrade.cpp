@@ -268,9 +268,7 @@ UpgradeOutcome AutomaticUpgrade::Report(bool succeeded) {
     outcome = UpgradeOutcome::kAborted;
     session_.failure = Failure::kCancelled;
   }
-  if (outcome != UpgradeOutcome::kSucceeded && session_.failure == Failure::kNone) {
-    session_.failure = Failure::kRefused;
-  }
+  if (outcome != UpgradeOutcome::kSucceeded) session_.KeepCause(Failure::kRefused);
   log_.Log(FinalReport(outcome));
   NLSMsgBox(session_, FinalReport(outcome));
   if (outcome != UpgradeOutcome::kSucceeded && download_started_) {
@@ -286,7 +284,7 @@ void AutomaticUpgrade::Begin(std::string_view text) {
 
 bool AutomaticUpgrade::FailWith(std::string_view line, Failure why) {
   if (!line.empty()) log_.Log(line);
-  if (session_.failure == Failure::kNone) session_.failure = why;
+  session_.KeepCause(why);
   return false;
 }
 

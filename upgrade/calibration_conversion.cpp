@@ -27,13 +27,13 @@ constexpr std::size_t kRecordHeader = 6;
 constexpr std::size_t kRecordChecksum = 2;
 
 bool Fail(Session& session, const std::string& text) {
-  if (session.failure == Failure::kNone) session.failure = Failure::kFile;
+  session.KeepCause(Failure::kFile);
   NLSMsgBox(session, text, {.title = "Conversion Error"});
   return false;
 }
 
 bool FailStep(Session& session, const CalibrationStep& step) {
-  if (session.failure == Failure::kNone) session.failure = Failure::kFile;
+  session.KeepCause(Failure::kFile);
   NLSMsgBox(session, NLSFmt(session, "Conversion Error") + std::string(step.error_text));
   return false;
 }
@@ -85,9 +85,7 @@ bool WriteFile(Session& session, const std::string& path, std::string_view text,
                std::string_view procedure) {
   const platform::SystemError error = platform::WriteWholeFile(path, text);
   if (!error) return true;
-  if (session.failure == Failure::kNone) session.failure = Failure::kFile;
-  services::ReportError(session, error, procedure);
-  return false;
+  return RefuseFile(session, error, procedure);
 }
 
 }  // namespace
@@ -159,12 +157,8 @@ std::string CalibrationDataOf(const radiodb::DataFile& file) {
 bool AddCalibrationDataToFile(Session& session, const std::string& path, std::string_view item,
                               std::string_view data) {
   platform::FileContents contents = platform::ReadWholeFile(path);
-  if (contents.error) {
-    if (session.failure == Failure::kNone) session.failure = Failure::kFile;
-    services::ReportError(session, contents.error, "AddCalibrationDataToFile");
-    return false;
-  }
-  AppendRecords(session, item, data, contents.bytes);
+  if (contents.error) return RefuseFile(session, contents.error, "AddCalibrationDataToFile");
+  AppendRecords(item, data, contents.bytes);
   return WriteFile(session, path, contents.bytes, "AddCalibrationDataToFile");
 }
 
@@ -199,7 +193,7 @@ bool ConvertCalibrationFile(Session& session, const CalibrationRequest& request)
     if (!IsSameText(std::string_view(line.text).substr(0, 2), item)) {
       text.append(line.text).append(kEndOfLine);
     } else if (!written) {
-      AppendRecords(session, item, data, text);
+      AppendRecords(item, data, text);
       written = true;
     }
   }

@@ -174,7 +174,7 @@ LocateResult LocateFirmwareFile(radiodb::RadioDb& db, UpgradeLog& log, UpgradeVi
   services::Session& session = db.link.session;
   const auto fail = [&](std::string_view line, Failure why) {
     log.Log(line);
-    if (session.failure == Failure::kNone) session.failure = why;
+    session.KeepCause(why);
     return LocateResult::kFailed;
   };
   log.Log("Locating firmware file");

@@ -41,12 +41,6 @@ constexpr Setting kSettings[] = {
 // The tier whose radios switch off after a firmware download.
 constexpr int kSwitchesOff = 3;
 
-bool Refuse(Session& session, const std::string& text, Failure why) {
-  NLSMsgBox(session, text, {.icon = Icon::kCritical});
-  if (session.failure == Failure::kNone) session.failure = why;
-  return false;
-}
-
 // One run of the dialog's work.
 struct Work {
   firmware::Firmware& firmware;
@@ -175,7 +169,7 @@ bool Prepare(Work& work) {
   link::Link& link = work.db.link;
   session.TransferMode = services::Transfer::kProgram;
   if ((work.HasData() && !link::SelectSinglePort(link)) || !link::InitialiseComms(link)) {
-    if (session.failure == Failure::kNone) session.failure = Failure::kPort;
+    session.KeepCause(Failure::kPort);
     return false;
   }
   link::ClearInputBuffers(link);
@@ -246,7 +240,7 @@ bool ManualUpgrade::Upgrade(const UpgradeSelections& selections) {
     TellOfSavedData(session, work.log, work.saved);
   }
   if (!done && run_.IsAborted()) session.failure = Failure::kCancelled;
-  if (!done && session.failure == Failure::kNone) session.failure = Failure::kRefused;
+  if (!done) session.KeepCause(Failure::kRefused);
   TidyUp(db_.link);
   return done;
 }

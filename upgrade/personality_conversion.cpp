@@ -73,7 +73,7 @@ std::optional<PersonalityData> ReadDefaultSettings(Session& session, UpgradeLog&
 
 bool ConvertPersonalityData(Session& session, UpgradeLog& log, const PersonalityRequest& request) {
   const auto fail = [&](Failure why) {
-    if (session.failure == Failure::kNone) session.failure = why;
+    session.KeepCause(why);
     return false;
   };
   const int old_version = radiodb::VersionNumber(request.old_version);

@@ -19,9 +19,9 @@ constexpr std::size_t kRecordCharacters = 64;  // of data in a record of ours
 constexpr std::size_t kHeaderCharacters = 6;   // item number, second header byte, length
 constexpr std::size_t kChecksumCharacters = 2;
 
-void AppendRecord(services::Session& session, std::string_view record, std::string& text) {
+void AppendRecord(std::string_view record, std::string& text) {
   text += record;
-  text += services::CalcHexChecksum(session, record);
+  text += services::RecordChecksum(record);
   text += kEndOfLine;
 }
 
@@ -45,8 +45,8 @@ void AddLine(services::Session& session, const std::string& text, bool& item_0_f
 // Writes a network's items into text: items that kept their length in the records that they had.
 class NetworkWriter {
  public:
-  NetworkWriter(services::Session& session, const PersonalityNetwork& network, std::string& text)
-      : session_(session), network_(network), text_(text) {
+  NetworkWriter(const PersonalityNetwork& network, std::string& text)
+      : network_(network), text_(text) {
     for (const PersonalityLine& line : network.lines) {
       if (line.other_text.empty()) characters_read_[line.item] += line.characters;
     }
@@ -70,7 +70,7 @@ class NetworkWriter {
     const std::string& data = network_.items[line.item];
     std::size_t& written = written_[line.item];
     if (data.size() == characters_read_[line.item]) {
-      AppendRecord(session_, line.header + data.substr(written, line.characters), text_);
+      AppendRecord(line.header + data.substr(written, line.characters), text_);
       written += line.characters;
     } else if (written == 0) {
       WriteAnew(line.item);
@@ -80,14 +80,13 @@ class NetworkWriter {
 
   void WriteAnew(std::size_t item) {
     if (network_.items[item].empty()) return;
-    AppendRecords(session_, Number(item), network_.items[item], text_);
+    AppendRecords(Number(item), network_.items[item], text_);
   }
 
   static std::string Number(std::size_t item) {
     return services::ConBytNumToHex(static_cast<std::uint8_t>(item));
   }
 
-  services::Session& session_;
   const PersonalityNetwork& network_;
   std::string& text_;
   std::array<std::size_t, kItemCount> characters_read_{};
@@ -125,24 +124,21 @@ bool WriteDatabase(services::Session& session, const PersonalityData& data,
   }
   for (std::size_t network = 0; network < data.networks.size(); ++network) {
     if (network > 0) text.append("~~~").append(kEndOfLine);
-    NetworkWriter(session, data.networks[network], text).Write();
+    NetworkWriter(data.networks[network], text).Write();
   }
   platform::SystemError error = platform::MakeFolders(services::FolderOf(path));
   if (!error) error = platform::WriteWholeFile(path, text);
   if (!error) return true;
-  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kFile;
-  services::ReportError(session, error, "WriteDatabase");
-  return false;
+  return RefuseFile(session, error, "WriteDatabase");
 }
 
-void AppendRecords(services::Session& session, std::string_view item_number, std::string_view data,
-                   std::string& text) {
+void AppendRecords(std::string_view item_number, std::string_view data, std::string& text) {
   for (int record = 0; !data.empty(); ++record) {
     const std::string_view part = data.substr(0, kRecordCharacters);
     std::string line(item_number);
     line += services::PadString(std::to_string(record % 100), services::PadSide::kLeft, 2, "0");
     line += services::ConBytNumToHex(static_cast<std::uint8_t>(part.size() / 2));
-    AppendRecord(session, line.append(part), text);
+    AppendRecord(line.append(part), text);
     data.remove_prefix(part.size());
   }
 }

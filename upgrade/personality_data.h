@@ -49,7 +49,6 @@ bool WriteDatabase(services::Session& session, const PersonalityData& data,
 
 // Appends the item's data to text as records of at most 32 bytes, a line each, counted "00" to
 // "99" and on from "00" in their second header byte.
-void AppendRecords(services::Session& session, std::string_view item_number, std::string_view data,
-                   std::string& text);
+void AppendRecords(std::string_view item_number, std::string_view data, std::string& text);
 
 }  // namespace zep::upgrade

@@ -191,12 +191,6 @@ bool WriteNote(Session& session, const SavedData& saved) {
   return false;
 }
 
-bool Refuse(Session& session, const std::string& text) {
-  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kFile;
-  NLSMsgBox(session, text, {.icon = services::Icon::kCritical});
-  return false;
-}
-
 // Copies the file under a name that is free, unless a copy of the same contents is there.
 bool KeepCopy(Session& session, UpgradeLog& log, const std::string& path) {
   const platform::FileContents contents = platform::ReadWholeFile(path);
@@ -216,11 +210,13 @@ bool KeepCopy(Session& session, UpgradeLog& log, const std::string& path) {
   }
   services::ReportError(session, error, "PrepareToSave");
   log.Log("The data of the unfinished upgrade could not be copied: " + path);
-  return Refuse(session, NLSFmt(session,
-                                "The data of an unfinished upgrade in %0:s could not be copied to "
-                                "%1:s, so the radio was not read. Please check the disk, or move "
-                                "the file to a safe place yourself.",
-                                {path, kept}));
+  return Refuse(session,
+                NLSFmt(session,
+                       "The data of an unfinished upgrade in %0:s could not be copied to "
+                       "%1:s, so the radio was not read. Please check the disk, or move "
+                       "the file to a safe place yourself.",
+                       {path, kept}),
+                services::Failure::kFile);
 }
 
 bool Secure(const radiodb::RadioDb& db, const SavedData& saved) {
@@ -240,12 +236,10 @@ std::string UpgradeFolder(const Session& session) {
 bool SecureSavedData(const radiodb::RadioDb& db, const SavedData& saved) {
   Session& session = db.link.session;
   if (Secure(db, saved)) return true;
-  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kFile;
-  NLSMsgBox(session,
-            "The radio's data could not be saved safely, so the radio keeps its firmware. Please "
-            "try again.",
-            {.icon = services::Icon::kCritical});
-  return false;
+  return Refuse(session,
+                services::NLSText("The radio's data could not be saved safely, so the radio keeps "
+                                  "its firmware. Please try again."),
+                services::Failure::kFile);
 }
 
 std::string NoteFile(const Session& session, const SavedData& saved) {
@@ -294,11 +288,13 @@ bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log) {
   for (const std::string& folder : {db.database_folder, db.calibration_folder}) {
     if (!platform::IsSameFile(folder, upgrade_folder)) continue;
     log.Log("The saved data would be in the folder of the converted data: " + upgrade_folder);
-    return Refuse(session, NLSFmt(session,
-                                  "The radio's data cannot be saved in %0:s: the converted data, "
-                                  "which goes there, would replace it. Please choose another "
-                                  "folder for data files and calibration files.",
-                                  {upgrade_folder}));
+    return Refuse(session,
+                  NLSFmt(session,
+                         "The radio's data cannot be saved in %0:s: the converted data, "
+                         "which goes there, would replace it. Please choose another "
+                         "folder for data files and calibration files.",
+                         {upgrade_folder}),
+                  services::Failure::kFile);
   }
   for (const Note& note : FindNotes(session)) {
     for (const std::string& path : {note.saved.data_file, note.saved.calibration_file}) {
@@ -346,7 +342,7 @@ bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
                  .cautious = true}) == services::Answer::kYes) {
     return true;
   }
-  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kRefused;
+  session.KeepCause(services::Failure::kRefused);
   return false;
 }
 

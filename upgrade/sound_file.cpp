@@ -25,7 +25,7 @@ std::optional<radiodb::DataFile> ReadSoundFile(services::Session& session,
   }
   const radiodb::DataFileCheck check = radiodb::CheckDataFile(session, *file);
   if (check.findings.empty()) return file;
-  if (session.failure == services::Failure::kNone) session.failure = services::Failure::kFile;
+  session.KeepCause(services::Failure::kFile);
   services::NLSMsgBox(
       session,
       services::NLSFmt(session,

@@ -61,7 +61,7 @@ void ResetRadio(link::Link& link) { link::ReleaseFromProgMode(link); }
 
 void ReportUnexpectedError(services::Session& session, UpgradeLog& log) {
   constexpr std::string_view kText = services::NLSText("An unexpected error has occured");
-  if (session.failure == Failure::kNone) session.failure = Failure::kRefused;
+  session.KeepCause(Failure::kRefused);
   log.Log(kText);
   services::NLSMsgBox(session, kText, {.icon = services::Icon::kCritical});
 }
