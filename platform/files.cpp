@@ -133,6 +133,12 @@ bool IsSameFile(const std::string& a, const std::string& b) {
   return whole(a) == whole(b);
 }
 
+std::string AbsolutePath(const std::string& path) {
+  std::error_code code;
+  const fs::path whole = fs::absolute(NativePath(path), code).lexically_normal();
+  return code ? path : Utf8Path(whole);
+}
+
 std::optional<std::uint64_t> FileSize(const std::string& path) {
   std::error_code code;
   if (!fs::is_regular_file(NativePath(path), code)) return std::nullopt;

@@ -24,6 +24,9 @@ bool IsGone(const std::string& path);
 // Whether two names mean the same file or folder, which need not be there yet.
 bool IsSameFile(const std::string& a, const std::string& b);
 
+// The path from the root, which stays right when the working folder changes.
+std::string AbsolutePath(const std::string& path);
+
 // Bytes in an ordinary file; nothing when it is missing or something else.
 std::optional<std::uint64_t> FileSize(const std::string& path);
 

@@ -432,8 +432,18 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
     EXPECT_EQ(bench.Upgrade(), succeeds ? "succeeded 0" : "failed 5");
     EXPECT_THAT(bench.Boxes(),
                 StartsWith("information An earlier upgrade did not finish. The data of that radio "
-                           "is in database/10000125v0400.ops and calibration/"));
-    EXPECT_EQ(bench.Note(), !succeeds);
+                           "is in database/10000125v0400.ops" +
+                           std::string(succeeds ? ".unfinished" : "") + " and calibration/"));
+    // The data was copied, told of, and not put back.
+    EXPECT_EQ(bench.Bare(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or("")),
+              "database/10000125v0400.ops.unfinished\n"
+              "calibration/10000125v0100.ocs.unfinished2\n");
+    EXPECT_EQ(
+        bench.Boxes().find("Please keep the copies:\n"
+                           "database/10000125v0400.ops.unfinished\n"
+                           "calibration/10000125v0100.ocs.unfinished2 -> OK") == std::string::npos,
+        succeeds);
+    EXPECT_FALSE(bench.folder.Read("upgrade/10000125v0400.ops.unfinished2")) << "its own";
   }
   EXPECT_EQ(bench.folder.Read("database/10000125v0400.ops.unfinished"), "old data");
   EXPECT_EQ(bench.folder.Read("calibration/10000125v0100.ocs.unfinished"), "older");
@@ -443,6 +453,19 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   EXPECT_FALSE(bench.folder.Read("upgrade/gone.unfinished"));
   EXPECT_TRUE(bench.folder.Read("upgrade/unplugged.unfinished"));
   EXPECT_THAT(bench.Log(), HasSubstr("is gone, and its note is removed: upgrade/gone.unfinished|"));
+}
+
+TEST(AutomaticUpgrade, EndsTheNoteOfAnUnfinishedRunWhoseDataIsBackInTheRadio) {
+  UpgradeBench bench(",fault=silent@block:100");
+  EXPECT_EQ(bench.Upgrade(), "comms error 3");
+  EXPECT_TRUE(bench.Note());
+  UpgradeBench again("", "yes Database file for this;yes Calibration file for this");
+  std::string note;
+  for (const char* file : {kDataFile, kCalibrationFile})
+    note += again.folder.Write(file, *bench.folder.Read(file)) + "\n";
+  again.folder.Write("upgrade/10000125v0400.ops.unfinished", note);
+  EXPECT_EQ(again.Upgrade(), "succeeded 0");
+  EXPECT_FALSE(again.Note());
 }
 
 TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
@@ -462,9 +485,11 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
     bench.folder.Write(file, std::regex_replace(bench.folder.Read(file).value_or(""),
                                                 std::regex(fields[2]), fields[3]));
     const bool relied_on = fields[4].empty();
-    EXPECT_EQ(SecureSavedData(bench.db, {bench.db.data_file, bench.db.calibration_file}),
-              relied_on);
-    EXPECT_EQ(bench.Note(), relied_on);
+    // The note is to be found from another working folder, too.
+    SavedData saved{std::filesystem::relative(bench.db.data_file), bench.db.calibration_file};
+    EXPECT_EQ(SecureSavedData(bench.db, saved), relied_on);
+    EXPECT_EQ(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or(""),
+              relied_on ? bench.db.data_file + "\n" + bench.db.calibration_file + "\n" : "");
     EXPECT_THAT(bench.Boxes(), HasSubstr(fields[4]));
     EXPECT_THAT(bench.Boxes(), HasSubstr(relied_on ? "" : "so the radio keeps its firmware"));
   }
@@ -476,7 +501,8 @@ TEST(SavedData, MayHoldItem0OfEachNetwork) {
   bench.db.transfer_kind = radiodb::TransferKind::kBoth;
   ASSERT_TRUE(ReadRadio(bench.db, bench.view));
   EXPECT_THAT(bench.folder.Read("database/10000125v0400.omn").value_or(""), HasSubstr("~~~\r\n00"));
-  EXPECT_TRUE(SecureSavedData(bench.db, {bench.db.data_file, bench.db.calibration_file}));
+  SavedData saved{bench.db.data_file, bench.db.calibration_file};
+  EXPECT_TRUE(SecureSavedData(bench.db, saved));
 }
 
 TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {

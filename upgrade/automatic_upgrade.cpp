@@ -65,15 +65,18 @@ UpgradeOutcome AutomaticUpgrade::Upgrade() {
   const link::Job job(link_);
   const UpgradeRun::Running running(run_);
   saved_ = {};
-  note_is_new_ = download_started_ = false;
+  download_started_ = false;
   try {
     outcome = RunSteps();
   } catch (const std::exception&) {
     ReportUnexpectedError(session_, log_);
     if (download_started_) TellOfSavedData(session_, log_, saved_);
   }
-  const bool nothing_lost = note_is_new_ && !download_started_;
-  if (outcome == UpgradeOutcome::kSucceeded || nothing_lost) RemoveNote(session_, saved_);
+  if (outcome == UpgradeOutcome::kSucceeded) {
+    EndNotes(session_, saved_);
+  } else if (!download_started_) {
+    DropNote(saved_);
+  }
   TidyUp(link_);
   return outcome;
 }
@@ -112,12 +115,11 @@ bool AutomaticUpgrade::Save() {
                                            : "The radio's data was not saved",
                     Failure::kFile);
   }
-  saved_ = {db_.data_file, db_.calibration_file};
+  saved_ = {.data_file = db_.data_file, .calibration_file = db_.calibration_file};
   saved_model_code_ = db_.identity.model_code;
   saved_serial_number_ = db_.identity.serial_number;
   old_database_version_ = db_.identity.database_version;
   old_calibration_version_ = db_.identity.calibration_version;
-  note_is_new_ = !platform::FileExists(NoteFile(session_, saved_));
   view_.ShowStatus(NLSFmt(session_, "Checking the saved data"));
   if (!SecureSavedData(db_, saved_)) {
     return FailWith("The saved data could not be verified", Failure::kFile);

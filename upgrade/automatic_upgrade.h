@@ -96,7 +96,6 @@ class AutomaticUpgrade {
   std::string default_settings_;
   std::string old_database_version_;
   std::string old_calibration_version_;
-  bool note_is_new_ = false;  // no earlier run has left one about the same files
   bool download_started_ = false;
 };
 

@@ -70,7 +70,7 @@ bool Save(Work& work) {
   if (!PrepareToSave(work.db, work.log)) return false;
   work.view.ShowStatus(NLSFmt(work.session, "Saving personality and calibration data"));
   if (!radiodb::ReadRadio(work.db, work.view.ReadWriteWindow())) return false;
-  work.saved = {work.db.data_file, work.db.calibration_file};
+  work.saved = {.data_file = work.db.data_file, .calibration_file = work.db.calibration_file};
   work.identity_before = work.db.identity;
   work.view.ShowStatus(NLSFmt(work.session, "Checking the saved data"));
   return SecureSavedData(work.db, work.saved);
@@ -159,7 +159,7 @@ bool WriteBack(Work& work) {
   const bool calibration =
       !work.selections.SaveCalibration || (!work.session.Stopped() && WriteBackCalibration(work));
   if (!personality || !calibration) return false;
-  RemoveNote(work.session, work.saved);
+  EndNotes(work.session, work.saved);
   return true;
 }
 
@@ -236,6 +236,7 @@ bool ManualUpgrade::Upgrade(const UpgradeSelections& selections) {
   } catch (const std::exception&) {
     ReportUnexpectedError(session, work.log);
   }
+  if (!done && !work.download_started) DropNote(work.saved);
   if (!done && work.download_started && work.HasData()) {
     TellOfSavedData(session, work.log, work.saved);
   }

@@ -22,7 +22,22 @@ using services::NLSFmt;
 using services::NLSMsgBox;
 using services::Session;
 
-constexpr std::string_view kUnfinished = ".unfinished";  // extension of notes and copies
+// Notes and copies are called after what they are about: "NAME.unfinished", "NAME.unfinished2".
+constexpr std::string_view kUnfinished = ".unfinished";
+
+bool IsNoteOrCopy(std::string_view name) {
+  name = name.substr(0, name.find_last_not_of("0123456789") + 1);
+  return name.ends_with(kUnfinished);
+}
+
+// The names that a note or a copy may have, one after the other.
+std::string UnfinishedName(const std::string& path, int number) {
+  return path + std::string(kUnfinished) + (number > 1 ? std::to_string(number) : std::string());
+}
+
+bool IsTaken(const std::string& path) {
+  return platform::FileExists(path) || platform::IsFolder(path);
+}
 
 // The file after which the note is called: the only one, or the data file.
 const std::string& MainFile(const SavedData& saved) {
@@ -31,14 +46,13 @@ const std::string& MainFile(const SavedData& saved) {
 
 // What an unfinished run has left behind.
 struct Note {
-  std::string path;
   platform::SystemError error;  // why it cannot be read
   SavedData saved;
 };
 
 Note ReadNote(const std::string& path) {
   const platform::FileContents contents = platform::ReadWholeFile(path);
-  Note note{path, contents.error, {}};
+  Note note{contents.error, {.data_file = {}, .calibration_file = {}, .note = path}};
   services::ForEachLine(contents.bytes, [&note](std::string_view line, int number) {
     if (number == 1) note.saved.data_file = line;
     if (number == 2) note.saved.calibration_file = line;
@@ -50,7 +64,7 @@ std::vector<Note> FindNotes(const Session& session) {
   std::vector<Note> notes;
   const std::string folder = UpgradeFolder(session);
   for (const std::string& name : platform::ListFolder(folder)) {
-    if (name.ends_with(kUnfinished)) notes.push_back(ReadNote(folder + name));
+    if (IsNoteOrCopy(name)) notes.push_back(ReadNote(folder + name));
   }
   return notes;
 }
@@ -88,6 +102,11 @@ Origin OriginOf(const radiodb::DataFileCheck& check) {
   // The identity record is not one of those that the radio was asked for.
   return {identity.model_string, identity.database_version, identity.serial_number, check.networks,
           check.records - 1};
+}
+
+bool HasContents(const std::string& path, const std::string& bytes) {
+  const platform::FileContents contents = platform::ReadWholeFile(path);
+  return !contents.error && contents.bytes == bytes;
 }
 
 bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_calibration) {
@@ -181,31 +200,43 @@ bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
 }
 
 bool WriteNote(Session& session, const SavedData& saved) {
-  platform::SystemError error = platform::MakeFolders(UpgradeFolder(session));
+  const auto line = [](const std::string& path) {
+    return (path.empty() ? path : platform::AbsolutePath(path)) + "\n";
+  };
+  platform::SystemError error = platform::MakeFolders(services::FolderOf(saved.note));
   if (!error) {
-    error = platform::WriteWholeFile(NoteFile(session, saved),
-                                     saved.data_file + "\n" + saved.calibration_file + "\n");
+    error =
+        platform::WriteWholeFile(saved.note, line(saved.data_file) + line(saved.calibration_file));
   }
-  if (!error) return true;
-  services::ReportError(session, error, "SecureSavedData");
+  return !error || RefuseFile(session, error, "SecureSavedData");
+}
+
+// Under a name of its own: the notes of earlier runs stay.
+bool MakeNote(Session& session, SavedData& saved) {
+  const std::string path = UpgradeFolder(session) + services::FileTitleOf(MainFile(saved));
+  int number = 1;
+  while (IsTaken(UnfinishedName(path, number))) ++number;
+  saved.note = UnfinishedName(path, number);
+  if (WriteNote(session, saved)) return true;
+  saved.note.clear();
   return false;
 }
 
-// Copies the file under a name that is free, unless a copy of the same contents is there.
-bool KeepCopy(Session& session, UpgradeLog& log, const std::string& path) {
+// Copies the file under a name that is free, unless a copy of the same contents is there; path is
+// the copy's then.
+bool KeepCopy(Session& session, UpgradeLog& log, std::string& path) {
+  if (IsNoteOrCopy(path)) return true;
   const platform::FileContents contents = platform::ReadWholeFile(path);
   platform::SystemError error = contents.error;
-  const std::string first_name = path + std::string(kUnfinished);
-  std::string kept = first_name;
-  for (int number = 2; !error && (platform::FileExists(kept) || platform::IsFolder(kept));
-       ++number) {
-    const platform::FileContents other = platform::ReadWholeFile(kept);
-    if (!other.error && other.bytes == contents.bytes) return true;
-    kept = first_name + std::to_string(number);
+  std::string kept = UnfinishedName(path, 1);
+  for (int number = 2; !error && IsTaken(kept); ++number) {
+    if (HasContents(kept, contents.bytes)) break;
+    kept = UnfinishedName(path, number);
   }
-  if (!error) error = platform::WriteWholeFile(kept, contents.bytes);
+  if (!error && !IsTaken(kept)) error = platform::WriteWholeFile(kept, contents.bytes);
   if (!error) {
     log.Log("The data of the unfinished upgrade is kept in " + kept);
+    path = kept;
     return true;
   }
   services::ReportError(session, error, "PrepareToSave");
@@ -219,11 +250,29 @@ bool KeepCopy(Session& session, UpgradeLog& log, const std::string& path) {
                 services::Failure::kFile);
 }
 
-bool Secure(const radiodb::RadioDb& db, const SavedData& saved) {
+// Puts the data that a note speaks of where nothing replaces it.
+bool PutAside(Session& session, UpgradeLog& log, const SavedData& saved) {
+  SavedData kept = saved;
+  std::string copies;
+  for (std::string SavedData::*file : {&SavedData::data_file, &SavedData::calibration_file}) {
+    if (!platform::FileExists(kept.*file)) continue;
+    if (!KeepCopy(session, log, kept.*file)) return false;
+    if (kept.*file != saved.*file) copies += "\n" + kept.*file;
+  }
+  if (copies.empty()) return true;
+  if (!WriteNote(session, kept)) return false;
+  NLSMsgBox(session, NLSFmt(session,
+                            "The data of the unfinished upgrade was copied, so that this upgrade "
+                            "does not replace it. Please keep the copies:%0:s",
+                            {copies}));
+  return true;
+}
+
+bool Secure(const radiodb::RadioDb& db, SavedData& saved) {
   return (saved.data_file.empty() || SecureFile(db, saved.data_file, false)) &&
          (saved.calibration_file.empty() || SecureFile(db, saved.calibration_file, true)) &&
          (saved.data_file.empty() || HoldsAllItems(db, saved.data_file)) &&
-         WriteNote(db.link.session, saved);
+         MakeNote(db.link.session, saved);
 }
 
 }  // namespace
@@ -233,7 +282,7 @@ std::string UpgradeFolder(const Session& session) {
       services::AppMakePath(session.paths.application_folder, "upgrade"));
 }
 
-bool SecureSavedData(const radiodb::RadioDb& db, const SavedData& saved) {
+bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved) {
   Session& session = db.link.session;
   if (Secure(db, saved)) return true;
   return Refuse(session,
@@ -242,24 +291,35 @@ bool SecureSavedData(const radiodb::RadioDb& db, const SavedData& saved) {
                 services::Failure::kFile);
 }
 
-std::string NoteFile(const Session& session, const SavedData& saved) {
-  return UpgradeFolder(session) + services::FileTitleOf(MainFile(saved)) + std::string(kUnfinished);
+void DropNote(const SavedData& saved) {
+  if (!saved.note.empty()) platform::RemoveFile(saved.note);
 }
 
-void RemoveNote(const Session& session, const SavedData& saved) {
-  platform::RemoveFile(NoteFile(session, saved));
+void EndNotes(const Session& session, const SavedData& saved) {
+  const auto is_back = [](const std::string& noted, const std::string& file) {
+    return noted.empty() ||
+           (!file.empty() && HasContents(noted, platform::ReadWholeFile(file).bytes));
+  };
+  DropNote(saved);
+  for (const Note& note : FindNotes(session)) {
+    const auto& [data_file, calibration_file, path] = note.saved;
+    if (!note.error && is_back(data_file, saved.data_file) &&
+        is_back(calibration_file, saved.calibration_file)) {
+      DropNote(note.saved);
+    }
+  }
 }
 
 void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
   for (const Note& note : FindNotes(session)) {
-    const auto& [data_file, calibration_file] = note.saved;
+    const auto& [data_file, calibration_file, path] = note.saved;
     if (note.error) {
-      log.Log("The note of an unfinished upgrade cannot be read: " + note.path);
+      log.Log("The note of an unfinished upgrade cannot be read: " + path);
       services::ReportError(session, note.error, "TellOfUnfinishedUpgrades");
     } else if (IsOver(note)) {
-      const bool removed = !platform::RemoveFile(note.path);
+      const bool removed = !platform::RemoveFile(path);
       log.Log("The data of an unfinished upgrade is gone" +
-              std::string(removed ? ", and its note is removed: " : ": ") + note.path);
+              std::string(removed ? ", and its note is removed: " : ": ") + path);
     } else if (data_file.empty() || calibration_file.empty()) {
       const std::string& file = MainFile(note.saved);
       log.Log("An earlier upgrade did not finish. Its data is in " + file);
@@ -268,7 +328,7 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
                        "An earlier upgrade did not finish. The data of that radio is in %0:s. "
                        "Please keep this file until the radio has its data back, then delete "
                        "%1:s.",
-                       {file, note.path}));
+                       {file, path}));
     } else {
       log.Log("An earlier upgrade did not finish. Its data is in " + data_file + " and " +
               calibration_file);
@@ -277,7 +337,7 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
                        "An earlier upgrade did not finish. The data of that radio is in %0:s and "
                        "%1:s. Please keep these files until the radio has its data back, then "
                        "delete %2:s.",
-                       {data_file, calibration_file, note.path}));
+                       {data_file, calibration_file, path}));
     }
   }
 }
@@ -297,9 +357,7 @@ bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log) {
                   services::Failure::kFile);
   }
   for (const Note& note : FindNotes(session)) {
-    for (const std::string& path : {note.saved.data_file, note.saved.calibration_file}) {
-      if (platform::FileExists(path) && !KeepCopy(session, log, path)) return false;
-    }
+    if (!note.error && !PutAside(session, log, note.saved)) return false;
   }
   return true;
 }

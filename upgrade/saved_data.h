@@ -12,10 +12,12 @@
 
 namespace zep::upgrade {
 
-// The saved files of one radio, by their full names; empty where there is none.
+// The saved files of one radio, by their full names, and the note about them; empty where there is
+// none.
 struct SavedData {
   std::string data_file;
   std::string calibration_file;
+  std::string note = {};
 };
 
 // The folder "upgrade" of the application folder, with its separator.
@@ -25,11 +27,14 @@ std::string UpgradeFolder(const services::Session& session);
 // only on the way there, sound in every record, of this radio, hold as many records as it has sent,
 // and lack no item that it has when it is asked once more. Then makes the note. False, after a
 // message, when the files cannot be relied on.
-bool SecureSavedData(const radiodb::RadioDb& db, const SavedData& saved);
+bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved);
 
-// The note about these files, and its end.
-std::string NoteFile(const services::Session& session, const SavedData& saved);
-void RemoveNote(const services::Session& session, const SavedData& saved);
+// Before anything was sent to the flash: these files are not the only copy, and need no note.
+void DropNote(const SavedData& saved);
+
+// When the radio has its data back: removes the note, and the notes of earlier runs that speak of
+// the same data.
+void EndNotes(const services::Session& session, const SavedData& saved);
 
 // Tells the user of every note that an unfinished run has left behind, and logs it. A note is
 // removed when the files that it names are gone for good, but not when they or it cannot be reached
@@ -39,7 +44,8 @@ void TellOfUnfinishedUpgrades(services::Session& session, UpgradeLog& log);
 // Before a radio is read, with the folders of db set: makes sure that the files to be made are not
 // where the converted ones go, and copies the files that notes speak of to "NAME.unfinished", or
 // "NAME.unfinished2" and so on when there is another copy, so that they are not written over; the
-// radio may no longer hold what is in them. False, after a message, when the radio must not be
+// radio may no longer hold what is in them. The notes then speak of the copies, and the user is
+// told. False, after a message, when the radio must not be
 // read; session.failure is set.
 bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log);
 
