@@ -58,14 +58,20 @@ std::optional<Versions> TypedVersions(Program& program, const ConvertOptions& op
 }
 
 bool MayWrite(Program& program, const ConvertOptions& options) {
+  const auto refuse = [&program](std::string_view text, const std::string& file) {
+    return Refuse(program.session, NLSFmt(program.session, text, {file}),
+                  services::Failure::kRefused);
+  };
   if (platform::IsSameFile(options.saved_file, options.converted_file)) {
-    NLSMsgBox(program.session,
-              NLSFmt(program.session,
-                     "%0:s is the file to convert and stays as it is. Please give the new file "
-                     "another name.",
-                     {options.saved_file}),
-              {.icon = services::Icon::kCritical});
-    return false;
+    return refuse(NLSText("%0:s is the file to convert and stays as it is. Please give the new "
+                          "file another name."),
+                  options.saved_file);
+  }
+  if (!options.default_file.empty() &&
+      platform::IsSameFile(options.default_file, options.converted_file)) {
+    return refuse(NLSText("%0:s holds the default settings and stays as it is. Please give the new "
+                          "file another name."),
+                  options.default_file);
   }
   return options.dry_run || services::MayWriteFile(program.session, options.converted_file);
 }
@@ -88,19 +94,14 @@ ExitStatus Finish(Program& program, const ConvertOptions& options, const Version
   return ExitStatus::kDone;
 }
 
-// What a trial run would have left in the log about the data.
+// What was found in the data. It stands in the log, too, unless this is a trial run.
 void ShowRemarks(Program& program, const upgrade::UpgradeLog& log) {
   for (const std::string& remark : log.Remarks()) program.user.Say(remark);
   program.json.Set("remarks", Json::List(log.Remarks()));
 }
 
-ExitStatus RefuseCalibration(services::Session& session, const std::string& file) {
-  NLSMsgBox(session,
-            NLSFmt(session,
-                   "The file %0:s holds calibration data. Please convert it with \"convert "
-                   "calibration\".",
-                   {file}),
-            {.icon = services::Icon::kCritical});
+ExitStatus RefuseKind(services::Session& session, std::string_view text, const std::string& file) {
+  NLSMsgBox(session, NLSFmt(session, text, {file}), {.icon = services::Icon::kCritical});
   return ExitStatus::kRefused;
 }
 
@@ -121,7 +122,8 @@ bool IsOfVersion(services::Session& session, const ConvertOptions& options,
 
 // There are no steps back: older versions know less, but nothing is taken out of the data.
 bool MayGoBack(services::Session& session, const Versions& versions) {
-  if (versions.to >= versions.from) return true;
+  // A version that is too old for any conversion is told of there.
+  if (versions.to >= versions.from || versions.to < upgrade::kOldestDatabase) return true;
   const std::string question = NLSFmt(
       session,
       "Personality data cannot be converted back from version %0:s to %1:s: only the version "
@@ -138,7 +140,12 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
   const std::optional<radiodb::DataFile> file = upgrade::ReadSoundFile(session, options.saved_file);
   if (!file) return program.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
-  if (identity && identity->is_calibration) return RefuseCalibration(session, options.saved_file);
+  if (identity && identity->is_calibration) {
+    return RefuseKind(session,
+                      NLSText("The file %0:s holds calibration data. Please convert it with "
+                              "\"convert calibration\"."),
+                      options.saved_file);
+  }
   const std::optional<Versions> versions = TypedVersions(
       program, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
   if (!versions) return ExitStatus::kUsage;
@@ -157,32 +164,23 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
       .changes = options.dry_run ? &changes : nullptr,
   };
   if (!ConvertPersonalityData(session, log, request)) return program.JobStatus(false);
-  if (options.dry_run) ShowRemarks(program, log);
+  ShowRemarks(program, log);
   return Finish(program, options, *versions, changes);
-}
-
-// The calibration version that has data of this length; 0 when there is none.
-int CalibrationVersionOf(const std::string& data) {
-  switch (data.size() / 2) {
-    case 130:
-      return 100;
-    case 138:
-      return 101;
-    case 141:
-      return 102;
-    case 134:
-      return 103;
-    default:
-      return 0;
-  }
 }
 
 ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
   services::Session& session = program.session;
   const std::optional<radiodb::DataFile> file = upgrade::ReadSoundFile(session, options.saved_file);
   if (!file) return program.JobStatus(false);
-  const std::optional<Versions> versions =
-      TypedVersions(program, options, CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
+  const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
+  if (identity && !identity->is_calibration) {
+    return RefuseKind(session,
+                      NLSText("The file %0:s holds personality data. Please convert it with "
+                              "\"convert personality\"."),
+                      options.saved_file);
+  }
+  const std::optional<Versions> versions = TypedVersions(
+      program, options, upgrade::CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
   if (!versions) return ExitStatus::kUsage;
   if (!MayWrite(program, options)) return ExitStatus::kRefused;
 

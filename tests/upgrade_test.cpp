@@ -384,11 +384,15 @@ TEST(AutomaticUpgrade, GivesNothingToAnotherRadio) {
 }
 
 TEST(AutomaticUpgrade, FindsCalibrationThatCannotBeConvertedBeforeTheDownload) {
-  UpgradeBench bench;
-  bench.Factory(0x2C).data.pop_back();
-  EXPECT_EQ(bench.Upgrade(), "failed 1");
-  EXPECT_THAT(bench.Boxes(), HasSubstr("calibration version 100: it has 129 bytes."));
-  EXPECT_FALSE(bench.Flashed() || bench.Note());
+  for (const char* version : {"0100", "0099", "0104"}) {
+    UpgradeBench bench(std::string(",calibration=") + version);
+    const bool is_known = version == std::string("0100");
+    if (is_known) bench.Factory(0x2C).data.pop_back();
+    EXPECT_EQ(bench.Upgrade(), "failed 1");
+    EXPECT_THAT(bench.Boxes(), HasSubstr(is_known ? "calibration version 100: it has 129 bytes."
+                                                  : "does not know the radio's calibration"));
+    EXPECT_FALSE(bench.Flashed() || bench.Note());
+  }
 }
 
 TEST(AutomaticUpgrade, SavesNothingWhereTheConvertedDataGoes) {

@@ -152,14 +152,19 @@ TEST(ZepctlConvert, ConvertsFilesOrShowsWhatWouldChange) {
         "personality F/old.ocs F/new --to 405 --defaults F/default.ops|1||",
         "personality F/old.ops F/old.ops --to 405 --defaults F/default.ops --yes|1||",
         "calibration F/old.ocs F/old.ocs --to 103 --yes|1||",
-        "calibration F/old.ocs F/new --to 103x|2||", "personality F/old.ops F/new --to new|2||",
-        "personality F/old.ops F/new --to 406|1||", "personality F/none.ops F/new --to 405|6||",
+        "calibration F/old.ocs F/new --to 103x|2||",
+        "personality F/old.ops F/new --to new|2||",
+        "personality F/old.ops F/new --to 406|1||",
+        "personality F/none.ops F/new --to 405|6||",
         "calibration F/old.ocs F/new --to 103|0|from version 100 to 103|made",
         "calibration F/lower-old.ocs F/new --to 103|0|from version 100 to 103|made",
         "personality F/lower-old.ops F/new --to 405 --defaults F/lower-old.ops|0||made",
         "calibration F/old.ocs F/new --to 101 --dry-run|0|-       3840          100 -> 101\n|",
         "calibration F/old.ocs F/new --from 102 --to 103|6||",
-        "calibration F/old.ops F/new --from 100 --to 101|6||"}) {
+        "calibration F/old.ops F/new --from 100 --to 101|1||",
+        "personality F/old.ops F/default.ops --to 405 --defaults F/default.ops --yes|1||",
+        "personality F/old.ops F/new --to 405 --defaults F/old.ocs|6||",
+        "personality F/old.ops F/new --to 204|1||"}) {
     SCOPED_TRACE(row);
     const std::vector<std::string> fields = testing::Fields(row);
     Bench bench;

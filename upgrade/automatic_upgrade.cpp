@@ -122,7 +122,9 @@ bool AutomaticUpgrade::Save() {
   old_calibration_version_ = db_.identity.calibration_version;
   view_.ShowStatus(NLSFmt(session_, "Checking the saved data"));
   if (!SecureSavedData(db_, saved_)) {
-    return FailWith("The saved data could not be verified", Failure::kFile);
+    return FailWith(session_.DownloadError ? "Could not save personality data"
+                                           : "The saved data could not be verified",
+                    Failure::kFile);
   }
   log_.Log("Personality data saved as: " + services::FileTitleOf(saved_.data_file));
   log_.Log("Calibration data saved as: " + services::FileTitleOf(saved_.calibration_file));
@@ -136,13 +138,19 @@ bool AutomaticUpgrade::CheckSavedCalibration() {
   const std::string data =
       GetCalibrationData(*file, CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type}));
   const int version = VersionNumber(old_calibration_version_);
-  if (!data.empty() && HasCalibrationLength(data, version)) return true;
-  NLSMsgBox(session_,
-            NLSFmt(session_,
-                   "The radio's calibration data is not that of its calibration version %0:s: it "
-                   "has %1:s bytes. The radio keeps its firmware. Please upgrade it manually.",
-                   {std::to_string(version), std::to_string(data.size() / 2)}),
-            {.icon = Icon::kCritical});
+  if (CalibrationVersionOf(data) == version) return true;
+  const bool is_known = version >= kOldestCalibration && version <= kNewestCalibration;
+  Refuse(session_,
+         is_known ? NLSFmt(session_,
+                           "The radio's calibration data is not that of its calibration version "
+                           "%0:s: it has %1:s bytes. The radio keeps its firmware. Please upgrade "
+                           "it manually.",
+                           {std::to_string(version), std::to_string(data.size() / 2)})
+                  : NLSFmt(session_,
+                           "This application does not know the radio's calibration version %0:s. "
+                           "The radio keeps its firmware. Please upgrade it manually.",
+                           {std::to_string(version)}),
+         Failure::kRefused);
   return FailWith("The calibration data cannot be converted", Failure::kRefused);
 }
 
@@ -184,7 +192,11 @@ bool AutomaticUpgrade::Convert() {
       .converted_file = ConvertedFileOf(session_, saved_.data_file),
       .default_file = default_settings_,
   };
-  return ConvertPersonalityData(session_, log_, request) && run_.MayGoOn() && ConvertCalibration();
+  const std::size_t old_remarks = log_.Remarks().size();
+  const bool converted = ConvertPersonalityData(session_, log_, request);
+  for (std::size_t at = old_remarks; at < log_.Remarks().size(); ++at)
+    view_.ShowStatus(log_.Remarks()[at]);
+  return converted && run_.MayGoOn() && ConvertCalibration();
 }
 
 // What came back after the download has to be able to take the saved data.

@@ -119,11 +119,12 @@ bool ConvertCalibrationDatabase(Session& session, std::string& data, int current
   return true;
 }
 
-bool HasCalibrationLength(std::string_view data, int version) {
+int CalibrationVersionOf(std::string_view data) {
   const std::span<const CalibrationStep> steps = CalibrationSteps();
-  return std::none_of(steps.begin(), steps.end(), [&](const CalibrationStep& step) {
-    return step.from == version && step.required_length != data.size();
+  const auto step = std::find_if(steps.begin(), steps.end(), [&](const CalibrationStep& row) {
+    return row.required_length == data.size();
   });
+  return step == steps.end() ? 0 : step->from;
 }
 
 std::string CalibrationChecksum(Session& session, std::string_view data) {

@@ -21,8 +21,11 @@ namespace zep::upgrade {
 bool ConvertCalibrationDatabase(services::Session& session, std::string& data, int current,
                                 int wanted, std::vector<Change>* changes = nullptr);
 
-// Whether the data has the length of that version; any length will do for one that is not known.
-bool HasCalibrationLength(std::string_view data, int version);
+inline constexpr int kOldestCalibration = 100;
+inline constexpr int kNewestCalibration = 103;
+
+// The calibration version whose data has this length; 0 when there is none.
+int CalibrationVersionOf(std::string_view data);
 
 // The sum of all bytes as four hex digits, modulo 65536.
 std::string CalibrationChecksum(services::Session& session, std::string_view data);

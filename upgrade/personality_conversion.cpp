@@ -3,6 +3,7 @@
 #include <functional>
 
 #include "platform/files.h"
+#include "radiodb/data_file_reader.h"
 #include "radiodb/data_files.h"
 #include "radiodb/radio_identity.h"
 #include "services/hex_text.h"
@@ -11,6 +12,7 @@
 #include "upgrade/firmware_selection.h"
 #include "upgrade/personality_steps.h"
 #include "upgrade/saved_data.h"
+#include "upgrade/sound_file.h"
 
 namespace zep::upgrade {
 namespace {
@@ -43,13 +45,16 @@ void Watch(PersonalityData& data, int old_version, int new_version, const std::s
   }
 }
 
-void TellOfUnknownVersion(Session& session, int version) {
-  services::NLSMsgBox(session,
-                      NLSFmt(session,
-                             "Personality data cannot be converted to the database version %0:s. "
-                             "Please use a newer version of this application.",
-                             {std::to_string(version)}),
-                      {.icon = services::Icon::kCritical});
+bool RefuseVersion(Session& session, int version) {
+  const std::string_view text =
+      version < kOldestDatabase
+          ? services::NLSText(
+                "Personality data cannot be converted to the database version %0:s. "
+                "Please use firmware with a newer database.")
+          : services::NLSText(
+                "Personality data cannot be converted to the database version %0:s. "
+                "Please use a newer version of this application.");
+  return Refuse(session, NLSFmt(session, text, {std::to_string(version)}), Failure::kRefused);
 }
 
 }  // namespace
@@ -65,10 +70,22 @@ std::optional<std::string> LocateDefaultSettings(Session& session, UpgradeLog& l
 
 std::optional<PersonalityData> ReadDefaultSettings(Session& session, UpgradeLog& log,
                                                    const std::string& path) {
-  std::optional<PersonalityData> defaults = ReadDatabase(session, path);
+  const std::optional<radiodb::DataFile> file = ReadSoundFile(session, path);
+  const std::optional<radiodb::FileIdentity> identity =
+      file ? radiodb::FindFileIdentity(*file) : std::nullopt;
+  const bool is_calibration = identity && identity->is_calibration;
+  if (is_calibration) {
+    Refuse(session,
+           NLSFmt(session,
+                  "The file %0:s holds calibration data and no default settings. Please choose "
+                  "another file.",
+                  {path}),
+           Failure::kFile);
+  }
+  if (file && !is_calibration) return ItemsOf(session, *file);
   // Kept: the words by which support knows it.
-  if (!defaults) log.Log("Could read default settings ");
-  return defaults;
+  log.Log("Could read default settings ");
+  return std::nullopt;
 }
 
 bool ConvertPersonalityData(Session& session, UpgradeLog& log, const PersonalityRequest& request) {
@@ -82,8 +99,7 @@ bool ConvertPersonalityData(Session& session, UpgradeLog& log, const Personality
   log.Log("Upgrading personality data v" + std::to_string(old_version) + " -> " + new_text);
   if (new_version < kOldestDatabase || new_version > kNewestDatabase) {
     log.Log(new_text + " is not supported");
-    TellOfUnknownVersion(session, new_version);
-    return fail(Failure::kRefused);
+    return RefuseVersion(session, new_version);
   }
   const std::optional<std::string> default_file = LocateDefaultSettings(
       session, log,
