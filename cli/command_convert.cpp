@@ -73,7 +73,11 @@ bool MayWrite(Program& program, const ConvertOptions& options) {
                           "file another name."),
                   options.default_file);
   }
-  return options.dry_run || services::MayWriteFile(program.session, options.converted_file);
+  if (options.dry_run || !platform::FileExists(options.converted_file)) return true;
+  if (!services::MayWriteFile(program.session, options.converted_file)) return false;
+  const platform::FileCopy copy =
+      platform::KeepCopy(options.converted_file, options.converted_file + ".bak");
+  return !copy.error || RefuseFile(program.session, copy.error, "KeepCopy");
 }
 
 ExitStatus Finish(Program& program, const ConvertOptions& options, const Versions& versions,

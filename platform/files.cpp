@@ -213,6 +213,26 @@ SystemError WriteWholeFile(const std::string& path, std::string_view bytes) {
   return {};
 }
 
+FileCopy KeepCopy(const std::string& path, const std::string& name) {
+  const FileContents contents = ReadWholeFile(path);
+  FileCopy copy{name, contents.error};
+  if (copy.error) return copy;
+  for (int number = 2; FileExists(copy.path) || IsFolder(copy.path); ++number) {
+    const FileContents other = ReadWholeFile(copy.path);
+    if (!other.error && other.bytes == contents.bytes) return copy;
+    copy.path = name + std::to_string(number);
+  }
+  copy.error = WriteWholeFile(copy.path, contents.bytes);
+  copy.is_new = !copy.error;
+  return copy;
+}
+
+bool HaveSameContents(const std::string& a, const std::string& b) {
+  const FileContents contents = ReadWholeFile(a);
+  const FileContents others = ReadWholeFile(b);
+  return !contents.error && !others.error && contents.bytes == others.bytes;
+}
+
 SystemError MakeFolders(const std::string& path) {
   std::error_code code;
   fs::create_directories(NativePath(path), code);

@@ -47,6 +47,20 @@ FileContents ReadWholeFile(const std::string& path, std::uint64_t most = kLarges
 // is.
 SystemError WriteWholeFile(const std::string& path, std::string_view bytes);
 
+struct FileCopy {
+  std::string path;
+  SystemError error;
+  bool is_new = false;  // false when there was such a copy already
+};
+
+// Copies a file to name, or to name2, name3 and so on where something else has that name; a copy of
+// the same contents that is there already will do. path is the name that was tried last when there
+// is an error.
+FileCopy KeepCopy(const std::string& path, const std::string& name);
+
+// Whether both are files of the same contents.
+bool HaveSameContents(const std::string& a, const std::string& b);
+
 // Makes the folder and those above it, as far as they are missing.
 SystemError MakeFolders(const std::string& path);
 

@@ -7,25 +7,15 @@ namespace {
 
 using services::NLSFmt;
 
-// "NAME.bak", or "NAME.bak2" and so on: what an earlier read has left is never replaced.
-std::string FreeNameBeside(const std::string& path) {
-  const auto is_taken = [](const std::string& name) {
-    return platform::FileExists(name) || platform::IsFolder(name);
-  };
-  std::string name = path + ".bak";
-  for (int number = 2; is_taken(name); ++number) name = path + ".bak" + std::to_string(number);
-  return name;
-}
-
 }  // namespace
 
 bool DataFileWriter::Create(const std::string& path) {
   path_.clear();
-  former_.clear();
+  former_ = {};
   failed_ = false;
   if (!KeepFormerContents(path)) return false;
   if (const platform::SystemError error = file_.Open(path, platform::WriteMode::kReplace)) {
-    if (!former_.empty()) platform::RemoveFile(former_);
+    DropFormer();
     Fail(error);
     return false;
   }
@@ -46,7 +36,7 @@ bool DataFileWriter::Finish() {
     Fail(error);
     return false;
   }
-  if (!former_.empty()) platform::RemoveFile(former_);
+  if (platform::HaveSameContents(path_, former_.path)) DropFormer();
   path_.clear();
   return true;
 }
@@ -58,8 +48,8 @@ std::string DataFileWriter::Abandon() {
                             "%0:s is incomplete, because reading the radio ended early. Please "
                             "read the radio again.",
                             {path_});
-  if (!former_.empty())
-    text += " " + NLSFmt(session_, "What it held before is kept in %0:s.", {former_});
+  if (!former_.path.empty())
+    text += " " + NLSFmt(session_, "What it held before is kept in %0:s.", {former_.path});
   path_.clear();
   return text;
 }
@@ -67,16 +57,16 @@ std::string DataFileWriter::Abandon() {
 // A copy, not a new name for the old file: links and permissions stay as they are.
 bool DataFileWriter::KeepFormerContents(const std::string& path) {
   if (platform::FileSize(path).value_or(0) == 0) return true;
-  const platform::FileContents contents = platform::ReadWholeFile(path);
-  const std::string name = FreeNameBeside(path);
-  const platform::SystemError error =
-      contents.error ? contents.error : platform::WriteWholeFile(name, contents.bytes);
-  if (error) {
-    Fail(error);
-    return false;
-  }
-  former_ = name;
-  return true;
+  former_ = platform::KeepCopy(path, path + ".bak");
+  if (!former_.error) return true;
+  Fail(former_.error);
+  former_ = {};
+  return false;
+}
+
+void DataFileWriter::DropFormer() {
+  if (former_.is_new) platform::RemoveFile(former_.path);
+  former_ = {};
 }
 
 void DataFileWriter::Fail(const platform::SystemError& error) {

@@ -9,8 +9,9 @@
 
 namespace zep::radiodb {
 
-// While an existing file is written anew its former contents are kept beside it ("NAME.bak"). A
-// failure is reported once and cancels the job.
+// When an existing file is written anew its former contents are kept beside it ("NAME.bak", or
+// "NAME.bak2" and so on), unless the new ones are the same. A failure is reported once and cancels
+// the job.
 class DataFileWriter {
  public:
   explicit DataFileWriter(services::Session& session) : session_(session) {}
@@ -22,8 +23,7 @@ class DataFileWriter {
   // Writes a line and CRLF. Does nothing when there is no file.
   void WriteLine(std::string_view line);
 
-  // Ends a file that is complete: closes it and removes the former contents. False when it could
-  // not be stored.
+  // Ends a file that is complete. False when it could not be stored.
   bool Finish();
   // Ends a file that is not complete. What is to be told to the user of it; empty when there was no
   // file.
@@ -31,12 +31,13 @@ class DataFileWriter {
 
  private:
   bool KeepFormerContents(const std::string& path);
+  void DropFormer();
   void Fail(const platform::SystemError& error);
 
   services::Session& session_;
   platform::FileWriter file_;
-  std::string path_;    // of the file that is being written; empty when there is none
-  std::string former_;  // of the file with its former contents; empty when there is none
+  std::string path_;           // of the file that is being written; empty when there is none
+  platform::FileCopy former_;  // of its former contents; no path when there is none
   bool failed_ = false;
 };
 

@@ -73,7 +73,7 @@ TEST(DataFiles, ExistingFilesAreReplacedOnlyWithConsent) {
   EXPECT_EQ(open(kBoth, "YY"), "done \n" + database + "Yes\n" + calibration + "Yes\nops ocs ");
 }
 
-TEST(DataFileWriter, KeepsWhatAFileHeldUntilTheNewOneIsComplete) {
+TEST(DataFileWriter, KeepsWhatAFileHeldUnlessItIsTheSame) {
   TestSession test;
   const std::string path = test.folder.Write("a.ops", "former");
   test.folder.Write("a.ops.bak", "before that");
@@ -84,9 +84,14 @@ TEST(DataFileWriter, KeepsWhatAFileHeldUntilTheNewOneIsComplete) {
             std::string::npos);
   EXPECT_EQ(test.folder.Read("a.ops"), "first\r\n");
   EXPECT_EQ(test.folder.Read("a.ops.bak2"), "former");
-  EXPECT_TRUE(file.Create(path) && file.Finish());
+  for (const char* line : {"second", "second"}) {
+    ASSERT_TRUE(file.Create(path));
+    file.WriteLine(line);
+    EXPECT_TRUE(file.Finish());
+  }
   EXPECT_EQ(test.folder.Read("a.ops.bak"), "before that");
-  EXPECT_FALSE(test.folder.Read("a.ops.bak3"));
+  EXPECT_EQ(test.folder.Read("a.ops.bak3"), "first\r\n");
+  EXPECT_FALSE(test.folder.Read("a.ops.bak4"));
 
   EXPECT_FALSE(file.Create(test.folder.Path("missing/a.ops")));
   EXPECT_NE(test.user.TakeBoxes().find("There is no folder "), std::string::npos);

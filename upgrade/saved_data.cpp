@@ -104,11 +104,6 @@ Origin OriginOf(const radiodb::DataFileCheck& check) {
           check.records - 1};
 }
 
-bool HasContents(const std::string& path, const std::string& bytes) {
-  const platform::FileContents contents = platform::ReadWholeFile(path);
-  return !contents.error && contents.bytes == bytes;
-}
-
 bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_calibration) {
   Session& session = db.link.session;
   const platform::FileContents contents = platform::ReadWholeFile(path);
@@ -222,31 +217,23 @@ bool MakeNote(Session& session, SavedData& saved) {
   return false;
 }
 
-// Copies the file under a name that is free, unless a copy of the same contents is there; path is
-// the copy's then.
+// Copies the file, unless there is such a copy already; path is the copy's then.
 bool KeepCopy(Session& session, UpgradeLog& log, std::string& path) {
   if (IsNoteOrCopy(path)) return true;
-  const platform::FileContents contents = platform::ReadWholeFile(path);
-  platform::SystemError error = contents.error;
-  std::string kept = UnfinishedName(path, 1);
-  for (int number = 2; !error && IsTaken(kept); ++number) {
-    if (HasContents(kept, contents.bytes)) break;
-    kept = UnfinishedName(path, number);
-  }
-  if (!error && !IsTaken(kept)) error = platform::WriteWholeFile(kept, contents.bytes);
-  if (!error) {
-    log.Log("The data of the unfinished upgrade is kept in " + kept);
-    path = kept;
+  const platform::FileCopy copy = platform::KeepCopy(path, UnfinishedName(path, 1));
+  if (!copy.error) {
+    log.Log("The data of the unfinished upgrade is kept in " + copy.path);
+    path = copy.path;
     return true;
   }
-  services::ReportError(session, error, "PrepareToSave");
+  services::ReportError(session, copy.error, "PrepareToSave");
   log.Log("The data of the unfinished upgrade could not be copied: " + path);
   return Refuse(session,
                 NLSFmt(session,
                        "The data of an unfinished upgrade in %0:s could not be copied to "
                        "%1:s, so the radio was not read. Please check the disk, or move "
                        "the file to a safe place yourself.",
-                       {path, kept}),
+                       {path, copy.path}),
                 services::Failure::kFile);
 }
 
@@ -297,8 +284,7 @@ void DropNote(const SavedData& saved) {
 
 void EndNotes(const Session& session, const SavedData& saved) {
   const auto is_back = [](const std::string& noted, const std::string& file) {
-    return noted.empty() ||
-           (!file.empty() && HasContents(noted, platform::ReadWholeFile(file).bytes));
+    return noted.empty() || platform::HaveSameContents(noted, file);
   };
   DropNote(saved);
   for (const Note& note : FindNotes(session)) {
