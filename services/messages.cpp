@@ -1,33 +1,15 @@
 #include "services/messages.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "platform/files.h"
+#include "services/fill_in.h"
 #include "services/resource_ids.h"
 
 namespace zep::services {
 namespace {
 
 constexpr std::size_t kNarrowestMessage = 85;
-
-std::string FillIn(std::string text, std::span<const std::string_view> arguments) {
-  std::string filled;
-  std::size_t at = 0;
-  while (at < text.size()) {
-    const bool is_placeholder = at + 4 <= text.size() && text[at] == '%' && text[at + 1] >= '0' &&
-                                text[at + 1] <= '9' && text.compare(at + 2, 2, ":s") == 0;
-    const std::size_t number =
-        is_placeholder ? static_cast<std::size_t>(text[at + 1] - '0') : arguments.size();
-    if (number < arguments.size()) {
-      filled += arguments[number];
-      at += 4;
-    } else {
-      filled += text[at++];
-    }
-  }
-  return filled;
-}
 
 std::string ErrorText(const Session& session, const platform::SystemError& error,
                       std::string_view procedure, int port) {
@@ -69,8 +51,7 @@ std::string NLSFmt(const Session& session, std::string_view text,
 
 std::string NLSFmt(const Session& session, std::string_view text,
                    std::span<const std::string> arguments) {
-  const std::vector<std::string_view> views(arguments.begin(), arguments.end());
-  return FillIn(session.translation.Translate(text), views);
+  return FillIn(session.translation.Translate(text), arguments);
 }
 
 Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& options) {

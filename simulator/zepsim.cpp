@@ -6,6 +6,7 @@
 #include "platform/files.h"
 #include "platform/interrupt.h"
 #include "platform/terminal.h"
+#include "services/fill_in.h"
 #include "simulator/bench_report.h"
 #include "simulator/radio_bench.h"
 #include "simulator/samples.h"
@@ -30,13 +31,8 @@ Duration Seconds(double seconds) {
 }
 
 int Fail(const SystemError& error) {
-  std::string advice = error.advice;
-  for (std::size_t at = 0; at < error.advice_arguments.size(); ++at) {
-    const std::string mark = "%" + std::to_string(at) + ":s";
-    const std::size_t found = advice.find(mark);
-    if (found != std::string::npos) advice.replace(found, mark.size(), error.advice_arguments[at]);
-  }
-  std::cerr << "zepsim: " << error.subject << ": " << error.description << ". " << advice << "\n";
+  std::cerr << "zepsim: " << error.subject << ": " << error.description << ". "
+            << services::FillIn(error.advice, error.advice_arguments) << "\n";
   return kFailed;
 }
 

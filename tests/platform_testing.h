@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>  // brings the POSIX calls along
 
 #include "platform/system_error.h"
+#include "services/fill_in.h"
 
 namespace zep::testing {
 
@@ -13,14 +14,8 @@ namespace zep::testing {
 // no error.
 inline std::string Say(const platform::SystemError& error) {
   if (!error) return "ok";
-  std::string text = error.advice;
-  for (std::size_t i = 0; i < error.advice_arguments.size(); ++i) {
-    const std::string mark = "%" + std::to_string(i) + ":s";
-    for (std::size_t at = 0; (at = text.find(mark, at)) != text.npos;) {
-      text.replace(at, mark.size(), error.advice_arguments[i]);
-    }
-  }
-  return std::to_string(error.number) + " " + text;
+  return std::to_string(error.number) + " " +
+         services::FillIn(error.advice, error.advice_arguments);
 }
 
 // While it lives, root is an ordinary user; other users stay who they are.

@@ -1,8 +1,10 @@
 #include "upgrade/upgrade_log.h"
 
+#include <span>
 #include <utility>
 
 #include "platform/files.h"
+#include "services/fill_in.h"
 #include "services/log.h"
 #include "services/messages.h"
 #include "services/paths.h"
@@ -31,15 +33,7 @@ void UpgradeLog::Log(std::string_view message) {
 
 void UpgradeLog::Remark(std::string_view text, std::initializer_list<std::string_view> arguments) {
   remarks_.push_back(NLSFmt(session_, text, arguments));
-  std::string line(text);
-  int number = 0;
-  for (const std::string_view argument : arguments) {
-    const std::string placeholder = "%" + std::to_string(number++) + ":s";
-    if (const std::size_t at = line.find(placeholder); at != std::string::npos) {
-      line.replace(at, placeholder.size(), argument);
-    }
-  }
-  Log(line);
+  Log(services::FillIn(text, std::span(arguments.begin(), arguments.size())));
 }
 
 std::string UpgradeLogFile(const services::Session& session) {
