@@ -16,7 +16,7 @@
 
 namespace zep::firmware {
 
-class TransferPanel : public wxPanel, public link::TransferView {
+class TransferPanel final : public wxPanel, public link::TransferView {
  public:
   TransferPanel(wxWindow* parent, const services::WindowContext& window_context,
                 const link::Link& shown_link);
@@ -33,8 +33,6 @@ class TransferPanel : public wxPanel, public link::TransferView {
   void Cancel();
   // A new run begins: rows without what was known of earlier radios, and no wish kept.
   void Clear();
-  // What became of each slot, at the end of the run. One that fails earlier is shown as it does.
-  void ShowOutcomes(const TransferResult& result);
   // A line above the progress bar.
   void ShowText(const std::string& text) { pnlProgress->ShowText(text); }
 

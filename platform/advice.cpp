@@ -73,9 +73,6 @@ constexpr std::array kRows = {
     Row{Advice::kProgramMissing,
         "The program %0:s cannot be started. Please check that it is installed."},
     Row{Advice::kOpenAddressByHand, "Please open %0:s in a web browser yourself."},
-    Row{Advice::kIoPortsForbidden,
-        "This computer does not let the program write to I/O ports. Please use serial ports that "
-        "the operating system knows."},
 };
 static_assert(kRows.size() == static_cast<std::size_t>(Advice::kCount));
 

@@ -37,7 +37,6 @@ enum class Advice {
   kSettingName,        // %0 key, %1 name
   kProgramMissing,     // %0 program
   kOpenAddressByHand,  // %0 web address
-  kIoPortsForbidden,   // nothing
   kCount
 };
 

@@ -2,9 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
-
-#include "platform/system_error.h"
 
 namespace zep::platform {
 
@@ -19,9 +16,5 @@ class NoIoPorts final : public IoPorts {
  public:
   void Out(std::uint16_t, std::uint8_t) override {}
 };
-
-// The real ports first to first + count - 1 of a PC under Linux, for whom the system allows it
-// (root). Nothing, and the reason in error, everywhere else.
-std::unique_ptr<IoPorts> OpenIoPorts(std::uint16_t first, std::uint16_t count, SystemError& error);
 
 }  // namespace zep::platform

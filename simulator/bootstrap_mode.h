@@ -1,10 +1,13 @@
 // The radio in bootstrap mode, run by the loader in its processor's ROM, which knows nothing of a
 // database.
 //
-//   0xFF and 256 bytes at 1200 baud   the first loader; it may then send the configuration byte by
-//   itself "0" at 1200 baud                  from here on 9600 baud "B", bytes, "E" the second
-//   loader; it starts when nothing follows the "E" for half a second,
-//                                     because an "E" may well stand inside it
+//   0xFF and 256 bytes at 1200 baud
+//       the first loader, which may then send the configuration byte by itself
+//   "0" at 1200 baud
+//       from here on 9600 baud
+//   "B", bytes, "E"
+//       the second loader; it starts when nothing follows the "E" for half a second, because an
+//       "E" may well stand inside it
 //
 // Nothing is echoed.
 #pragma once
@@ -41,9 +44,6 @@ class BootstrapMode {
   // cannot be said.
   std::optional<platform::Duration> LoaderStarts() const;
 
-  // What was loaded so far.
-  const Bytes& FirstLoader() const { return first_loader_; }
-  const Bytes& SecondLoader() const { return second_loader_; }  // without "B" and the last "E"
   // A byte of a loader did not arrive as it was sent, so that it will not run.
   bool IsDamaged() const { return damaged_; }
 

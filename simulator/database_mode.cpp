@@ -29,7 +29,7 @@ constexpr std::size_t kVersionOffset = 9;
 }  // namespace
 
 void DatabaseMode::Restart() {
-  in_command_set_ = writing_ = networks_taken_up_ = false;
+  in_command_set_ = writing_ = false;
   network_ = 1;
   line_.clear();
 }
@@ -42,7 +42,6 @@ void DatabaseMode::Receive(std::uint8_t byte) {
     return;
   }
   const std::string command = std::exchange(line_, {});
-  if (profile_.IsTrunked() && command == kTakeUpNetworks) networks_taken_up_ = true;
   if (in_command_set_) Execute(command);
 }
 

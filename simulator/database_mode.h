@@ -34,10 +34,6 @@ class DatabaseMode {
   void Restart();
   void Receive(std::uint8_t byte);
 
-  // Whether the record that makes a trunked radio take up its networks anew has come since the last
-  // restart.
-  bool NetworksTakenUp() const { return networks_taken_up_; }
-
  private:
   void Caret();
   void Prompt();
@@ -64,7 +60,6 @@ class DatabaseMode {
   bool corrupt_;  // until a database is programmed
   bool in_command_set_ = false;
   bool writing_ = false;  // between "b" and "e"
-  bool networks_taken_up_ = false;
   int network_ = 1;
   std::string line_;
   std::map<std::uint8_t, std::size_t> written_;  // records of each item since "b"

@@ -1,12 +1,13 @@
 // The second loader, running in the radio: it writes and reads the flash at 9600 baud.
 //
 //   says maker, device and micro byte by itself when it starts
-//   "r" (write) or "t" (read), then "0"            each answered with the same byte
-//   for each row: bank, start address high and low, blocks high and low     each answered with the
-//   same byte
-//       write   128 bytes, answered with "."       for each block
-//       read    ".", answered with 128 bytes       for each block
-//   0xFF in place of a bank                        not answered; the radio starts anew
+//   "r" (write) or "t" (read), then "0"        each answered with the same byte
+//   for each row:
+//       bank, start address high and low,
+//       blocks high and low                    each answered with the same byte
+//       for each block, when writing           128 bytes, answered with "."
+//       for each block, when reading           ".", answered with 128 bytes
+//   0xFF in place of a bank                    not answered; the radio starts anew
 //
 // What it cannot do is answered with one letter: "P" for a byte that is no prompt, "G" for a bank
 // that does not exist, "A" for an address outside the flash.
