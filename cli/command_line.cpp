@@ -48,9 +48,8 @@ void AddOptions(CLI::App& app, Options& options, bool& help, bool& version) {
                  Text(NLSText("the family of radios: ZEP, \"Vorn PMR II\" or Torvik")))
       ->type_name("NAME")
       ->multi_option_policy(kLastCounts);
-  app.add_option("--language", options.language,
-                 Text(NLSText("language of the messages: en, fr, es or zh")))
-      ->type_name("en|fr|es|zh")
+  app.add_option("--language", options.language, Text(NLSText("language of the messages")))
+      ->type_name(services::LanguageCodes("|"))
       ->multi_option_policy(kLastCounts);
   app.add_flag("--inhouse", options.in_house,
                Text(NLSText("allow firmware that the radio's microprocessor is not made for")));

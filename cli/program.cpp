@@ -80,8 +80,8 @@ std::string Program::ChooseLanguage() {
   const platform::SystemError error = services::LoadTexts(session, wanted);
   if (error) ShowNote(error);
   if (wanted || options.language.empty()) return {};
-  return NLSFmt(session, "There is no language %0:s. Please choose en, fr, es or zh.",
-                {options.language});
+  return NLSFmt(session, "There is no language %0:s. Please choose one of %1:s.",
+                {options.language, services::LanguageCodes(", ")});
 }
 
 ExitStatus Program::Start() {

@@ -13,7 +13,6 @@
 namespace zep::link {
 namespace {
 
-using services::AppType;
 using services::Gap;
 using services::MakeButton;
 using services::MakeCheckBox;
@@ -30,10 +29,6 @@ using services::ToWx;
 constexpr int kDeviceWidth = 380;
 constexpr int kNotesHeight = 110;
 constexpr const char* kHelpPage = "preferences.htm";
-
-// By their own names, in the order of the setting UILanguage.
-constexpr std::array<const char*, services::kLanguageCount> kLanguages = {"English", "Français",
-                                                                          "Español", "简体中文"};
 
 bool CanBeTicked(std::optional<PortState> state) { return state != PortState::kNotAvailable; }
 
@@ -145,7 +140,7 @@ wxSizer* frmPreferences::MakeLanguageRow() {
   row->Add(MakeLabel(this, label), wxSizerFlags().CentreVertical().Border(wxRIGHT, Gap(this)));
   cboLanguage = new wxChoice(this, wxID_ANY);
   NameControl(cboLanguage, "cboLanguage", label);
-  for (const char* language : kLanguages) cboLanguage->Append(ToWx(language));
+  for (const auto& language : services::Languages()) cboLanguage->Append(ToWx(language.own));
   cboLanguage->SetSelection(static_cast<int>(session.translation.GetLanguage()) - 1);
   row->Add(cboLanguage);
   return row;

@@ -43,15 +43,16 @@ dpkg-deb -x "$package" "$tree"
 share=$tree/usr/share
 for file in bin/{zepdlca,zepctl,zepsim} share/man/man1/{zepdlca,zepctl,zepsim}.1.gz \
   share/bash-completion/completions/zepctl share/applications/zepdlca.desktop share/zepdlca/ZEPDLCA.mld \
-  share/zepdlca/help/zepdlca_{en,fr,es,zh}.zip share/zepdlca/images/splash.png share/zepdlca/images/zepdlca-32.png \
+  share/zepdlca/images/splash.png share/zepdlca/images/zepdlca-32.png \
   share/icons/hicolor/{16x16,24x24,32x32,48x48,64x64,128x128,256x256}/apps/zepdlca.png \
   share/icons/hicolor/scalable/apps/zepdlca.svg share/doc/zepdlca/{copyright,changelog.gz,README.Debian}; do
   [ -s "$tree/usr/$file" ] || fail "FAILED: the package has no /usr/$file"
 done
 warnings_of_manual() { ! zcat "$1" | groff -man -Tutf8 -K utf8 -ww -z 2>&1 | grep .; }
 for manual in "$share"/man/man1/*.gz; do expect "manual page $(basename "$manual" .gz)" warnings_of_manual "$manual"; done
-for book in "$share"/zepdlca/help/*.zip; do
-  expect "help book $(basename "$book")" says zepdlca.hhp cmake -E tar tf "$book"
+for folder in resources/help/*/; do
+  book=zepdlca_$(basename "$folder").zip
+  expect "help book $book" says zepdlca.hhp cmake -E tar tf "$share/zepdlca/help/$book"
 done
 expect "desktop entry" desktop-file-validate "$share/applications/zepdlca.desktop"
 expect "bash completion" says "-F _zepctl zepctl" bash -c "source '$share/bash-completion/completions/zepctl'; complete -p zepctl"

@@ -2,12 +2,18 @@
 
 #include <optional>
 
+#include "services/messages.h"
 #include "services/text_lines.h"
 
 namespace zep::services {
 namespace {
 
-constexpr std::array<std::string_view, kLanguageCount> kCodes = {"en", "fr", "es", "zh"};
+constexpr std::array<LanguageNames, kLanguageCount> kLanguages = {{
+    {.code = "en", .own = "English", .english = NLSText("English")},
+    {.code = "fr", .own = "Français", .english = NLSText("French")},
+    {.code = "es", .own = "Español", .english = NLSText("Spanish")},
+    {.code = "zh", .own = "简体中文", .english = NLSText("Chinese")},
+}};
 
 std::size_t IndexOf(Language language) { return static_cast<std::size_t>(language) - 1; }
 
@@ -31,9 +37,20 @@ std::optional<std::string> Unquote(std::string_view line) {
 
 }  // namespace
 
+std::span<const LanguageNames, kLanguageCount> Languages() { return kLanguages; }
+
 std::string_view LanguageCode(Language language) {
   const std::size_t index = IndexOf(language);
-  return index < kCodes.size() ? kCodes[index] : std::string_view();
+  return index < kLanguages.size() ? kLanguages[index].code : std::string_view();
+}
+
+std::string LanguageCodes(std::string_view between) {
+  std::string codes;
+  for (const LanguageNames& language : kLanguages) {
+    if (!codes.empty()) codes += between;
+    codes += language.code;
+  }
+  return codes;
 }
 
 void Translation::Load(std::string_view contents) {
@@ -51,11 +68,13 @@ void Translation::Load(std::string_view contents) {
     }
     if (line.front() == '#') return;
     std::size_t language = 0;
-    while (language < kCodes.size() && line.substr(0, 2) != kCodes[language]) ++language;
+    while (language < kLanguages.size() && line.substr(0, 2) != kLanguages[language].code)
+      ++language;
     const std::optional<std::string> text =
         line.size() > 2 && line[2] == ' ' ? Unquote(line.substr(3)) : std::nullopt;
-    if (language == kCodes.size() || !text || text->empty()) {
-      complain(number, "this is no language (en, fr, es, zh) with a text in double quotes");
+    if (language == kLanguages.size() || !text || text->empty()) {
+      complain(number,
+               "this is no language (" + LanguageCodes(", ") + ") with a text in double quotes");
     } else if (language == IndexOf(Language::kEnglish)) {
       const auto [place, is_new] = entries_.try_emplace(*text);
       if (!is_new) complain(number, "this text has an entry already");

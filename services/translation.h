@@ -13,6 +13,7 @@
 
 #include <array>
 #include <map>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,8 +24,18 @@ namespace zep::services {
 enum class Language { kEnglish = 1, kFrench = 2, kSpanish = 3, kChinese = 4 };
 inline constexpr int kLanguageCount = 4;
 
-// The two letters of a language in the dictionary and on the command line ("en", "fr", "es", "zh").
+struct LanguageNames {
+  std::string_view code;     // two letters, in the dictionary, of the help book, for zepctl: "fr"
+  std::string_view own;      // what it calls itself: "Français"
+  std::string_view english;  // untranslated: "French"
+};
+// All of them, in the order of the setting UILanguage.
+std::span<const LanguageNames, kLanguageCount> Languages();
+
+// Empty when there is no such language.
 std::string_view LanguageCode(Language language);
+// All codes: "en, fr, es, zh".
+std::string LanguageCodes(std::string_view between);
 
 class Translation {
  public:

@@ -37,13 +37,14 @@ std::string_view ModeName(const services::Session& session) {
 
 // "English (1)"
 std::string LanguageText(const Application& application) {
-  constexpr std::array kNames = {NLSText("English ("), NLSText("French ("), NLSText("Spanish ("),
-                                 NLSText("Chinese (")};
   const int number = application.UILanguage;
   const bool is_known = number >= 1 && number <= services::kLanguageCount;
-  const std::string_view name =
-      is_known ? kNames.at(static_cast<std::size_t>(number - 1)) : NLSText("Unknown (");
-  return NLSFmt(application.session, name) + std::to_string(number) + ")";
+  const std::string name =
+      is_known ? NLSFmt(application.session,
+                        services::Languages()[static_cast<std::size_t>(number - 1)].english) +
+                     " ("
+               : NLSFmt(application.session, "Unknown (");
+  return name + std::to_string(number) + ")";
 }
 
 }  // namespace
