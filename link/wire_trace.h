@@ -1,55 +1,37 @@
-// What goes over the serial lines, written down as it happens:
-//
-//        time port
-//    0.004211    1  open /dev/ttyUSB0
-//    0.004330    1  9600,n,8,1
-//    0.005102    1  > 5E                                               ^
-//    0.006190    1  < 76                                               v
-//
-// Seconds since the start, ">" to the radio and "<" from it, 16 bytes a line at most. Every byte is
-// handed on at once, so that the end is there whatever becomes of the program.
+// Ports that are watched: what goes over the serial lines, written down as it happens, and how much
+// it is.
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/clock.h"
 #include "platform/serial_port.h"
+#include "services/wire_text.h"
 
 namespace zep::link {
 
+// The lines of services/wire_text.h, with the seconds since the object was made.
 class WireTrace {
  public:
-  // Takes the text piece by piece as it comes.
-  using Sink = std::function<void(std::string_view piece)>;
+  WireTrace(platform::Clock& clock, services::WireText::Sink sink)
+      : clock_(clock), start_(clock.Now()), text_(std::move(sink)) {}
 
-  WireTrace(platform::Clock& clock, Sink sink)
-      : clock_(clock), start_(clock.Now()), sink_(std::move(sink)) {}
-  WireTrace(const WireTrace&) = delete;
-  WireTrace& operator=(const WireTrace&) = delete;
-  ~WireTrace() { EndLine(); }
-
-  // Something that is not on the wire: a port is opened, closed, set up.
-  void Note(int port, const std::string& text);
-  void Byte(int port, bool from_radio, std::uint8_t byte);
+  void Note(int port, const std::string& text) { text_.Note(Time(), port, text); }
+  void Byte(int port, bool from_radio, std::uint8_t byte) {
+    text_.Byte(Time(), {.port = port, .from_radio = from_radio}, byte);
+  }
 
  private:
-  void StartLine(int port);
-  void EndLine();
+  platform::Duration Time() { return clock_.Now() - start_; }
 
   platform::Clock& clock_;
   platform::Duration start_;
-  Sink sink_;
-
-  // The line that is being written.
-  int port_ = 0;
-  bool from_radio_ = false;
-  std::string printable_;  // a character for each of its bytes; empty when there is no line
-  platform::Duration last_byte_{};
+  services::WireText text_;
 };
 
 // A port that is watched: its bytes are counted, and traced when there is a trace.

@@ -10,6 +10,7 @@
 #include "link/port_slots.h"
 #include "link/port_texts.h"
 #include "link/programming_mode.h"
+#include "link/wire_trace.h"
 #include "services/messages.h"
 #include "tests/link_testing.h"
 #include "tests/views_testing.h"
@@ -555,6 +556,18 @@ TEST(Bootstrap, LoadersOfAWrongLengthAreNeverSent) {
     EXPECT_EQ(test.user.Boxes(), "information Invalid bootstrap file (bs.tsk) -> OK\n");
     EXPECT_TRUE(test.session.CancelRequested);
   }
+}
+
+TEST(WatchedPort, LetsAPortThatHasFailedBeOpenedAnew) {
+  TestLink test;
+  std::string wire;
+  auto owned = std::make_unique<testing::ScriptedPort>(test.clock, 1, wire);
+  testing::ScriptedPort& port = *owned;
+  std::uint64_t bytes = 0;
+  WatchedPort watched(std::move(owned), bytes, nullptr);
+  EXPECT_EQ(watched.Open().number, 0);
+  port.open_error = {.number = 8002};
+  EXPECT_EQ(watched.Open().number, 8002) << "it counts as open still";
 }
 
 TEST(Bootstrap, TheLoaderGoesOutBehindALeadingByteUntilTheLinkFails) {
