@@ -21,10 +21,6 @@ using services::Session;
 
 using Rows = std::span<const MemoryMapEntry>;
 
-constexpr platform::Duration kPass = std::chrono::milliseconds(2);
-// Inside a block a byte has come already, which would end every wait for input at once.
-constexpr platform::Duration kPassInsideBlock = std::chrono::milliseconds(1);
-
 // Kept: the bar may stop short of its maximum.
 int ProgressMaximum(bool upload, bool one_megabit) {
   if (upload) return one_megabit ? 1024 : 2050;
@@ -37,7 +33,8 @@ Rows ChooseRows(const Firmware& firmware, bool one_megabit) {
 }
 
 std::size_t EndOf(const MemoryMapEntry& row) {
-  return static_cast<std::size_t>(row.FileOffset + row.Blocks * kBlockSize);
+  return static_cast<std::size_t>(row.FileOffset) +
+         static_cast<std::size_t>(row.Blocks) * kBlockSize;
 }
 
 void StopForFile(Session& session, const platform::SystemError& error) {
@@ -109,43 +106,13 @@ void Download(TransferRun& run, Rows rows) {
   services::WaitSecondsYielding(link.session, 1);
 }
 
-// Waits until the port's input holds exactly one block. False when the run is stopped.
-bool WaitForBlock(Link& link, int port) {
-  Session& session = link.session;
-  platform::SerialPort& serial = link.Port(port);
-  std::size_t received = 0;
-  link.timSerialTimeOut.Enable(session);
-  for (;;) {
-    session.PumpEvents();
-    if (session.Stopped()) break;
-    const std::size_t count = serial.InputCount();
-    if (count == kBlockSize) break;
-    if (const platform::SystemError error = serial.TakeError()) {
-      ReportError(session, error, "WriteRadioSoftware", port);
-      FailPort(link, port, Failure::kPort);
-      break;
-    }
-    if (count != received) link.timSerialTimeOut.Enable(session);
-    received = count;
-    if (count == 0) {
-      serial.WaitForInput(kPass);
-    } else {
-      session.clock.Sleep(kPassInsideBlock);
-    }
-  }
-  link.timSerialTimeOut.Disable();
-  if (!session.Stopped()) return true;
-  if (session.DownloadError && link.IsActive(port)) FailPort(link, port, Failure::kNoAnswer);
-  return false;
-}
-
 void UploadRow(TransferRun& run, const MemoryMapEntry& row, platform::FileWriter& file) {
   Link& link = run.firmware.link;
   const int port = FirstActivePort(link);
   SendHeader(link, row);
   for (std::int32_t count = 0; count < row.Blocks && !link.session.Stopped(); ++count) {
     SendByteToActiveComms(link, '.');
-    if (!WaitForBlock(link, port)) return;
+    if (!WaitForInputCount(link, port, kBlockSize, "WriteRadioSoftware")) return;
     std::string block;
     for (std::int32_t at = 0; at < kBlockSize; ++at)
       block += static_cast<char>(GetAnyByte(link, port));

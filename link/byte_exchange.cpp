@@ -1,6 +1,7 @@
 #include "link/byte_exchange.h"
 
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "link/error_replies.h"
@@ -16,6 +17,8 @@ using services::Session;
 
 // A pass of a waiting loop: the operating system wakes us for input, at the latest after this.
 constexpr platform::Duration kPass = std::chrono::milliseconds(2);
+// A pass while there is input, though not enough, which would end every wait for input at once.
+constexpr platform::Duration kPassWithInput = std::chrono::milliseconds(1);
 // A pass of a loop that waits for output to leave, which nothing wakes.
 constexpr platform::Duration kDrainPass = std::chrono::microseconds(500);
 constexpr platform::Duration kOutputTimeOut = std::chrono::milliseconds(4000);
@@ -28,6 +31,8 @@ constexpr std::string_view kPrompt = ">";
 constexpr std::string_view kCarriageReturn = "\r";
 
 enum class Verdict {
+  kNothing,     // no input
+  kTooLittle,   // input, and more is needed
   kSkip,        // not what is waited for: wait on
   kAccept,      // the wait is over
   kAcceptZero,  // the wait is over and the time-out runs on
@@ -52,46 +57,58 @@ bool PortFailed(Link& link, int port, std::string_view procedure) {
 }
 
 // The waiting loop that all receiving goes through: a turn of the user interface, a look at the
-// port, and, when nothing is there, a nap that input ends. judge says what a byte means.
-template <typename Judge>
-Wait WaitForInput(Link& link, int port, std::string_view procedure, Judge judge) {
+// port, and, when there is nothing or too little, a nap that input ends. look says how it stands.
+template <typename Look>
+Ended WaitUntil(Link& link, int port, std::string_view procedure, Look look) {
   Session& session = link.session;
   platform::SerialPort& serial = link.Port(port);
-  Wait wait;
-  if (session.Stopped()) return wait;
+  if (session.Stopped()) return Ended::kStopped;
   link.timSerialTimeOut.Enable(session);
   while (!session.DownloadError) {
     session.PumpEvents();
     if (session.Stopped()) break;
-    const std::optional<std::uint8_t> byte = serial.Read();
-    if (!byte) {
+    const Verdict verdict = look(serial);
+    if (verdict == Verdict::kSkip) continue;
+    if (verdict == Verdict::kNothing || verdict == Verdict::kTooLittle) {
       if (PortFailed(link, port, procedure)) {
         link.timSerialTimeOut.Disable();
         FailPort(link, port, Failure::kPort);
-        wait.ended = Ended::kFailed;
-        return wait;
+        return Ended::kFailed;
       }
-      serial.WaitForInput(kPass);
+      if (verdict == Verdict::kNothing) {
+        serial.WaitForInput(kPass);
+      } else {
+        session.clock.Sleep(kPassWithInput);
+      }
       continue;
     }
-    wait.last = byte;
-    const Verdict verdict = judge(*byte);
-    if (verdict == Verdict::kSkip) continue;
     // Kept: after an end on zero the time-out runs on; the caller talks to the radio before it
     // fires.
     if (verdict != Verdict::kAcceptZero) link.timSerialTimeOut.Disable();
-    wait.ended = verdict == Verdict::kErrorReply ? Ended::kErrorReply : Ended::kAccepted;
-    return wait;
+    return verdict == Verdict::kErrorReply ? Ended::kErrorReply : Ended::kAccepted;
   }
   link.timSerialTimeOut.Disable();
-  if (session.DownloadError && !session.CancelRequested) wait.ended = Ended::kFailed;
+  return session.DownloadError && !session.CancelRequested ? Ended::kFailed : Ended::kStopped;
+}
+
+// Takes byte after byte until judge says that the wait is over.
+template <typename Judge>
+Wait WaitForInput(Link& link, int port, std::string_view procedure, Judge judge) {
+  Wait wait;
+  wait.ended = WaitUntil(link, port, procedure, [&](platform::SerialPort& serial) {
+    const std::optional<std::uint8_t> byte = serial.Read();
+    if (!byte) return Verdict::kNothing;
+    wait.last = byte;
+    return judge(*byte);
+  });
   return wait;
 }
 
 // Waits until at most so many bytes of the port's output are still to go out, with turns of the
 // user interface or without. Fails the port when nothing goes out for too long.
 enum class Turns { kTaken, kNone };
-void WaitForOutput(Link& link, int port, std::size_t most, Turns turns) {
+void WaitForOutput(Link& link, int port, std::size_t most, Turns turns,
+                   std::string_view procedure) {
   Session& session = link.session;
   platform::SerialPort& serial = link.Port(port);
   std::size_t pending = serial.OutputCount();
@@ -107,7 +124,7 @@ void WaitForOutput(Link& link, int port, std::size_t most, Turns turns) {
     FailPort(link, port, Failure::kPort);
     return;
   }
-  if (PortFailed(link, port, "SendBytesToAllComms")) FailPort(link, port, Failure::kPort);
+  if (PortFailed(link, port, procedure)) FailPort(link, port, Failure::kPort);
 }
 
 bool IsOpenAndActive(Link& link, int port) {
@@ -152,6 +169,19 @@ std::uint8_t GetAnyByte(Link& link, int port) {
   const std::uint8_t byte = link.Port(port).Read().value_or(0);
   if (PortFailed(link, port, "GetAnyByte")) FailPort(link, port, Failure::kPort);
   return byte;
+}
+
+bool WaitForInputCount(Link& link, int port, std::size_t count, std::string_view procedure) {
+  if (!link.IsActive(port)) return false;
+  std::size_t received = 0;
+  const Ended ended = WaitUntil(link, port, procedure, [&](platform::SerialPort& serial) {
+    const std::size_t before = std::exchange(received, serial.InputCount());
+    if (received == count) return Verdict::kAccept;
+    if (received != before) link.timSerialTimeOut.Enable(link.session);
+    return received == 0 ? Verdict::kNothing : Verdict::kTooLittle;
+  });
+  if (link.session.DownloadError) FailPort(link, port, Failure::kNoAnswer);
+  return ended == Ended::kAccepted;
 }
 
 std::string GetStringFromSpecficComms(Link& link, int port, std::string_view expected) {
@@ -246,7 +276,7 @@ void SendBytesToAllComms(Link& link, Bytes bytes) {
     if (link.session.Stopped()) return;
     if (!IsOpenAndActive(link, port)) continue;
     Write(link, port, bytes);
-    WaitForOutput(link, port, 0, Turns::kNone);
+    WaitForOutput(link, port, 0, Turns::kNone, "SendBytesToAllComms");
   }
 }
 
@@ -256,7 +286,8 @@ void SendBytesToAllCommsAtOnce(Link& link, Bytes bytes) {
     if (IsOpenAndActive(link, port)) Write(link, port, bytes);
   }
   for (const int port : kAllPorts) {
-    if (IsOpenAndActive(link, port)) WaitForOutput(link, port, 0, Turns::kNone);
+    if (IsOpenAndActive(link, port))
+      WaitForOutput(link, port, 0, Turns::kNone, "SendBytesToAllCommsAtOnce");
   }
 }
 
@@ -337,7 +368,7 @@ void SaveCommStates(Link& link) { link.SavedCommStates = link.CommStates; }
 void RestoreCommStates(Link& link) { link.CommStates = link.SavedCommStates; }
 
 void ShortenOutput(Link& link, int port, std::size_t most) {
-  if (IsOpenAndActive(link, port)) WaitForOutput(link, port, most, Turns::kTaken);
+  if (IsOpenAndActive(link, port)) WaitForOutput(link, port, most, Turns::kTaken, "ShortenOutput");
 }
 
 void ShortenOutput(Link& link, std::size_t most) {

@@ -1,5 +1,6 @@
-// Byte and character exchange: the only procedures that put bytes on the serial lines and take them
-// off. Everything else that talks with a radio is built from them.
+// Byte and character exchange: the procedures that put bytes on the serial lines and take them off.
+// Everything else that talks with a radio is built from them; only the release from programming
+// mode, which is meant for ports that have failed as well, writes by itself.
 //
 // They work on Active ports, one by its number or all in port order 1 to 4, and wait for a reply by
 // looking at the port once a pass. One read takes one byte. A wait ends early, with the empty
@@ -27,6 +28,11 @@ std::uint8_t GetByteFromSpecficComms(Link& link, int port, std::uint8_t expected
 
 // The next byte received on an Active port, without waiting; 0 if none.
 std::uint8_t GetAnyByte(Link& link, int port);
+
+// Waits until exactly so many bytes have come from an Active port and leaves them there. Each that
+// comes starts the time-out anew. procedure: in whose name a failure of the port is reported. False
+// when the wait ended early.
+bool WaitForInputCount(Link& link, int port, std::size_t count, std::string_view procedure);
 
 // Waits for a character from the port: any when expected is empty, otherwise others are skipped. ""
 // if none came.

@@ -16,14 +16,14 @@ using services::ReportError;
 using services::Session;
 
 constexpr std::size_t kBootstrapSize = 256;
-constexpr std::uint8_t kBootstrapStart = 0xFF;
+constexpr std::string_view kBootstrapStart = "\xFF";
 
 void SendBootstrapToPort(Link& link, TransferView& view, int port, const std::string& loader) {
   Session& session = link.session;
   view.SetProgressMaximum(static_cast<int>(kBootstrapSize));
   view.ShowStatus(NLSFmt(session, "Writing bootstrap file 1 to communication port %0:s",
                          {std::to_string(port)}));
-  link.Port(port).Write({&kBootstrapStart, 1});
+  SendStringToSpecificComms(link, kBootstrapStart, port);
   int sent = 0;
   for (const char byte : loader) {
     SendByteToSpecificComms(link, static_cast<std::uint8_t>(byte), port);
