@@ -1,8 +1,10 @@
 // What goes over serial lines, on the real clock:
 //
-//   line_benchmarks wait        how a program waits for a radio: processor time, and how soon it
-//   sees a reply line_benchmarks wire        a paced 1 Mbit download to one radio, and to four at
-//   once (over three minutes)
+//   line_benchmarks wait
+//       how a program waits for a radio: processor time, and how soon it sees a reply
+//   line_benchmarks wire FOLDER
+//       a paced 1 Mbit download to one radio, and to four at once (over three minutes); the sample
+//       files are written into the folder
 
 #include <algorithm>
 #include <cstdio>

@@ -5,9 +5,9 @@
 namespace zep::platform {
 
 // While an object lives, interrupts are counted (SIGINT, SIGTERM, SIGHUP; on Windows the console's
-// events); afterwards they do what they did before. Nor does the program end when it writes into a
-// pipe that nobody reads any longer: a radio may be in the middle of something. One object at a
-// time.
+// events); afterwards they end the program, as is their default. Nor does the program end when it
+// writes into a pipe that nobody reads any longer: a radio may be in the middle of something. One
+// object at a time.
 class Interrupts {
  public:
   Interrupts();

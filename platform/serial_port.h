@@ -40,9 +40,10 @@ class SerialPort {
   // closed.
   virtual SystemError SetSettings(std::string_view settings) = 0;
 
-  virtual std::size_t InputCount() = 0;  // bytes received and not read yet
-  virtual std::size_t
-  OutputCount() = 0;  // bytes written and not on the line yet, as far as the device tells
+  // Bytes received and not read yet.
+  virtual std::size_t InputCount() = 0;
+  // Bytes written and not on the line yet, as far as the device tells.
+  virtual std::size_t OutputCount() = 0;
   virtual void ClearInput() = 0;
   virtual void ClearOutput() = 0;
 

@@ -57,8 +57,8 @@ class MemoryHive final : public SettingsHive {
   SystemError Write(std::string_view key, std::string_view name, std::string_view value) override;
 
  private:
-  std::map<std::pair<std::string, std::string>, std::string>
-      values_;  // by key and name, lower case
+  // By key and name, lower case.
+  std::map<std::pair<std::string, std::string>, std::string> values_;
 };
 
 }  // namespace zep::platform

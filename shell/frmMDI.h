@@ -24,10 +24,9 @@ class frmMDI : public wxAuiMDIParentFrame {
   explicit frmMDI(Application& application);
   ~frmMDI() override;
 
-  // The menu entry of that name ("mnuRead"); null while it is not offered. And the place of a
-  // heading
-  // ("mnuRadio") in the menu bar.
+  // The menu entry of that name ("mnuRead"); null while it is not offered.
   wxMenuItem* Entry(const std::string& name) const;
+  // The place of a heading ("mnuRadio") in the menu bar.
   std::size_t Heading(const std::string& name) const;
   // The computer or the user's session ends, or somebody has told the program to: a running job is
   // stopped first, dialogs are closed, and then, without a question, the program ends.
