@@ -43,7 +43,7 @@ build() {
   shift
   step "Building ($preset)"
   export CMAKE_CXX_COMPILER_LAUNCHER=${CMAKE_CXX_COMPILER_LAUNCHER-ccache}
-  [ -f "build/$preset/build.ninja" ] || quietly cmake --preset "$preset"
+  [ "build/$preset/build.ninja" -nt CMakePresets.json ] || quietly cmake --preset "$preset"
   quietly cmake --build --preset "$preset" ${1:+--target "$@"}
 }
 
