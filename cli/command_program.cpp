@@ -8,7 +8,6 @@
 namespace zep::cli {
 namespace {
 
-using services::NLSFmt;
 using services::NLSText;
 
 ExitStatus ProgramFile(Program& program, const std::string& name) {

@@ -7,7 +7,6 @@ namespace zep::cli {
 namespace {
 
 using services::NLSFmt;
-using services::NLSText;
 using services::Session;
 using upgrade::Change;
 using upgrade::ItemDifference;

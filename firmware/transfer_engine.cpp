@@ -15,8 +15,6 @@ namespace {
 
 using link::kAllPorts;
 using link::Link;
-using services::Answer;
-using services::Buttons;
 using services::Failure;
 using services::Icon;
 using services::NLSFmt;

@@ -12,7 +12,6 @@ namespace zep::link {
 namespace {
 
 using platform::SystemError;
-using services::AppType;
 using services::Failure;
 using services::Icon;
 using services::NLSFmt;
