@@ -72,7 +72,7 @@ frmPreferences::frmPreferences(wxWindow* parent, services::WindowContext& window
   txtNotes->SetMinSize(FromDIP(wxSize(-1, kNotesHeight)));
   contents->Add(txtNotes, wxSizerFlags(row).Proportion(1));
   contents->Add(MakeLanguageRow(), row);
-  contents->Add(services::HelpOkCancelRow(this, context_, kHelpPage, [this] { OnOk(); }),
+  contents->Add(services::OkCancelHelpRow(this, context_, kHelpPage, [this] { OnOk(); }),
                 wxSizerFlags().Expand());
   services::SetContents(this, contents);
   ShowNotes();

@@ -39,7 +39,7 @@ frmSelectCommPort::frmSelectCommPort(wxWindow* parent, services::WindowContext& 
 
   auto* contents = new wxBoxSizer(wxVERTICAL);
   contents->Add(MakeChoices(options), wxSizerFlags(1).Expand().Border(wxBOTTOM, Gap(this)));
-  contents->Add(services::HelpOkCancelRow(this, context_, kHelpPage, [this] { EndModal(wxID_OK); }),
+  contents->Add(services::OkCancelHelpRow(this, context_, kHelpPage, [this] { EndModal(wxID_OK); }),
                 wxSizerFlags().Expand());
   services::SetContents(this, contents);
 }

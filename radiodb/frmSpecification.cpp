@@ -49,16 +49,15 @@ frmSpecification::frmSpecification(wxWindow* parent, services::WindowContext& wi
   cmdReadRadio = services::MakeButton(this, NLSFmt(session, "&Read Radio"), "cmdReadRadio",
                                       [this] { ReadTheRadio(); });
   cmdCopy = services::MakeButton(this, NLSFmt(session, "C&opy"), "cmdCopy", [this] { Copy(); });
+  cmdCancel = MakeCancelButton();
   wxButton* help = services::MakeHelpButton(this, context, "specification.htm");
-  cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
-                                   [this] { CancelOrClose(); });
   cmdReadRadio->SetDefault();
 
   const wxSizerFlags below = wxSizerFlags().Expand().Border(wxTOP, 2 * services::Gap(this));
   auto* rows = new wxBoxSizer(wxVERTICAL);
   rows->Add(grid_, wxSizerFlags().Expand());
   rows->Add(lblStatus, below);
-  rows->Add(services::ButtonRow(this, {cmdReadRadio, cmdCopy, help, cmdCancel}), below);
+  rows->Add(services::ButtonRow(this, {cmdReadRadio, cmdCopy, cmdCancel, help}), below);
   SetContents(rows);
   FillInTheData();
   ShowStatus(IsRead() ? "" : kNotRead);
@@ -108,14 +107,6 @@ void frmSpecification::Copy() {
   for (const IdentityRow& row : IdentityRows(context.session, db_.identity))
     text += row.name + ": " + row.value + "\n";
   if (!services::CopyText(text)) ShowStatus(NLSText("The clipboard cannot be used."));
-}
-
-void frmSpecification::CancelOrClose() {
-  if (context.job.IsRunning()) {
-    context.job.Cancel();
-  } else {
-    services::WindowContext::Call(context.close_task);
-  }
 }
 
 void frmSpecification::ShowStatus(std::string_view text) {

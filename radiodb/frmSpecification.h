@@ -29,7 +29,6 @@ class frmSpecification : public services::TaskWindow {
   bool IsRead() const { return !db_.identity.serial_number.empty(); }
   void ReadTheRadio();
   void Copy();
-  void CancelOrClose();
   void ShowStatus(std::string_view text);
 
   RadioDb& db_;

@@ -139,9 +139,8 @@ wxButton* MakeHelpButton(wxWindow* parent, const WindowContext& context, const s
                     [&context, page] { WindowContext::Call(context.show_help, page); });
 }
 
-wxSizer* HelpOkCancelRow(wxDialog* dialog, const WindowContext& context, const std::string& page,
+wxSizer* OkCancelHelpRow(wxDialog* dialog, const WindowContext& context, const std::string& page,
                          std::function<void()> on_ok) {
-  wxButton* help = MakeHelpButton(dialog, context, page);
   wxButton* ok =
       MakeButton(dialog, NLSFmt(context.session, "&OK"), "cmdOk", std::move(on_ok), wxID_OK);
   wxButton* cancel = MakeButton(
@@ -149,7 +148,7 @@ wxSizer* HelpOkCancelRow(wxDialog* dialog, const WindowContext& context, const s
       [dialog] { dialog->EndModal(wxID_CANCEL); }, wxID_CANCEL);
   ok->SetDefault();
   dialog->SetEscapeId(wxID_CANCEL);
-  return ButtonRow(dialog, {help, ok, cancel});
+  return ButtonRow(dialog, {ok, cancel, MakeHelpButton(dialog, context, page)});
 }
 
 wxChar MnemonicOf(const wxString& label) {
@@ -271,6 +270,24 @@ TaskWindow::TaskWindow(wxWindow* parent, WindowContext& window_context, const ch
     wxCommandEvent press(wxEVT_BUTTON, cancel->GetId());
     press.SetEventObject(cancel);
     cancel->ProcessWindowEvent(press);
+  });
+}
+
+void TaskWindow::FocusFirst() {
+  if (first_focus != nullptr) {
+    first_focus->SetFocus();
+  } else {
+    SetFocus();
+  }
+}
+
+wxButton* TaskWindow::MakeCancelButton() {
+  return MakeButton(this, NLSFmt(context.session, "&Cancel"), "cmdCancel", [this] {
+    if (context.job.IsRunning()) {
+      context.job.Cancel();
+    } else {
+      WindowContext::Call(context.close_task);
+    }
   });
 }
 

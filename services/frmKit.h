@@ -106,9 +106,9 @@ void SetHelpPage(wxWindow* window, const WindowContext& context, const std::stri
 // The Help button, with the same page.
 wxButton* MakeHelpButton(wxWindow* parent, const WindowContext& context, const std::string& page);
 
-// Help, OK and Cancel at the lower edge of a dialog. Enter presses OK, whose on_ok ends the dialog
-// when it may; Escape cancels.
-wxSizer* HelpOkCancelRow(wxDialog* dialog, const WindowContext& context, const std::string& page,
+// OK, Cancel and Help at the lower edge of a dialog: the order of all windows, what the window does
+// first. Enter presses OK, whose on_ok ends the dialog when it may; Escape cancels.
+wxSizer* OkCancelHelpRow(wxDialog* dialog, const WindowContext& context, const std::string& page,
                          std::function<void()> on_ok);
 
 // The letter that follows "&" in the label, in upper case; 0 when there is none.
@@ -150,11 +150,18 @@ class TaskWindow : public wxScrolledWindow {
   // Whether it may be closed now; a running job is not left behind.
   bool MayClose() const { return !context.job.IsRunning(); }
 
+  // The keyboard goes where the work in this window begins.
+  void FocusFirst();
+
  protected:
+  // The Cancel button: cancels the job that is running, else closes the window.
+  wxButton* MakeCancelButton();
   // Lays out the contents with a margin around them.
   void SetContents(wxSizer* contents);
 
   WindowContext& context;
+  wxWindow* first_focus =
+      nullptr;  // for FocusFirst; else the first control that takes the keyboard
 };
 
 }  // namespace zep::services

@@ -142,7 +142,7 @@ void frmMain::OpenForm(std::string_view key) {
   child_->Layout();
   child_->Show();
   application_.current_task = entry->task;
-  task_->SetFocus();
+  task_->FocusFirst();
 }
 
 // The frames around the task window would catch the Tab key.

@@ -71,12 +71,12 @@ wxSizer* frmTranscript::MakeButtons(wxWindow* panel) {
   status->Add(lblStatus, wxSizerFlags(1).CentreVertical());
   rows->Add(status, wxSizerFlags().Expand().Border(wxBOTTOM, Gap(this)));
 
-  wxButton* help = services::MakeHelpButton(panel, application_.context, kHelpPage);
   wxButton* copy = MakeButton(panel, NLSFmt(session, "&Copy"), "cmdCopy", [this] { Copy(); });
   cmdSave = MakeButton(panel, NLSFmt(session, "&Save..."), "cmdSave", [this] { Save(); });
   wxButton* clear = MakeButton(panel, NLSFmt(session, "C&lear"), "cmdClear", [this] { Clear(); });
   wxButton* close = MakeButton(panel, NLSFmt(session, "Cl&ose"), "cmdClose", [this] { Close(); });
-  rows->Add(services::ButtonRow(panel, {help, copy, cmdSave, clear, close}),
+  wxButton* help = services::MakeHelpButton(panel, application_.context, kHelpPage);
+  rows->Add(services::ButtonRow(panel, {copy, cmdSave, clear, close, help}),
             wxSizerFlags().Expand());
   close->SetDefault();
   return rows;

@@ -281,7 +281,20 @@ TEST(Keyboard, TabGoesThroughTheTreeAndTheTask) {
     focus->Navigate();
     Desktop::Settle();
   }
-  EXPECT_EQ(way, "TreeView1 cmdReadRadio cmdHelp cmdCancel TreeView1 ");
+  EXPECT_EQ(way, "TreeView1 cmdReadRadio cmdCancel cmdHelp TreeView1 ");
+}
+
+TEST(Keyboard, EnterStartsNoUpgradeByAccident) {
+  for (const auto& [strings, first] :
+       std::map<std::string, std::string>{{"Torvik", "cmdCancel"}, {"ZEP", "cmdBrowseBinary"}}) {
+    Desktop desktop({"sim:conventional"}, strings);
+    ASSERT_TRUE(desktop.Start());
+    desktop.frame->Raise();
+    desktop.Open("Upgrade");
+    const wxWindow* focus = wxWindow::FindFocus();
+    EXPECT_EQ(focus != nullptr ? focus->GetName().utf8_string() : "", first);
+    EXPECT_EQ(desktop.frame->GetDefaultItem(), nullptr);
+  }
 }
 
 TEST(Help, EveryWindowShowsItsOwnPage) {

@@ -26,11 +26,11 @@ frmAutomaticUpgrade::frmAutomaticUpgrade(wxWindow* parent, services::WindowConte
                    "until the end."));
   explanation->Wrap(FromDIP(kTextWidth));
   panel_->on_transfer_shown = [explanation](bool shown) { explanation->Show(!shown); };
-  // No default button: Enter starts no upgrade by accident.
+  // No default button, and the keyboard begins at Cancel: Enter starts no upgrade by accident.
   cmdUpgrade =
       services::MakeButton(this, NLSFmt(session, "&Upgrade"), "cmdUpgrade", [this] { Upgrade(); });
-  cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
-                                   [this] { CancelOrClose(); });
+  cmdCancel = MakeCancelButton();
+  first_focus = cmdCancel;
   auto* rows = new wxBoxSizer(wxVERTICAL);
   rows->Add(explanation, wxSizerFlags().Border(wxBOTTOM, services::Gap(this)));
   rows->Add(panel_, wxSizerFlags(1).Expand());
@@ -56,14 +56,6 @@ void frmAutomaticUpgrade::Upgrade() {
   panel_->End(NLSFmt(context.session, FinalReport(outcome)));
   cmdUpgrade->Enable();
   cmdUpgrade->SetFocus();
-}
-
-void frmAutomaticUpgrade::CancelOrClose() {
-  if (context.job.IsRunning()) {
-    context.job.Cancel();
-  } else {
-    services::WindowContext::Call(context.close_task);
-  }
 }
 
 }  // namespace zep::upgrade

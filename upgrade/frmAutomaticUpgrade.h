@@ -15,7 +15,6 @@ class frmAutomaticUpgrade : public services::TaskWindow {
 
  private:
   void Upgrade();
-  void CancelOrClose();
 
   UpgradePanel* panel_;
   wxButton* cmdUpgrade;

@@ -34,11 +34,11 @@ frmUpgrade::frmUpgrade(wxWindow* parent, services::WindowContext& window_context
   chkAppLaunchExe = services::MakeCheckBox(
       this, NLSFmt(session, "Launch programming application, if database incompatibilty found"),
       "chkAppLaunchExe");
-  // No default button: Enter starts no upgrade by accident.
+  // No default button, and the keyboard begins at Browse: Enter starts no upgrade by accident.
   cmdUpgrade =
       services::MakeButton(this, NLSFmt(session, "&Upgrade"), "cmdUpgrade", [this] { Upgrade(); });
-  cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
-                                   [this] { CancelOrClose(); });
+  cmdCancel = MakeCancelButton();
+  first_focus = panel_->BrowseButton();
 
   auto* rows = new wxBoxSizer(wxVERTICAL);
   const wxSizerFlags row = wxSizerFlags().Border(wxBOTTOM, services::Gap(this));
@@ -106,14 +106,6 @@ void frmUpgrade::Upgrade() {
   panel_->End(NLSFmt(context.session, FinalReport(outcome)));
   enable(true);
   cmdUpgrade->SetFocus();
-}
-
-void frmUpgrade::CancelOrClose() {
-  if (context.job.IsRunning()) {
-    context.job.Cancel();
-  } else {
-    services::WindowContext::Call(context.close_task);
-  }
 }
 
 }  // namespace zep::upgrade

@@ -21,7 +21,6 @@ class frmUpgrade : public services::TaskWindow {
   UpgradeSelections Selections() const;
   void Browse();
   void Upgrade();
-  void CancelOrClose();
 
   firmware::Firmware& firmware_;
   UpgradePanel* panel_;

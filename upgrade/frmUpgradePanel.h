@@ -20,6 +20,9 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   UpgradePanel(wxWindow* parent, services::WindowContext& window_context, const link::Link& link,
                std::function<void()> on_browse = {});
 
+  // The button beside the firmware file; null when there is none.
+  wxButton* BrowseButton() const { return cmdBrowseBinary; }
+
   // A new run begins: the steps of the last one are cleared.
   void Begin();
   // The run is over; how it ended is the last of the steps.
