@@ -136,92 +136,101 @@ void frmMDI::MDIForm_Load() {
   ShowModeAndLanguage();
 }
 
-std::vector<frmMDI::MenuHeading> frmMDI::Menus() {
-  Application& application = application_;
-  const services::Session& session = application.session;
-  const auto launch = [&application](AppType type) {
-    return [&application, type] { LaunchApplication(application, type); };
-  };
-  const auto browse = [&application](std::string_view setting, int resource) {
-    return [&application, setting, resource] { OpenWebPage(application, setting, resource); };
+frmMDI::MenuHeading frmMDI::FileMenu() {
+  return {"mnuFile",
+          services::kResCaptionFile,
+          {{.name = "mnuPreferences",
+            .resource = services::kResCaptionPreferences,
+            .key = "\tCtrl+,",
+            .action = [this] { Preferences(); }},
+           {.name = "mnuBar1"},
+           {.name = "mnuExit",
+            .resource = services::kResCaptionExit,
+            .key = "\tCtrl+Q",
+            .action = [this] { Exit(); }}}};
+}
+
+frmMDI::MenuHeading frmMDI::RadioMenu() {
+  return {"mnuRadio",
+          services::kResCaptionRadio,
+          {{.name = "mnuRead",
+            .resource = services::kResCaptionRead,
+            .key = "\tCtrl+R",
+            .action = [this] { Read(); }},
+           {.name = "mnuProgram",
+            .resource = services::kResCaptionProgram,
+            .key = "\tCtrl+P",
+            .action = [this] { Program(); }}}};
+}
+
+frmMDI::MenuHeading frmMDI::ToolsMenu() {
+  const services::Session& session = application_.session;
+  const auto launch = [this](AppType type) {
+    return [this, type] { LaunchApplication(application_, type); };
   };
   const std::string_view mode = session.factory_mode ? NLSText("Change to Customer &Mode")
                                                      : NLSText("Change to Factory &Mode");
-  return {
-      {"mnuFile",
-       services::kResCaptionFile,
-       {{.name = "mnuPreferences",
-         .resource = services::kResCaptionPreferences,
-         .key = "\tCtrl+,",
-         .action = [this] { Preferences(); }},
-        {.name = "mnuBar1"},
-        {.name = "mnuExit",
-         .resource = services::kResCaptionExit,
-         .key = "\tCtrl+Q",
-         .action = [this] { Exit(); }}}},
-      {"mnuRadio",
-       services::kResCaptionRadio,
-       {{.name = "mnuRead",
-         .resource = services::kResCaptionRead,
-         .key = "\tCtrl+R",
-         .action = [this] { Read(); }},
-        {.name = "mnuProgram",
-         .resource = services::kResCaptionProgram,
-         .key = "\tCtrl+P",
-         .action = [this] { Program(); }}}},
-      {"mnuTools",
-       services::kResCaptionTools,
-       {{.name = "mnuMode", .text = mode, .action = [this] { ChangeMode(); }},
-        {.name = "mnuTranscript",
-         .text = NLSText("&Wire Transcript..."),
-         .key = "\tCtrl+T",
-         .action = [this] { ShowTranscript(); },
-         .offered = session.factory_mode,
-         .during_jobs = true},
-        {.name = "mnuBar2"},
-        {.name = "mnuLaunchConventional",
-         .resource = services::kResCaptionLaunchConventional,
-         .action = launch(AppType::kConventional)},
-        {.name = "mnuLaunchTrunked",
-         .resource = services::kResCaptionLaunchTrunked,
-         .action = launch(AppType::kTrunked)},
-        {.name = "mnuLaunchCalibration",
-         .resource = services::kResCaptionLaunchCalibration,
-         .action = launch(AppType::kCalibration)},
-        {.name = "mnuInHouseBar", .offered = session.in_house},
-        {.name = "mnuUpgrade",
-         .text = NLSText("Firmware &Upgrade..."),
-         .action = [this] { main_->OpenForm("Upgrade"); },
-         .offered = session.in_house},
-        {.name = "mnuReadFirmware",
-         .text = NLSText("Read &Firmware..."),
-         .action = [this] { ReadFirmware(); },
-         .offered = session.in_house}}},
-      {"mnuInternet",
-       services::kResCaptionInternet,
-       {{.name = "mnuVornWorld",
-         .resource = services::kResCaptionWorld,
-         .action = browse("WWWHomePage", services::kResHomePage)},
-        {.name = "mnuVornSupport",
-         .resource = services::kResCaptionSupport,
-         .action = browse("WWWSupport", services::kResSupport)},
-        {.name = "mnuInternetBar1"},
-        {.name = "mnuVornUpdate",
-         .resource = services::kResCaptionUpdate,
-         .action = browse("WWWApplicationUpgrade", services::kResApplicationUpgrade)}}},
-      {"mnuHelp",
-       services::kResCaptionHelp,
-       {{.name = "mnuContents",
-         .resource = services::kResCaptionContents,
-         .action = [this] { help_.ShowContents(); }},
-        {.name = "mnuSearch",
-         .resource = services::kResCaptionSearch,
-         .action = [this] { help_.ShowSearch(); }},
-        {.name = "mnuHelpBar1"},
-        {.name = "mnuAbout",
-         .resource = services::kResCaptionAbout,
-         .action = [this] { frmAbout(this, application_).ShowModal(); }}}},
+  return {"mnuTools",
+          services::kResCaptionTools,
+          {{.name = "mnuMode", .text = mode, .action = [this] { ChangeMode(); }},
+           {.name = "mnuTranscript",
+            .text = NLSText("&Wire Transcript..."),
+            .key = "\tCtrl+T",
+            .action = [this] { ShowTranscript(); },
+            .offered = session.factory_mode,
+            .during_jobs = true},
+           {.name = "mnuBar2"},
+           {.name = "mnuLaunchConventional",
+            .resource = services::kResCaptionLaunchConventional,
+            .action = launch(AppType::kConventional)},
+           {.name = "mnuLaunchTrunked",
+            .resource = services::kResCaptionLaunchTrunked,
+            .action = launch(AppType::kTrunked)},
+           {.name = "mnuLaunchCalibration",
+            .resource = services::kResCaptionLaunchCalibration,
+            .action = launch(AppType::kCalibration)},
+           {.name = "mnuInHouseBar", .offered = session.in_house},
+           {.name = "mnuUpgrade",
+            .text = NLSText("Firmware &Upgrade..."),
+            .action = [this] { main_->OpenForm("Upgrade"); },
+            .offered = session.in_house},
+           {.name = "mnuReadFirmware",
+            .text = NLSText("Read &Firmware..."),
+            .action = [this] { ReadFirmware(); },
+            .offered = session.in_house}}};
+}
+
+frmMDI::MenuHeading frmMDI::InternetMenu() {
+  const auto browse = [this](std::string_view setting, int resource) {
+    return [this, setting, resource] { OpenWebPage(application_, setting, resource); };
   };
+  return {"mnuInternet",
+          services::kResCaptionInternet,
+          {{.name = "mnuVornWorld",
+            .resource = services::kResCaptionWorld,
+            .action = browse("WWWHomePage", services::kResHomePage)},
+           {.name = "mnuVornSupport",
+            .resource = services::kResCaptionSupport,
+            .action = browse("WWWSupport", services::kResSupport)},
+           {.name = "mnuInternetBar1"},
+           {.name = "mnuVornUpdate",
+            .resource = services::kResCaptionUpdate,
+            .action = browse("WWWApplicationUpgrade", services::kResApplicationUpgrade)}}};
+}
+
+frmMDI::MenuHeading frmMDI::HelpMenu() {
+  return {"mnuHelp",
+          services::kResCaptionHelp,
+          {{.name = "mnuContents",
+            .resource = services::kResCaptionContents,
+            .action = [this] { help_.ShowContents(); }},
+           {.name = "mnuSearch",
+            .resource = services::kResCaptionSearch,
+            .action = [this] { help_.ShowSearch(); }},
+           {.name = "mnuHelpBar1"},
+           {.name = "mnuAbout", .resource = services::kResCaptionAbout, .action = [this] {
+              frmAbout(this, application_).ShowModal();
+            }}}};
 }
 
 void frmMDI::BuildMenus() {
@@ -230,7 +239,8 @@ void frmMDI::BuildMenus() {
   auto* bar = new wxMenuBar;
   std::set<wxChar>& letters = application_.context.menu_letters;
   letters.clear();
-  for (const MenuHeading& heading : Menus()) {
+  for (const MenuHeading& heading :
+       {FileMenu(), RadioMenu(), ToolsMenu(), InternetMenu(), HelpMenu()}) {
     auto* menu = new wxMenu;
     for (const MenuEntry& entry : heading.entries) {
       if (entry.offered) AddEntry(*menu, entry);

@@ -41,7 +41,11 @@ class frmMDI : public wxAuiMDIParentFrame {
   void MDIForm_Load();
   void BuildMenus();
   void AddEntry(wxMenu& menu, const MenuEntry& entry);
-  std::vector<MenuHeading> Menus();
+  MenuHeading FileMenu();
+  MenuHeading RadioMenu();
+  MenuHeading ToolsMenu();
+  MenuHeading InternetMenu();
+  MenuHeading HelpMenu();
   void ShowModeAndLanguage();
   void ShowLanguage();
 
