@@ -63,6 +63,13 @@ class HelpBook::Viewer final : public wxHtmlHelpController {
   wxHtmlHelpFrame* CreateHelpFrame(wxHtmlHelpData* data) override {
     wxHtmlHelpFrame* frame = wxHtmlHelpController::CreateHelpFrame(data);
     services::StandBesideDialogs(frame);
+    frame->Bind(wxEVT_CHAR_HOOK, [frame](wxKeyEvent& event) {
+      if (event.GetKeyCode() == WXK_ESCAPE) {
+        frame->Close();
+      } else {
+        event.Skip();
+      }
+    });
     // These open dialogs, which would keep a job, and the radio, waiting.
     for (const int id :
          {wxID_HTML_PRINT, wxID_HTML_OPTIONS, wxID_HTML_SEARCHTEXT, wxID_HTML_SEARCHBUTTON})

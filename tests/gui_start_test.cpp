@@ -345,5 +345,22 @@ TEST(Help, CanBeReadBesideADialogAndAJob) {
   EXPECT_TRUE(search->IsEnabled());
 }
 
+TEST(Help, EscapeClosesItAndLeavesTheJobAlone) {
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  const services::JobControl::Scope job(desktop.application->context.job,
+                                        [] { ADD_FAILURE() << "cancelled"; });
+  for (const char* part : {"treeCtrl", "htmlWindow"}) {
+    desktop.application->context.show_help("download.htm");
+    wxWindow* window = wxWindow::FindWindowByName(part);
+    ASSERT_NE(window, nullptr) << part;
+    wxKeyEvent escape(wxEVT_CHAR_HOOK);
+    escape.m_keyCode = WXK_ESCAPE;
+    window->ProcessWindowEvent(escape);
+    Desktop::Settle();
+    EXPECT_EQ(wxWindow::FindWindowByName(part), nullptr) << part;
+  }
+}
+
 }  // namespace
 }  // namespace zep::testing
