@@ -4,6 +4,7 @@
 #include "services/messages.h"
 #include "shell/frmAppSplash.h"
 #include "shell/frmMDI.h"
+#include "upgrade/saved_data.h"
 
 namespace zep::shell {
 namespace {
@@ -116,6 +117,11 @@ frmMDI* Main(Application& application, std::string_view command_line) {
   session.factory_mode = true;
   auto* frame = new frmMDI(application);
   frame->Show();
+  // When the program runs: until the box is closed it still hears of another copy and of its end.
+  frame->CallAfter([&session] {
+    upgrade::UpgradeLog log(session, upgrade::UpgradeLogFile(session));
+    TellOfUnfinishedUpgrades(session, log);
+  });
   return frame;
 }
 

@@ -72,6 +72,23 @@ TEST(StartUp, EndsWithAReasonWhenItCannotGoOn) {
   }
 }
 
+TEST(StartUp, TellsOnceOfAnUpgradeThatDidNotFinish) {
+  Desktop desktop;
+  const std::string data = desktop.folder.Write("database/10000104v0400.ops", "data");
+  desktop.folder.Write("upgrade/10000104v0400.ops.unfinished", data + "\n\n");
+  ASSERT_TRUE(desktop.Start());
+  EXPECT_EQ(desktop.Boxes(),
+            "An earlier upgrade did not finish. The data of that radio is in "
+            "FOLDER/database/10000104v0400.ops. Please keep this file until the radio has its data "
+            "back, then delete FOLDER/upgrade/10000104v0400.ops.unfinished.\n");
+  EXPECT_THAT(desktop.folder.Read("upgrade.log").value_or(""),
+              ::testing::HasSubstr("An earlier upgrade did not finish. Its data is in " + data));
+  Desktop without;
+  ASSERT_TRUE(without.Start());
+  EXPECT_EQ(without.Boxes(), "");
+  EXPECT_FALSE(without.folder.Read("upgrade.log"));
+}
+
 TEST(Frame, ShowsModeAndLanguageAndSwitchesThem) {
   Desktop desktop;
   ASSERT_TRUE(desktop.Start());
