@@ -242,19 +242,23 @@ bool frmPreferences::HasDevicesOfTheirOwn() {
   return false;
 }
 
-bool frmPreferences::Save() {
+void frmPreferences::Save() {
   Session& session = context_.session;
   Settings& settings = session.settings;
-  bool saved = settings.AppSaveSharedUserSetting("UILanguage",
-                                                 std::to_string(cboLanguage->GetSelection() + 1));
+  outcome_.language = cboLanguage->GetSelection() + 1;
+  bool saved = settings.AppSaveSharedUserSetting("UILanguage", std::to_string(outcome_.language));
   for (const Row& row : rows_) {
     const std::string device = DeviceOf(row);
     if (device == link_.Port(row.slot).Device()) continue;
-    outcome_.changed_devices.push_back(row.slot);
+    outcome_.changed_devices[row.slot] = device;
     saved = SaveSlotDevice(settings, row.slot, device) && saved;
   }
-  if (!saved) ReportError(session, settings.WriteProblem(), "frmPreferences");
-  return saved;
+  if (saved) return;
+  const std::string told = NLSFmt(
+      session,
+      "The settings cannot be saved, so your choice holds only until this application ends.");
+  NLSMsgBox(session, told + "\n" + ErrorNote(session, settings.WriteProblem()),
+            {.icon = services::Icon::kCritical});
 }
 
 bool frmPreferences::TypedDevicesWork() {
@@ -270,7 +274,8 @@ bool frmPreferences::TypedDevicesWork() {
 
 void frmPreferences::OnOk() {
   outcome_ = {};
-  if (!HasDevicesOfTheirOwn() || !TypedDevicesWork() || !Save()) return;
+  if (!HasDevicesOfTheirOwn() || !TypedDevicesWork()) return;
+  Save();
   for (const Row& row : rows_) {
     if (row.chkSelectCommPort->IsEnabled())
       outcome_.ticked[Link::Index(row.slot)] = row.chkSelectCommPort->GetValue();

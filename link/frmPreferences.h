@@ -4,6 +4,7 @@
 
 #include <array>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -27,8 +28,9 @@ struct PreferencesSources {
 
 struct PreferencesOutcome {
   bool accepted = false;                                 // OK; else nothing was changed
-  std::vector<int> changed_devices;                      // slots; the devices are saved as settings
+  std::map<int, std::string> changed_devices;            // by slot
   std::array<std::optional<bool>, kPortCount> ticked{};  // for ApplyPreferences
+  int language = 1;                                      // as in the setting UILanguage
 };
 
 class frmPreferences : public wxDialog {
@@ -36,8 +38,9 @@ class frmPreferences : public wxDialog {
   frmPreferences(wxWindow* parent, services::WindowContext& window_context, Link& shown_link,
                  PreferencesSources window_sources);
 
-  // Shows the window until OK or Cancel. On OK devices and language are saved as settings; what
-  // follows from them is the caller's. What cannot be saved is reported, and the window stays open.
+  // Shows the window until OK or Cancel. On OK devices and language are saved as settings, and the
+  // user is told when they cannot be; what follows from them, until the program ends at least, is
+  // the caller's.
   PreferencesOutcome Run();
 
  private:
@@ -70,8 +73,7 @@ class frmPreferences : public wxDialog {
   bool HasDevicesOfTheirOwn();
   // False, and the user has been told, when a ticked device that was typed cannot be opened.
   bool TypedDevicesWork();
-  // False, and the user has been told, when something could not be stored.
-  bool Save();
+  void Save();
 
   void RestorePlacement();
   void SavePlacement();

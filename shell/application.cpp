@@ -77,8 +77,15 @@ void Application::UseSlotDevices() {
 }
 
 void Application::UseLanguage() {
-  UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
-  const platform::SystemError error = services::LoadTexts(session);
+  UseLanguage(session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1));
+}
+
+void Application::UseLanguage(int number) {
+  UILanguage = number;
+  const bool is_language = number >= 1 && number <= services::kLanguageCount;
+  const platform::SystemError error =
+      services::LoadTexts(session, is_language ? static_cast<services::Language>(number)
+                                               : services::Language::kEnglish);
   UseToolkitLanguage(session.translation.GetLanguage());
   if (on_language) on_language();
   if (error) NLSMsgBox(session, ErrorNote(session, error));
@@ -91,7 +98,6 @@ void Application::UseLanguage() {
 }
 
 void Application::ShowPreferences(link::Link& shown_link) {
-  const int language = UILanguage;
   link::CheckCommPorts(shown_link, false);  // devices come and go
   link::frmPreferences preferences(
       services::DialogParent(), context, shown_link,
@@ -100,13 +106,12 @@ void Application::ShowPreferences(link::Link& shown_link) {
        }});
   const link::PreferencesOutcome outcome = preferences.Run();
   if (!outcome.accepted) return;
-  // The choice of a device takes the place of one given at the start.
-  for (const int slot : outcome.changed_devices) given_ports_[link::Link::Index(slot)].clear();
+  for (const auto& [slot, device] : outcome.changed_devices)
+    given_ports_[link::Link::Index(slot)] = device;
   UseSlotDevices();
   link::ApplyPreferences(shown_link, outcome.ticked);
   link::CheckCommPorts(shown_link, false);
-  UILanguage = session.settings.AppGetUserNumber(services::AppType::kRoot, "UILanguage", 1);
-  if (UILanguage != language) UseLanguage();
+  if (outcome.language != UILanguage) UseLanguage(outcome.language);
 }
 
 void Application::ShowPortSelection(link::Link& shown_link) {

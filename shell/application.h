@@ -69,7 +69,9 @@ class Application final : public link::LinkWindows {
   std::uint64_t byte_count_ = 0;
   std::unique_ptr<link::WireTrace> trace_;
   std::unique_ptr<platform::IoPorts> io_ports_;
-  std::vector<std::string> given_ports_;  // by slot; empty where the settings decide
+  // By slot; empty where the settings decide. Given at the start, or chosen since then, also when
+  // that could not be stored.
+  std::vector<std::string> given_ports_;
 
  public:
   link::Link link;
@@ -92,9 +94,10 @@ class Application final : public link::LinkWindows {
 
   // Told after the interface language has changed.
   std::function<void()> on_language;
-  // Reads the language from the settings again and the texts for it. Tells the user why there are
-  // none, in which case they are English.
+  // Reads the texts for the language of the settings, or for that of the number. Tells the user why
+  // there are none, in which case they are English.
   void UseLanguage();
+  void UseLanguage(int number);
 
   void ShowPreferences(link::Link& link) override;
   void ShowPortSelection(link::Link& link) override;

@@ -436,6 +436,24 @@ TEST(Preferences, ChangePortsAndLanguageAtOnce) {
   EXPECT_EQ(desktop.application->UILanguage, 2) << "cancelled";
 }
 
+TEST(Preferences, HoldUntilTheEndWhenTheyCannotBeSaved) {
+  Desktop desktop({"sim:conventional"});
+  ASSERT_TRUE(desktop.Start());
+  desktop.user_hive.is_broken = true;
+  desktop.dialogs.WhenShown("frmPreferences", [&](wxDialog& dialog) {
+    desktop.Find<wxComboBox>("cboDevice1", &dialog)->SetValue("sim:trunked");
+    desktop.Find<wxChoice>("cboLanguage", &dialog)->SetSelection(2);
+    desktop.Click("cmdOk", &dialog);
+  });
+  desktop.Menu("mnuPreferences");
+  EXPECT_EQ(desktop.Boxes(),
+            "The settings cannot be saved, so your choice holds only until this application ends.\n"
+            "settings.ini: Permission denied.\n");
+  EXPECT_EQ(desktop.Find<wxButton>("cmdReadRadio")->GetLabelText().utf8_string(), "Leer radio");
+  desktop.Click("cmdReadRadio");
+  EXPECT_EQ(desktop.Text("lblSerialNumber"), "10004711");
+}
+
 TEST(Day, OfATechnicianInEachLanguage) {
   for (int language = 1; language <= services::kLanguageCount; ++language) {
     SCOPED_TRACE(language);

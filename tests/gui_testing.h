@@ -154,7 +154,7 @@ class Desktop {
 
   TempFolder folder;
   platform::VirtualClock clock;
-  platform::MemoryHive user_hive;
+  BreakableHive user_hive;
   std::vector<platform::SerialDeviceInfo> devices;
   platform::SystemVersion system;
   bool is_only_copy = true;

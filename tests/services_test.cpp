@@ -12,24 +12,9 @@
 namespace zep::services {
 namespace {
 
+using testing::BreakableHive;
 using testing::TempFolder;
 using testing::TestSession;
-
-// Cannot be written when told so.
-class BreakableHive final : public platform::SettingsHive {
- public:
-  std::optional<std::string> Read(std::string_view key, std::string_view name) const override {
-    return values.Read(key, name);
-  }
-  platform::SystemError Write(std::string_view key, std::string_view name,
-                              std::string_view value) override {
-    return is_broken ? platform::SystemError{13, "Permission denied"}
-                     : values.Write(key, name, value);
-  }
-
-  platform::MemoryHive values;
-  bool is_broken = false;
-};
 
 struct SettingsTest : ::testing::Test {
   static constexpr std::string_view kRoot = R"(Software\Vorn Electronics Ltd\ZEP)";

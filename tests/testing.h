@@ -34,6 +34,22 @@
 
 namespace zep::testing {
 
+// Cannot be written when told so.
+class BreakableHive final : public platform::SettingsHive {
+ public:
+  std::optional<std::string> Read(std::string_view key, std::string_view name) const override {
+    return values.Read(key, name);
+  }
+  platform::SystemError Write(std::string_view key, std::string_view name,
+                              std::string_view value) override {
+    return is_broken ? platform::SystemError{13, "Permission denied", "settings.ini"}
+                     : values.Write(key, name, value);
+  }
+
+  platform::MemoryHive values;
+  bool is_broken = false;
+};
+
 // A folder that is made empty for the test and removed with all it holds.
 class TempFolder {
  public:
