@@ -202,12 +202,13 @@ void VerifyFlashFile(Firmware& firmware) {
     if (flash == kFlash1Mbit && image.FirmwareFlashSize == kFlash2Mbit)
       RefuseImage(session, NLSText("You cannot load a 2 megabit file into a 1 megabit flash."));
     if (flash == kFlashUnknown) unknown_flash = true;
-    if (!session.in_house && image.FirmwareRadioModel >= kFirstModelWithE1 && micro == "A1")
+    if (!session.in_house && image.FirmwareRadioModel >= kFirstModelWithE1 && micro == "A1") {
       RefuseImage(
           session,
           NLSText("The version of firmware you have selected to download is incompatible with "
                   "the radio "
                   "hardware - the firmware will not run on this radio's microprocessor."));
+    }
   }
   if (!session.DownloadError && unknown_flash)
     RefuseImage(session, NLSText("A flash device is not recognised."));
