@@ -29,8 +29,14 @@ constexpr std::int32_t kModelHeldOn = 3;
 // The downloader must fit into the radio's RAM.
 constexpr std::size_t kLongestDownloader = 2000;
 
+// For want of a loader file. To install the application anew does not help everyone.
 void StopForFile(Session& session, std::string_view text) {
-  NLSMsgBox(session, text, {.icon = Icon::kCritical});
+  std::string box = NLSFmt(session, text) + "\n";
+  box += NLSFmt(session,
+                "The files bs.tsk and dl.tsk come with the radio's firmware. Please put them into "
+                "the folder %0:s.",
+                {session.paths.application_folder});
+  NLSMsgBox(session, box, {.icon = Icon::kCritical});
   session.RequestCancel(Failure::kFile);
 }
 

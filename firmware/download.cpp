@@ -5,6 +5,7 @@
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "platform/files.h"
+#include "radiodb/data_files.h"
 #include "services/messages.h"
 #include "services/paths.h"
 #include "services/resource_ids.h"
@@ -22,9 +23,6 @@ using services::NLSMsgBox;
 using services::NLSText;
 using services::Session;
 using services::Transfer;
-
-// Models of this tier switch off after a download.
-constexpr std::int32_t kModelSwitchedOff = 3;
 
 // Tells a trunked radio that its firmware is new. It does not answer.
 constexpr std::string_view kTrunkedRecord = "\rw4F80010000\r";
@@ -46,10 +44,7 @@ std::optional<std::string> SaveData(Firmware& firmware, RadioDb& db, DownloadWin
 bool WriteDataBack(Firmware& firmware, RadioDb& db, const std::string& saved,
                    DownloadWindows& windows) {
   Session& session = firmware.link.session;
-  if (firmware.image.FirmwareRadioModel == kModelSwitchedOff) {
-    NLSMsgBox(session, "Please turn radio on so data may be programmed.",
-              {.notice = services::Notice::kAwaitsAction});
-  }
+  AskToTurnOn(session, firmware.image);
   session.TransferMode = Transfer::kProgram;
   return windows.ProgramRadioData(db, saved);
 }
@@ -68,9 +63,30 @@ bool WriteTrunkedRecord(Link& link) {
   return true;
 }
 
+// What a trunked radio needs to know of its new firmware.
+bool RecordDownload(Firmware& firmware) {
+  return firmware.image.FirmwareRadioType != "Trunked" || WriteTrunkedRecord(firmware.link);
+}
+
+// The download with the radio's data saved before and written back after it.
+bool DownloadAroundData(Firmware& firmware, RadioDb& db, DownloadWindows& windows) {
+  Session& session = firmware.link.session;
+  const std::optional<std::string> saved = SaveData(firmware, db, windows);
+  if (!saved) return false;
+  if (!IsForModel(session, firmware.image, db.identity.tier)) {
+    session.KeepCause(Failure::kRefused);
+    return false;
+  }
+  const bool downloaded = DownloadFirmware(firmware, windows);
+  const bool written_back = downloaded && WriteDataBack(firmware, db, *saved, windows);
+  if (!written_back) radiodb::TellOfSavedFile(session, *saved);
+  // Data that the new firmware refuses is no reason to leave the radio without its record.
+  return downloaded && !session.Stopped() && RecordDownload(firmware) && written_back;
+}
+
 bool ProgramDataFile(RadioDb& db, const DownloadChoices& choices, DownloadWindows& windows) {
   Session& session = db.link.session;
-  const std::string file = services::AppMakePath(choices.DataFilePath, choices.DataFileName);
+  const std::string file = services::PathOf(choices.DataFilePath, choices.DataFileName);
   const services::Answer answer =
       NLSMsgBox(session, NLSFmt(session, "Program default data file: ") + file,
                 {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo});
@@ -110,14 +126,17 @@ void SaveDownloadChoices(Session& session, const DownloadChoices& choices) {
 bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
   Session& session = firmware.link.session;
   ImageFile& image = firmware.image;
-  image.BinaryFilePath = services::WithSeparator(choices.BinaryFilePath);
-  image.BinaryFileName = choices.BinaryFileName;
-  if (image.BinaryFileName.empty())
+  if (choices.BinaryFileName.empty()) {
+    image.BinaryFileName.clear();
     return Refuse(session, NLSText("Please select a valid file to down load."), Failure::kFile);
-  if (!CheckForValidFile(session, image))
-    return Refuse(session, NLSText("The selected file is not valid. Please select another file."),
-                  Failure::kFile);
-  return true;
+  }
+  ChooseImageFile(image, services::PathOf(choices.BinaryFilePath, choices.BinaryFileName));
+  if (CheckForValidFile(session, image)) return true;
+  const std::string reason = ImageProblemText(session, InspectImage(image.FullName()));
+  return Refuse(session,
+                NLSFmt(session, "The selected file is not valid. Please select another file.") +
+                    (reason.empty() ? "" : "\n" + reason),
+                Failure::kFile);
 }
 
 bool BrowseBinary(Firmware& firmware, DownloadChoices& choices) {
@@ -144,18 +163,9 @@ bool DownloadFirmwareAndData(Firmware& firmware, RadioDb& db, const DownloadChoi
   if (!InitialiseComms(link)) return false;
   ClearInputBuffers(link);
   if (!CheckChosenImage(firmware, choices)) return false;
-  std::optional<std::string> saved;
-  if (choices.auto_save) {
-    saved = SaveData(firmware, db, windows);
-    if (!saved) return false;
-  }
-  if (!DownloadFirmware(firmware, windows)) return false;
-  // Data that the new firmware refuses is no reason to leave the radio without its record.
-  const bool written_back = !saved || WriteDataBack(firmware, db, *saved, windows);
-  if (link.session.Stopped()) return false;
-  if (firmware.image.FirmwareRadioType == "Trunked" && !WriteTrunkedRecord(link)) return false;
-  if (choices.auto_save || choices.DataFileName.empty()) return written_back;
-  return ProgramDataFile(db, choices, windows);
+  if (choices.auto_save) return DownloadAroundData(firmware, db, windows);
+  if (!DownloadFirmware(firmware, windows) || !RecordDownload(firmware)) return false;
+  return choices.DataFileName.empty() || ProgramDataFile(db, choices, windows);
 }
 
 bool UploadFirmware(Firmware& firmware, const std::string& file, DownloadWindows& windows) {

@@ -9,6 +9,7 @@
 #include "radiodb/radio_models.h"
 #include "services/messages.h"
 #include "services/paths.h"
+#include "services/radio_model.h"
 
 namespace zep::firmware {
 namespace {
@@ -150,6 +151,28 @@ ImageInspection InspectImage(const std::string& file) {
 
 std::string ImageProblemText(const Session& session, const ImageInspection& inspection) {
   return NLSFmt(session, inspection.error.advice, inspection.error.advice_arguments);
+}
+
+bool IsForModel(Session& session, const ImageFile& image, int tier) {
+  if (radiodb::FirstGeneration(image.FirmwareRadioModel) == radiodb::FirstGeneration(tier)) {
+    return true;
+  }
+  const std::string question =
+      NLSFmt(session,
+             "The firmware file %0:s is for a %1:s, but the radio is a %2:s. Download it "
+             "nevertheless?",
+             {image.FullName(), services::AppGetRadioModel(session, image.FirmwareRadioModel),
+              services::AppGetRadioModel(session, tier)});
+  return NLSMsgBox(
+             session, question,
+             {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo, .cautious = true}) ==
+         services::Answer::kYes;
+}
+
+void AskToTurnOn(Session& session, const ImageFile& image) {
+  if (!radiodb::SwitchesOffAfterDownload(image.FirmwareRadioModel)) return;
+  NLSMsgBox(session, "Please turn radio on so data may be programmed.",
+            {.notice = services::Notice::kAwaitsAction});
 }
 
 bool CheckForValidFile(Session& session, ImageFile& image) {

@@ -75,6 +75,12 @@ std::string ImageProblemText(const services::Session& session, const ImageInspec
 // of the file before.
 bool CheckForValidFile(services::Session& session, ImageFile& image);
 
+// Whether the chosen image is for radios of this tier, or the user wants it nevertheless.
+bool IsForModel(services::Session& session, const ImageFile& image, int tier);
+
+// After the image was written: waits for the user to turn on radios that have switched off.
+void AskToTurnOn(services::Session& session, const ImageFile& image);
+
 // Bytes in which the marker is looked for.
 inline constexpr std::size_t kSearchWindow = 32768;
 

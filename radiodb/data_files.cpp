@@ -26,19 +26,11 @@ bool WritesCalibration(TransferKind kind) {
 
 // A folder setting is relative to the application folder, also when it begins with a backslash, as
 // it does by default.
-bool IsAbsoluteFolder(std::string_view folder) {
-#ifdef _WIN32
-  return folder.starts_with(R"(\\)") || (folder.size() >= 2 && folder[1] == ':');
-#else
-  return folder.starts_with('/');
-#endif
-}
-
 std::string FolderSetting(const Session& session, std::string_view name,
                           std::string_view default_value) {
   std::string folder =
       session.settings.AppGetUserSetting(session.settings.OwnType(), name, default_value);
-  if (IsAbsoluteFolder(folder)) return services::WithSeparator(folder);
+  if (services::IsAbsolute(folder)) return services::WithSeparator(folder);
   std::ranges::replace(folder, '\\', services::kPathSeparator);
   folder.erase(0, folder.find_first_not_of("\\/"));
   return services::WithSeparator(services::AppMakePath(session.paths.application_folder, folder));
@@ -293,6 +285,13 @@ bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file) {
   }
   return CheckModel(db, *identity) && CheckVersion(db, file, *identity) &&
          CheckRecords(session, file);
+}
+
+void TellOfSavedFile(Session& session, const std::string& file) {
+  NLSMsgBox(session, NLSFmt(session,
+                            "The data of this radio is in %0:s. Please keep this file until the "
+                            "radio has its data back.",
+                            {file}));
 }
 
 }  // namespace zep::radiodb

@@ -53,6 +53,13 @@ std::optional<RadioModel> LookUpRadioModel(services::Session& session, std::stri
   return model;
 }
 
+int FirstGeneration(int tier) {
+  if (tier == 10) return 1;
+  return tier == 11 ? 2 : tier;
+}
+
+bool SwitchesOffAfterDownload(int tier) { return tier == 3; }
+
 std::string_view ReturnTypeStringFromEnum(int type) {
   switch (type) {
     case 1:

@@ -22,6 +22,12 @@ std::optional<RadioModel> FindRadioModel(std::string_view code);
 // The same, and the user is told when there is none.
 std::optional<RadioModel> LookUpRadioModel(services::Session& session, std::string_view code);
 
+// The tier whose images a tier takes: tiers 10 and 11 take those of 1 and 2.
+int FirstGeneration(int tier);
+
+// Radios of this tier switch off after a firmware download.
+bool SwitchesOffAfterDownload(int tier);
+
 // "Conventional" for 1 and 3, "Trunked" for 2, else an empty text. Untranslated.
 std::string_view ReturnTypeStringFromEnum(int type);
 

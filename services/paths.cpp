@@ -64,6 +64,18 @@ std::string WithSeparator(std::string_view folder) {
   return folder.empty() ? std::string() : AppMakePath(folder, "");
 }
 
+bool IsAbsolute(std::string_view path) {
+#ifdef _WIN32
+  return path.starts_with(R"(\\)") || (path.size() >= 2 && path[1] == ':');
+#else
+  return path.starts_with('/');
+#endif
+}
+
+std::string PathOf(std::string_view folder, std::string_view name) {
+  return IsAbsolute(name) ? std::string(name) : WithSeparator(folder).append(name);
+}
+
 std::string FolderOf(std::string_view path) {
   return std::string(path.substr(0, StartOfTitle(path)));
 }

@@ -29,6 +29,12 @@ std::string AppMakePath(std::string_view folder, std::string_view name);
 // The folder with a trailing separator; an empty one stays empty.
 std::string WithSeparator(std::string_view folder);
 
+// Whether the path begins at a root, on Windows at a drive or a network share.
+bool IsAbsolute(std::string_view path);
+
+// The full name of a file that is given with its folder, or by a full name of its own.
+std::string PathOf(std::string_view folder, std::string_view name);
+
 // Everything up to and including the last separator; empty when there is none. And what follows it.
 std::string FolderOf(std::string_view path);
 std::string FileTitleOf(std::string_view path);

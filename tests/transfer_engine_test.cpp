@@ -1,6 +1,7 @@
 #include "firmware/transfer_engine.h"
 
 #include <chrono>
+#include <regex>
 #include <string>
 #include <vector>
 
@@ -110,7 +111,12 @@ TEST(TransferEngine, LooksAtTheLoadersBeforeUse) {
     if (length > 0) bench.folder.Write(file, std::string(length, 'd'));
     all += bench.Run() + " ";
     const std::string wire = testing::Shorten(bench.Wire());
-    all += bench.Boxes() + wire.substr(wire.rfind(' ') + 1) + "\n";
+    EXPECT_EQ(bench.Boxes().find("\nThe files bs.tsk and dl.tsk come with the radio's firmware. "
+                                 "Please put them into the folder " +
+                                 bench.folder.Path() + ".") != std::string::npos,
+              bench.Boxes().find("Please reinstall") != std::string::npos);
+    all += std::regex_replace(bench.Boxes(), std::regex("\nThe files.*\\.; "), "; ") +
+           wire.substr(wire.rfind(' ') + 1) + "\n";
   }
   EXPECT_EQ(
       all,
@@ -220,6 +226,7 @@ struct NotedWindows final : DownloadWindows {
       : bench(the_bench), stop_at(std::move(failing)) {}
   FirmwareBench& bench;
   std::string stop_at, steps;
+  int tier = 1;  // of the radio
 
   bool Note(const std::string& step) {
     steps += step + std::to_string(static_cast<int>(bench.session.TransferMode)) + " ";
@@ -228,6 +235,7 @@ struct NotedWindows final : DownloadWindows {
   }
   bool ReadRadioData(radiodb::RadioDb& db) override {
     db.data_file = "/d/1.ops";
+    db.identity.tier = tier;
     return Note("read" + std::to_string(static_cast<int>(db.transfer_kind)) + "/");
   }
   bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override {
@@ -248,15 +256,24 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
   const std::string ask = "question Program default data file: /x/b.ops -> Yes\n";
   const std::string none = "critical Please select a valid file to down load.; ";
   const std::string turn_on = "information Please turn radio on so data may be programmed.; ";
-  for (const Row& row :
-       std::vector<Row>{{"11", "", false, "", "firmware2 ", "", ""},
-                        {"11", "b.ops", false, "", "firmware2 /x/b.ops0/2 ", ask, ""},
-                        {"12", "b.ops", false, "firmware", "firmware2 ", "", ""},
-                        {"11", "b.ops", true, "", "read1/1 firmware2 /d/1.ops1/2 ", "", ""},
-                        {"11", "", true, "read1/", "read1/1 ", "", ""},
-                        {"31", "", true, "", "read1/1 firmware2 /d/1.ops1/2 ", turn_on, ""},
-                        {"12", "b.ops", false, "", "firmware2 /x/b.ops0/2 ", ask, trunked},
-                        {"", "b.ops", true, "-", "", none, ""}}) {
+  const std::string data_is =
+      "information The data of this radio is in /d/1.ops. Please keep this file until the radio "
+      "has its data back.; ";
+  const std::string other_model =
+      "question The firmware file a.bin is for a ZEP 1200, but the radio is a ZEP 1100. Download "
+      "it nevertheless? -> No\n";
+  for (const Row& row : std::vector<Row>{
+           {"11", "", false, "", "firmware2 ", "", ""},
+           {"11", "b.ops", false, "", "firmware2 /x/b.ops0/2 ", ask, ""},
+           {"12", "b.ops", false, "firmware", "firmware2 ", "", ""},
+           {"11", "b.ops", true, "", "read1/1 firmware2 /d/1.ops1/2 ", "", ""},
+           {"11", "", true, "read1/", "read1/1 ", "", ""},
+           {"11", "", true, "firmware", "read1/1 firmware2 ", data_is, ""},
+           {"11", "", true, "/d/1.ops1/", "read1/1 firmware2 /d/1.ops1/2 ", data_is, ""},
+           {"21", "", true, "?", "read1/1 ", other_model, ""},
+           {"31", "", true, "", "read1/1 firmware2 /d/1.ops1/2 ", turn_on, ""},
+           {"12", "b.ops", false, "", "firmware2 /x/b.ops0/2 ", ask, trunked},
+           {"", "b.ops", true, "-", "", none, ""}}) {
     SCOPED_TRACE(row.model + row.steps);
     FirmwareBench bench;
     bench.link.State(1) = link::PortState::kActive;
@@ -264,7 +281,9 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
     bench.port(1).Answer("#", ">");
     bench.folder.Write("a.bin", ImageBytes(131072, "ZEP-xx" + row.model, 0x8000));
     if (row.boxes == ask) bench.user.WillAnswer("Program default data file", Answer::kYes);
+    if (row.boxes == other_model) bench.user.WillAnswer("The firmware file", Answer::kNo);
     NotedWindows windows(bench, row.stop_at);
+    if (row.model == "31") windows.tier = 3;
     radiodb::RadioDb db(bench.link);
     EXPECT_EQ(DownloadFirmwareAndData(bench.firmware, db,
                                       {row.model.empty() ? "" : "a.bin", bench.folder.Path(),
@@ -272,7 +291,7 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
                                       windows),
               row.stop_at.empty());
     EXPECT_EQ(windows.steps, row.steps);
-    EXPECT_EQ(bench.Boxes(), row.boxes);
+    EXPECT_EQ(std::regex_replace(bench.Boxes(), std::regex(bench.folder.Path("")), ""), row.boxes);
     EXPECT_EQ(testing::Shorten(bench.Wire()), row.wire);
     EXPECT_EQ(bench.port(1).settings.size(), row.wire.empty() ? 0U : 1U);
     EXPECT_FALSE(bench.link.Port(1).IsOpen());

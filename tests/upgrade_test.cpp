@@ -322,6 +322,14 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
       EXPECT_THAT(bench.Boxes(), HasSubstr("The data of this radio is in " + kBothFiles));
       EXPECT_THAT(bench.folder.Read(kDataFile).value_or(""), HasSubstr("\r\n3000142F"));
     }
+    const std::string converted = "upgrade/10000125v0400.ops";
+    if (bench.folder.Read(converted)) {
+      last += "|The data converted for its new firmware is in " + converted;
+      EXPECT_THAT(bench.Boxes(),
+                  HasSubstr("please program the data converted for it: " + converted));
+      EXPECT_THAT(bench.folder.Read(converted + ".unfinished").value_or(""),
+                  EndsWith(bench.folder.Path(converted) + "\n"));
+    }
     EXPECT_THAT(bench.Log(), EndsWith(last + "|"));
   }
 }
@@ -441,7 +449,7 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
     // The data was copied, told of, and not put back.
     EXPECT_EQ(bench.Bare(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or("")),
               "database/10000125v0400.ops.unfinished\n"
-              "calibration/10000125v0100.ocs.unfinished2\n");
+              "calibration/10000125v0100.ocs.unfinished2\n\n");
     EXPECT_EQ(
         bench.Boxes().find("Please keep the copies:\n"
                            "database/10000125v0400.ops.unfinished\n"
@@ -493,7 +501,7 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
     SavedData saved{std::filesystem::relative(bench.db.data_file), bench.db.calibration_file};
     EXPECT_EQ(SecureSavedData(bench.db, saved), relied_on);
     EXPECT_EQ(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or(""),
-              relied_on ? bench.db.data_file + "\n" + bench.db.calibration_file + "\n" : "");
+              relied_on ? bench.db.data_file + "\n" + bench.db.calibration_file + "\n\n" : "");
     EXPECT_THAT(bench.Boxes(), HasSubstr(fields[4]));
     EXPECT_THAT(bench.Boxes(), HasSubstr(relied_on ? "" : "so the radio keeps its firmware"));
   }

@@ -23,9 +23,6 @@ using services::NLSFmt;
 using services::NLSMsgBox;
 using services::NLSText;
 
-// The tier whose radios switch off after a firmware download.
-constexpr int kSwitchesOff = 3;
-
 std::string NumberText(const std::string& version) {
   return std::to_string(VersionNumber(version));
 }
@@ -122,6 +119,7 @@ bool AutomaticUpgrade::Save() {
   old_calibration_version_ = db_.identity.calibration_version;
   view_.ShowStatus(NLSFmt(session_, "Checking the saved data"));
   if (!SecureSavedData(db_, saved_)) {
+    if (session_.CancelRequested) return false;
     return FailWith(session_.DownloadError ? "Could not save personality data"
                                            : "The saved data could not be verified",
                     Failure::kFile);
@@ -171,7 +169,7 @@ bool AutomaticUpgrade::Download() {
   const firmware::TransferOptions options{.at_once = std::nullopt, .automatic_upgrade = true};
   if (!run_.TransferFirmware(firmware_, view_, options).succeeded)
     return FailWith("Firmware download failed", Failure::kRefused);
-  if (db_.identity.tier == kSwitchesOff) {
+  if (radiodb::SwitchesOffAfterDownload(db_.identity.tier)) {
     NLSMsgBox(session_, "Please turn the radio on so that it can be programmed.",
               {.notice = services::Notice::kAwaitsAction});
   }
@@ -196,7 +194,8 @@ bool AutomaticUpgrade::Convert() {
   const bool converted = ConvertPersonalityData(session_, log_, request);
   for (std::size_t at = old_remarks; at < log_.Remarks().size(); ++at)
     view_.ShowStatus(log_.Remarks()[at]);
-  return converted && run_.MayGoOn() && ConvertCalibration();
+  return converted && NoteConvertedFile(session_, saved_, request.converted_file) &&
+         run_.MayGoOn() && ConvertCalibration();
 }
 
 // What came back after the download has to be able to take the saved data.
@@ -263,10 +262,7 @@ bool AutomaticUpgrade::Reprogram() {
   constexpr std::string_view kFailed = "Could not reprogram personality";
   const std::string path = ConvertedFileOf(session_, saved_.data_file);
   if (platform::FileSize(path).value_or(0) == 0) return FailWith(kFailed, Failure::kFile);
-  if (firmware_.image.FirmwareRadioModel == kSwitchesOff) {
-    NLSMsgBox(session_, "Please turn radio on so data may be programmed.",
-              {.notice = services::Notice::kAwaitsAction});
-  }
+  firmware::AskToTurnOn(session_, firmware_.image);
   db_.transfer_kind = radiodb::TransferKind::kBoth;
   if (!radiodb::ProgramRadio(db_, view_.ReadWriteWindow(), path)) {
     return FailWith(kFailed, Failure::kRefused);

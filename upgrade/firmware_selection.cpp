@@ -7,7 +7,6 @@
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "services/radio_model.h"
 #include "services/resource_ids.h"
 
 namespace zep::upgrade {
@@ -21,11 +20,17 @@ using Versions = std::span<const std::string_view>;
 
 enum class Model { k1, k2, k3, kOther };
 
-// Tiers of the second generation take the images of their forerunners.
 Model ModelOfTier(int tier) {
-  if (tier == 1 || tier == 10) return Model::k1;
-  if (tier == 2 || tier == 11) return Model::k2;
-  return tier == 3 ? Model::k3 : Model::kOther;
+  switch (radiodb::FirstGeneration(tier)) {
+    case 1:
+      return Model::k1;
+    case 2:
+      return Model::k2;
+    case 3:
+      return Model::k3;
+    default:
+      return Model::kOther;
+  }
 }
 
 // Vorn PMR II: images that convert the database, for some versions of some models.
@@ -116,27 +121,6 @@ std::string SelectPhaseImage(Model model, std::string_view version) {
   return std::string(ProductCode(model)) + std::string(row->name);
 }
 
-// Tiers of which one takes the images of the other.
-int FirstGeneration(int tier) {
-  if (tier == 10) return 1;
-  return tier == 11 ? 2 : tier;
-}
-
-// Whether the image is for the radio's model, or the user wants it nevertheless.
-bool IsForModel(services::Session& session, const firmware::ImageFile& image, int tier) {
-  if (FirstGeneration(image.FirmwareRadioModel) == FirstGeneration(tier)) return true;
-  const std::string question =
-      NLSFmt(session,
-             "The firmware file %0:s is for a %1:s, but the radio is a %2:s. Download it "
-             "nevertheless?",
-             {image.FullName(), services::AppGetRadioModel(session, image.FirmwareRadioModel),
-              services::AppGetRadioModel(session, tier)});
-  return NLSMsgBox(session, question,
-                   {.icon = services::Icon::kQuestion,
-                    .buttons = services::Buttons::kYesNo,
-                    .cautious = true}) == services::Answer::kYes;
-}
-
 }  // namespace
 
 std::string SelectFirmware(std::string_view family, int model, std::string_view version) {
@@ -207,7 +191,7 @@ LocateResult LocateFirmwareFile(radiodb::RadioDb& db, UpgradeLog& log, UpgradeVi
     NLSMsgBox(session, "Corrupt firmware file to download.");
     return fail("Firmware file is corrupt", Failure::kFile);
   }
-  if (!IsForModel(session, image, db.identity.tier)) {
+  if (!firmware::IsForModel(session, image, db.identity.tier)) {
     return fail("The firmware file is for another model", Failure::kRefused);
   }
   log.Log("Firmware file selected: " + image.FullName());

@@ -38,9 +38,6 @@ constexpr Setting kSettings[] = {
     {"AppLaunchExe", &UpgradeSelections::AppLaunchExe},
 };
 
-// The tier whose radios switch off after a firmware download.
-constexpr int kSwitchesOff = 3;
-
 // One run of the dialog's work.
 struct Work {
   firmware::Firmware& firmware;
@@ -146,10 +143,7 @@ bool WriteBackCalibration(Work& work) {
 
 bool WriteBack(Work& work) {
   work.view.ShowStatus(NLSFmt(work.session, "Writing the saved data back"));
-  if (work.firmware.image.FirmwareRadioModel == kSwitchesOff) {
-    NLSMsgBox(work.session, "Please turn radio on so data may be programmed.",
-              {.notice = services::Notice::kAwaitsAction});
-  }
+  firmware::AskToTurnOn(work.session, work.firmware.image);
   if (!radiodb::ReadSpecification(work.db) ||
       !MayBeSameRadio(work.session, work.identity_before.serial_number,
                       work.db.identity.serial_number)) {
@@ -196,7 +190,10 @@ bool DoAll(Work& work) {
     work.db.transfer_kind = TransferKind::kChosenFile;
     return false;
   }
-  if (work.HasData() && !Save(work)) return false;
+  if (work.HasData() && (!Save(work) || !firmware::IsForModel(work.session, work.firmware.image,
+                                                              work.identity_before.tier))) {
+    return false;
+  }
   if (!work.run.MayGoOn()) return false;
   work.download_started = true;
   work.view.ShowStatus(NLSFmt(work.session, "Downloading radio firmware"));

@@ -7,6 +7,7 @@
 #include "platform/files.h"
 #include "radiodb/command_line.h"
 #include "radiodb/data_file_reader.h"
+#include "radiodb/data_files.h"
 #include "radiodb/item_records.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
@@ -23,11 +24,13 @@ using services::NLSMsgBox;
 using services::Session;
 
 // Notes and copies are called after what they are about: "NAME.unfinished", "NAME.unfinished2".
+// Copies of converted files are in the folder of the notes, so they are called otherwise.
 constexpr std::string_view kUnfinished = ".unfinished";
+constexpr std::string_view kConverted = ".converted";
 
-bool IsNoteOrCopy(std::string_view name) {
+bool IsCalled(std::string_view name, std::string_view extension) {
   name = name.substr(0, name.find_last_not_of("0123456789") + 1);
-  return name.ends_with(kUnfinished);
+  return name.ends_with(extension);
 }
 
 // The names that a note or a copy may have, one after the other.
@@ -52,10 +55,12 @@ struct Note {
 
 Note ReadNote(const std::string& path) {
   const platform::FileContents contents = platform::ReadWholeFile(path);
-  Note note{contents.error, {.data_file = {}, .calibration_file = {}, .note = path}};
+  Note note{contents.error,
+            {.data_file = {}, .calibration_file = {}, .converted_file = {}, .note = path}};
   services::ForEachLine(contents.bytes, [&note](std::string_view line, int number) {
     if (number == 1) note.saved.data_file = line;
     if (number == 2) note.saved.calibration_file = line;
+    if (number == 3) note.saved.converted_file = line;
   });
   return note;
 }
@@ -64,7 +69,7 @@ std::vector<Note> FindNotes(const Session& session) {
   std::vector<Note> notes;
   const std::string folder = UpgradeFolder(session);
   for (const std::string& name : platform::ListFolder(folder)) {
-    if (IsNoteOrCopy(name)) notes.push_back(ReadNote(folder + name));
+    if (IsCalled(name, kUnfinished)) notes.push_back(ReadNote(folder + name));
   }
   return notes;
 }
@@ -201,7 +206,8 @@ bool WriteNote(Session& session, const SavedData& saved) {
   platform::SystemError error = platform::MakeFolders(services::FolderOf(saved.note));
   if (!error) {
     error =
-        platform::WriteWholeFile(saved.note, line(saved.data_file) + line(saved.calibration_file));
+        platform::WriteWholeFile(saved.note, line(saved.data_file) + line(saved.calibration_file) +
+                                                 line(saved.converted_file));
   }
   return !error || RefuseFile(session, error, "SecureSavedData");
 }
@@ -218,9 +224,9 @@ bool MakeNote(Session& session, SavedData& saved) {
 }
 
 // Copies the file, unless there is such a copy already; path is the copy's then.
-bool KeepCopy(Session& session, UpgradeLog& log, std::string& path) {
-  if (IsNoteOrCopy(path)) return true;
-  const platform::FileCopy copy = platform::KeepCopy(path, UnfinishedName(path, 1));
+bool KeepCopy(Session& session, UpgradeLog& log, std::string_view extension, std::string& path) {
+  if (IsCalled(path, extension)) return true;
+  const platform::FileCopy copy = platform::KeepCopy(path, path + std::string(extension));
   if (!copy.error) {
     log.Log("The data of the unfinished upgrade is kept in " + copy.path);
     path = copy.path;
@@ -241,9 +247,11 @@ bool KeepCopy(Session& session, UpgradeLog& log, std::string& path) {
 bool PutAside(Session& session, UpgradeLog& log, const SavedData& saved) {
   SavedData kept = saved;
   std::string copies;
-  for (std::string SavedData::*file : {&SavedData::data_file, &SavedData::calibration_file}) {
+  for (std::string SavedData::*file :
+       {&SavedData::data_file, &SavedData::calibration_file, &SavedData::converted_file}) {
     if (!platform::FileExists(kept.*file)) continue;
-    if (!KeepCopy(session, log, kept.*file)) return false;
+    const bool is_converted = file == &SavedData::converted_file;
+    if (!KeepCopy(session, log, is_converted ? kConverted : kUnfinished, kept.*file)) return false;
     if (kept.*file != saved.*file) copies += "\n" + kept.*file;
   }
   if (copies.empty()) return true;
@@ -262,6 +270,17 @@ bool Secure(const radiodb::RadioDb& db, SavedData& saved) {
          MakeNote(db.link.session, saved);
 }
 
+// A further sentence about data that was converted already, also for the log.
+std::string WhatToProgram(const Session& session, UpgradeLog& log, const SavedData& saved) {
+  const std::string& file = saved.converted_file;
+  if (file.empty() || !platform::FileExists(file)) return {};
+  log.Log("The data converted for its new firmware is in " + file);
+  return "\n" + NLSFmt(session,
+                       "When the radio has its new firmware, please program the data converted for "
+                       "it: %0:s.",
+                       {file});
+}
+
 }  // namespace
 
 std::string UpgradeFolder(const Session& session) {
@@ -272,6 +291,7 @@ std::string UpgradeFolder(const Session& session) {
 bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved) {
   Session& session = db.link.session;
   if (Secure(db, saved)) return true;
+  if (session.failure == services::Failure::kCancelled) return false;
   return Refuse(session,
                 services::NLSText("The radio's data could not be saved safely, so the radio keeps "
                                   "its firmware. Please try again."),
@@ -282,13 +302,18 @@ void DropNote(const SavedData& saved) {
   if (!saved.note.empty()) platform::RemoveFile(saved.note);
 }
 
+bool NoteConvertedFile(Session& session, SavedData& saved, const std::string& file) {
+  saved.converted_file = file;
+  return WriteNote(session, saved);
+}
+
 void EndNotes(const Session& session, const SavedData& saved) {
   const auto is_back = [](const std::string& noted, const std::string& file) {
     return noted.empty() || platform::HaveSameContents(noted, file);
   };
   DropNote(saved);
   for (const Note& note : FindNotes(session)) {
-    const auto& [data_file, calibration_file, path] = note.saved;
+    const auto& [data_file, calibration_file, converted_file, path] = note.saved;
     if (!note.error && is_back(data_file, saved.data_file) &&
         is_back(calibration_file, saved.calibration_file)) {
       DropNote(note.saved);
@@ -298,7 +323,7 @@ void EndNotes(const Session& session, const SavedData& saved) {
 
 void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
   for (const Note& note : FindNotes(session)) {
-    const auto& [data_file, calibration_file, path] = note.saved;
+    const auto& [data_file, calibration_file, converted_file, path] = note.saved;
     if (note.error) {
       log.Log("The note of an unfinished upgrade cannot be read: " + path);
       services::ReportError(session, note.error, "TellOfUnfinishedUpgrades");
@@ -314,7 +339,8 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
                        "An earlier upgrade did not finish. The data of that radio is in %0:s. "
                        "Please keep this file until the radio has its data back, then delete "
                        "%1:s.",
-                       {file, path}));
+                       {file, path}) +
+                    WhatToProgram(session, log, note.saved));
     } else {
       log.Log("An earlier upgrade did not finish. Its data is in " + data_file + " and " +
               calibration_file);
@@ -323,7 +349,8 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
                        "An earlier upgrade did not finish. The data of that radio is in %0:s and "
                        "%1:s. Please keep these files until the radio has its data back, then "
                        "delete %2:s.",
-                       {data_file, calibration_file, path}));
+                       {data_file, calibration_file, path}) +
+                    WhatToProgram(session, log, note.saved));
     }
   }
 }
@@ -349,21 +376,16 @@ bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log) {
 }
 
 void TellOfSavedData(Session& session, UpgradeLog& log, const SavedData& saved) {
-  const bool both = !saved.data_file.empty() && !saved.calibration_file.empty();
-  if (both) {
-    log.Log("The radio's data is in " + saved.data_file + " and " + saved.calibration_file);
-    NLSMsgBox(session, NLSFmt(session,
-                              "The data of this radio is in %0:s and %1:s. Please keep these "
-                              "files until the radio has its data back.",
-                              {saved.data_file, saved.calibration_file}));
-    return;
+  if (saved.data_file.empty() || saved.calibration_file.empty()) {
+    log.Log("The radio's data is in " + MainFile(saved));
+    return radiodb::TellOfSavedFile(session, MainFile(saved));
   }
-  const std::string& file = MainFile(saved);
-  log.Log("The radio's data is in " + file);
+  log.Log("The radio's data is in " + saved.data_file + " and " + saved.calibration_file);
   NLSMsgBox(session, NLSFmt(session,
-                            "The data of this radio is in %0:s. Please keep this file until the "
-                            "radio has its data back.",
-                            {file}));
+                            "The data of this radio is in %0:s and %1:s. Please keep these files "
+                            "until the radio has its data back.",
+                            {saved.data_file, saved.calibration_file}) +
+                         WhatToProgram(session, log, saved));
 }
 
 bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,

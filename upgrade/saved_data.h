@@ -12,11 +12,12 @@
 
 namespace zep::upgrade {
 
-// The saved files of one radio, by their full names, and the note about them; empty where there is
-// none.
+// The saved files of one radio, by their full names, the file that they were converted to, and the
+// note about all of them; empty where there is none.
 struct SavedData {
   std::string data_file;
   std::string calibration_file;
+  std::string converted_file = {};
   std::string note = {};
 };
 
@@ -26,11 +27,15 @@ std::string UpgradeFolder(const services::Session& session);
 // Makes sure of the files that the last read of db has written: that they are on the disk and not
 // only on the way there, sound in every record, of this radio, hold as many records as it has sent,
 // and lack no item that it has when it is asked once more. Then makes the note. False, after a
-// message, when the files cannot be relied on.
+// message, when the files cannot be relied on; without one when the user has cancelled.
 bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved);
 
 // Before anything was sent to the flash: these files are not the only copy, and need no note.
 void DropNote(const SavedData& saved);
+
+// Adds the file that the saved data was converted to, which is the one that the new firmware takes.
+// False, after a message, when the note cannot be written.
+bool NoteConvertedFile(services::Session& session, SavedData& saved, const std::string& file);
 
 // When the radio has its data back: removes the note, and the notes of earlier runs that speak of
 // the same data.
