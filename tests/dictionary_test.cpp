@@ -23,8 +23,9 @@ namespace {
 using services::Language;
 using services::Translation;
 
-// Texts that are the same in every language and need no entry: procedure names used as titles.
-const std::set<std::string, std::less<>> kNeutral = {"ConHexNumToLng"};
+// Texts that are the same in every language and need no entry: procedure names used as titles, and
+// the line breaks between two texts.
+const std::set<std::string, std::less<>> kNeutral = {"ConHexNumToLng", "\n"};
 
 std::string ReadFile(const std::filesystem::path& path) {
   std::ifstream file(path, std::ios::binary);
