@@ -187,6 +187,7 @@ bool WriteNetwork(RadioDb& db, ReadWriteView& view, Lines lines, Progress& progr
   link::Link& link = db.link;
   if (db.identity.IsTrunked() && !ExecuteCommand(link, "d0" + std::to_string(db.current_network)))
     return false;
+  db.writing_begun = true;
   if (!ExecuteCommand(link, "b")) return false;
   for (const DataFileLine& line : lines) {
     link.session.PumpEvents();

@@ -24,6 +24,7 @@ struct RadioDb {
 
   TransferKind transfer_kind = TransferKind::kChosenFile;
   int number_of_networks = 1;  // of the running transfer
+  bool writing_begun = false;  // programming has come to where it changes the radio
   int current_network = 1;
   bool common_dynamic_item_skipped = false;  // by the last read
 

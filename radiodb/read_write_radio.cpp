@@ -87,8 +87,16 @@ bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
   session.TransferMode = services::Transfer::kProgram;
   view.SetCaption(NLSFmt(session, "Programming Radio"));
   db.data_file = file;
+  db.writing_begun = false;
   const bool complete = ProgramFile(db, view, file);
   CloseRadio(db.link, view);
+  if (!complete && db.writing_begun) {
+    NLSMsgBox(session,
+              NLSFmt(session,
+                     "The radio may hold only part of the data now. Please program %0:s again.",
+                     {file}),
+              {.icon = services::Icon::kCritical});
+  }
   return complete;
 }
 

@@ -102,6 +102,10 @@ void Program(Bench& bench, Outcome& outcome) {
   radiodb::RadioDb db(bench.link);
   outcome.claimed = radiodb::ProgramRadio(db, bench.view, file);
   outcome.result = "items written: " + std::to_string(radio.Counts().records_written);
+  EXPECT_EQ(bench.user.Boxes().find("only part of the data now. Please program " + file +
+                                    " again.") != std::string::npos,
+            !outcome.claimed && db.writing_begun);
+  EXPECT_TRUE(db.writing_begun || radio.Counts().records_written == 0);
 }
 
 void WriteLoaders(const Bench& bench) {
