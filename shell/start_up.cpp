@@ -1,5 +1,7 @@
 #include "shell/start_up.h"
 
+#include <utility>
+
 #include "link/port_set.h"
 #include "services/messages.h"
 #include "shell/frmAppSplash.h"
@@ -62,6 +64,19 @@ void ReadTexts(Application& application) {
   if (const std::string note = StringTableNote(session); !note.empty()) NLSMsgBox(session, note);
 }
 
+// Of upgrades that did not finish, once the main window is painted, which the box is to stand
+// above, and the program runs: behind the box it hears of another copy and of its own end.
+void RemindWhenShown(frmMDI& frame, services::Session& session) {
+  frame.MainWindow().Bind(wxEVT_PAINT, [&, is_first = true](wxPaintEvent& event) mutable {
+    event.Skip();
+    if (!std::exchange(is_first, false)) return;
+    frame.CallAfter([&session] {
+      upgrade::UpgradeLog log(session, upgrade::UpgradeLogFile(session));
+      TellOfUnfinishedUpgrades(session, log);
+    });
+  });
+}
+
 }  // namespace
 
 std::optional<int> DetectCpu(Application& application) {
@@ -116,12 +131,8 @@ frmMDI* Main(Application& application, std::string_view command_line) {
   }
   session.factory_mode = true;
   auto* frame = new frmMDI(application);
+  RemindWhenShown(*frame, session);
   frame->Show();
-  // When the program runs: until the box is closed it still hears of another copy and of its end.
-  frame->CallAfter([&session] {
-    upgrade::UpgradeLog log(session, upgrade::UpgradeLogFile(session));
-    TellOfUnfinishedUpgrades(session, log);
-  });
   return frame;
 }
 
