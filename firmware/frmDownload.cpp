@@ -307,10 +307,7 @@ std::string UploadFirmwareToChosenFile(wxWindow* parent, services::WindowContext
   SaveDownloadChoices(session, choices);
   JobWindows windows(parent, context);
   if (!UploadFirmware(firmware, *file, windows)) return windows.Report();
-  const std::string done = NLSFmt(session, "The flash memory is saved in %0:s (%1:s bytes).",
-                                  {*file, std::to_string(platform::FileSize(*file).value_or(0))});
-  NLSMsgBox(session, done);
-  return windows.Report() + done + "\n";
+  return windows.Report() + SavedFlashText(session, *file);
 }
 
 }  // namespace zep::firmware

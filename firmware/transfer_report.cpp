@@ -1,5 +1,6 @@
 #include "firmware/transfer_report.h"
 
+#include "platform/files.h"
 #include "services/messages.h"
 
 namespace zep::firmware {
@@ -48,6 +49,11 @@ std::string TransferReportText(const Firmware& firmware, const TransferResult& r
          NLSFmt(session, "%0:s bytes per radio in %1:s seconds.",
                 {std::to_string(statistics.bytes), Seconds(statistics.ended - statistics.began)}) +
          "\n";
+}
+
+std::string SavedFlashText(const services::Session& session, const std::string& file) {
+  return NLSFmt(session, "The flash memory is saved in %0:s (%1:s bytes).",
+                {file, std::to_string(platform::FileSize(file).value_or(0))});
 }
 
 }  // namespace zep::firmware

@@ -24,4 +24,7 @@ std::vector<SlotReport> SlotReports(const Firmware& firmware, const TransferResu
 // took part.
 std::string TransferReportText(const Firmware& firmware, const TransferResult& result);
 
+// Where a flash memory that was read is saved, in a sentence for the user.
+std::string SavedFlashText(const services::Session& session, const std::string& file);
+
 }  // namespace zep::firmware

@@ -330,7 +330,13 @@ TEST(InHouse, ReadsTheFlashOfOneRadioIntoAFile) {
   ASSERT_TRUE(desktop.Start("INHOUSE"));
   desktop.Choose(desktop.folder.Path("flash.bin"));
   desktop.Menu("mnuReadFirmware");
-  EXPECT_THAT(desktop.Boxes(), HasSubstr("Slot 1 (sim:conventional,unpaced): done"));
+  EXPECT_THAT(desktop.Boxes(),
+              ::testing::MatchesRegex(
+                  "\\[Select Upload File Name\\]\nPlease put radio in Bootstrap mode.\n"
+                  "Completed uploading firmware from radio on communication port 1\n"
+                  "Slot 1 \\(sim:conventional,unpaced\\): done, E1, SST29EE020 2MBit\n"
+                  "183552 bytes per radio in [0-9.]+ seconds.\n"
+                  "The flash memory is saved in FOLDER/flash.bin \\(262144 bytes\\).\n"));
   EXPECT_EQ(desktop.folder.Read("flash.bin").value_or("").size(), 262144U);
 }
 
