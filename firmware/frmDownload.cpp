@@ -7,7 +7,6 @@
 #include "firmware/frmWriteSWToRadio.h"
 #include "firmware/image_text.h"
 #include "firmware/transfer_report.h"
-#include "platform/files.h"
 #include "radiodb/data_files.h"
 #include "radiodb/frmReadWriteRadio.h"
 #include "radiodb/read_write_radio.h"
@@ -25,6 +24,7 @@ using services::ToWx;
 
 constexpr int kNoteWidth = 520;
 constexpr int kResultHeight = 100;
+constexpr int kTypingPause = 300;  // ms
 
 // The windows of a download, and what is to be told of it when it is over.
 class JobWindows final : public DownloadWindows {
@@ -62,6 +62,17 @@ class JobWindows final : public DownloadWindows {
   std::string report_;
 };
 
+void DivideFullPath(std::string& name, std::string& folder) {
+  if (!services::IsAbsolute(name)) return;
+  folder = services::FolderOf(name);
+  name = services::FileTitleOf(name);
+}
+
+// Leaves the cursor where it is when the text is the same.
+void ShowText(wxTextCtrl& box, const std::string& text) {
+  if (FromWx(box.GetValue()) != text) box.ChangeValue(ToWx(text));
+}
+
 }  // namespace
 
 frmDownload::frmDownload(wxWindow* parent, services::WindowContext& window_context,
@@ -89,14 +100,21 @@ frmDownload::frmDownload(wxWindow* parent, services::WindowContext& window_conte
   rows->Add(txtResult, wxSizerFlags(1).Expand().Border(wxTOP, gap));
   rows->Add(MakeButtons(), below);
 
-  ShowChoices();
+  ShowChoices(LoadDownloadChoices(session));
   UpdateOffers();
   SetContents(rows);
+  for (wxTextCtrl* box : {txtBinaryFileName, txtBinaryFilePath})
+    box->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { timInspect.StartOnce(kTypingPause); });
   for (wxTextCtrl* box : {txtBinaryFileName, txtBinaryFilePath, txtDataFileName, txtDataFilePath})
-    box->Bind(wxEVT_TEXT, [this](wxCommandEvent&) { StoreChoices(); });
+    box->Bind(wxEVT_KILL_FOCUS, &frmDownload::OnLeave, this);
+  timInspect.Bind(wxEVT_TIMER, [this](wxTimerEvent&) { ShowImageFacts(); });
 }
 
-frmDownload::~frmDownload() { StoreChoices(); }
+frmDownload::~frmDownload() {
+  for (wxTextCtrl* box : {txtBinaryFileName, txtBinaryFilePath, txtDataFileName, txtDataFilePath})
+    box->Unbind(wxEVT_KILL_FOCUS, &frmDownload::OnLeave, this);
+  SaveDownloadChoices(context.session, Choices());
+}
 
 wxSizer* frmDownload::MakeFileRows(wxStaticBox* frame, const FileBoxes& boxes) {
   const Session& session = context.session;
@@ -157,11 +175,10 @@ wxSizer* frmDownload::MakeButtons() {
   cmdUpload =
       services::MakeButton(this, NLSFmt(session, "&Upload..."), "cmdUpload", [this] { Upload(); });
   cmdUpload->Show(session.upload);
+  cmdCancel = MakeCancelButton();
   wxButton* help = services::MakeHelpButton(this, context, "download.htm");
-  cmdCancel = services::MakeButton(this, NLSFmt(session, "&Cancel"), "cmdCancel",
-                                   [this] { CancelOrClose(); });
   cmdDownload->SetDefault();
-  return services::ButtonRow(this, {cmdDownload, cmdUpload, help, cmdCancel});
+  return services::ButtonRow(this, {cmdDownload, cmdUpload, cmdCancel, help});
 }
 
 void frmDownload::UpdateOffers() {
@@ -179,41 +196,64 @@ void frmDownload::UpdateOffers() {
   FitInside();
 }
 
-void frmDownload::ShowChoices() {
-  const DownloadChoices choices = LoadDownloadChoices(context.session);
-  txtBinaryFileName->ChangeValue(ToWx(choices.BinaryFileName));
-  txtBinaryFilePath->ChangeValue(ToWx(choices.BinaryFilePath));
-  txtDataFileName->ChangeValue(ToWx(choices.DataFileName));
-  txtDataFilePath->ChangeValue(ToWx(choices.DataFilePath));
+void frmDownload::ShowChoices(const DownloadChoices& choices) {
+  ShowNames(choices);
   ShowImageFacts();
+}
+
+void frmDownload::ShowNames(const DownloadChoices& choices) {
+  ShowText(*txtBinaryFileName, choices.BinaryFileName);
+  ShowText(*txtBinaryFilePath, choices.BinaryFilePath);
+  ShowText(*txtDataFileName, choices.DataFileName);
+  ShowText(*txtDataFilePath, choices.DataFilePath);
 }
 
 DownloadChoices frmDownload::Choices() const {
-  return {.BinaryFileName = FromWx(txtBinaryFileName->GetValue()),
-          .BinaryFilePath = FromWx(txtBinaryFilePath->GetValue()),
-          .DataFileName = FromWx(txtDataFileName->GetValue()),
-          .DataFilePath = FromWx(txtDataFilePath->GetValue()),
-          .auto_save = chkAutoSaveRadioData->GetValue()};
+  DownloadChoices choices = {.BinaryFileName = FromWx(txtBinaryFileName->GetValue()),
+                             .BinaryFilePath = FromWx(txtBinaryFilePath->GetValue()),
+                             .DataFileName = FromWx(txtDataFileName->GetValue()),
+                             .DataFilePath = FromWx(txtDataFilePath->GetValue()),
+                             .auto_save = chkAutoSaveRadioData->GetValue()};
+  DivideFullPath(choices.BinaryFileName, choices.BinaryFilePath);
+  DivideFullPath(choices.DataFileName, choices.DataFilePath);
+  return choices;
 }
 
-void frmDownload::StoreChoices() {
-  SaveDownloadChoices(context.session, Choices());
-  ShowImageFacts();
+void frmDownload::TakeInput() {
+  const DownloadChoices choices = Choices();
+  SaveDownloadChoices(context.session, choices);
+  ShowNames(choices);
+  if (timInspect.IsRunning()) ShowImageFacts();
+}
+
+void frmDownload::OnLeave(wxFocusEvent& event) {
+  event.Skip();
+  TakeInput();
 }
 
 void frmDownload::ShowImageFacts() {
+  timInspect.Stop();
+  const Session& session = context.session;
   const DownloadChoices choices = Choices();
+  const std::string file = services::PathOf(choices.BinaryFilePath, choices.BinaryFileName);
   std::string facts;
+  is_image_ = false;
   if (!choices.BinaryFileName.empty()) {
-    facts = ImageFacts(context.session, InspectImage(services::AppMakePath(
-                                            choices.BinaryFilePath, choices.BinaryFileName)));
+    const ImageInspection image = InspectImage(file);
+    is_image_ = image.problem == ImageProblem::kNone;
+    facts = is_image_ ? ImageFacts(session, image) : ImageProblemText(session, image);
   }
   lblImageFacts->SetLabelText(ToWx(facts));
+  lblImageFacts->Wrap(FromDIP(kNoteWidth));
+  Layout();
+  FitInside();
 }
 
 void frmDownload::BrowseBinary() {
   DownloadChoices choices = Choices();
-  if (firmware::BrowseBinary(firmware_, choices)) ShowChoices();
+  if (!firmware::BrowseBinary(firmware_, choices)) return;
+  ShowChoices(choices);
+  if (!is_image_) txtBinaryFileName->SetFocus();
 }
 
 void frmDownload::BrowseData() {
@@ -228,12 +268,13 @@ void frmDownload::BrowseData() {
   choices.DataFileName = services::FileTitleOf(*file);
   choices.DataFilePath = services::FolderOf(*file);
   SaveDownloadChoices(session, choices);
-  ShowChoices();
+  ShowChoices(choices);
 }
 
 void frmDownload::Download() {
   if (context.job.IsRunning()) return;
-  StoreChoices();
+  TakeInput();
+  ShowImageFacts();
   HideResult();
   cmdCancel->SetFocus();
   EnableInputs(false);
@@ -244,7 +285,7 @@ void frmDownload::Download() {
     DownloadFirmwareAndData(firmware_, db_, Choices(), windows);
   }
   EnableInputs(true);
-  cmdDownload->SetFocus();
+  (is_image_ ? static_cast<wxWindow*>(cmdDownload) : txtBinaryFileName)->SetFocus();
   UpdateOffers();  // the user may have chosen other ports meanwhile
   ShowResult(windows.Report());
 }
@@ -257,16 +298,8 @@ void frmDownload::Upload() {
   const std::string report = UploadFirmwareToChosenFile(this, context, firmware_);
   EnableInputs(true);
   cmdUpload->SetFocus();
-  ShowChoices();
+  ShowChoices(LoadDownloadChoices(context.session));
   ShowResult(report);
-}
-
-void frmDownload::CancelOrClose() {
-  if (context.job.IsRunning()) {
-    context.job.Cancel();
-  } else {
-    services::WindowContext::Call(context.close_task);
-  }
 }
 
 void frmDownload::EnableInputs(bool enabled) {

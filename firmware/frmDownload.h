@@ -8,6 +8,7 @@
 #include <wx/checkbox.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
+#include <wx/timer.h>
 
 #include "firmware/download.h"
 #include "services/frmKit.h"
@@ -38,15 +39,18 @@ class frmDownload : public services::TaskWindow {
   wxSizer* MakeFileRows(wxStaticBox* frame, const FileBoxes& boxes);
   wxSizer* MakeButtons();
 
-  void ShowChoices();
+  void ShowChoices(const DownloadChoices& choices);
+  void ShowNames(const DownloadChoices& choices);
+  // What the boxes say; a full path in a Name is taken as folder and name.
   DownloadChoices Choices() const;
-  void StoreChoices();
+  // What was typed is complete: keeps it, shows it as it is taken, and inspects a typed image.
+  void TakeInput();
+  void OnLeave(wxFocusEvent& event);
   void ShowImageFacts();
   void BrowseBinary();
   void BrowseData();
   void Download();
   void Upload();
-  void CancelOrClose();
   // The inputs wait while a job runs, all but Cancel.
   void EnableInputs(bool enabled);
   void HideResult();
@@ -54,6 +58,8 @@ class frmDownload : public services::TaskWindow {
 
   Firmware& firmware_;
   radiodb::RadioDb& db_;
+  wxTimer timInspect;      // runs while an image is being typed, which is inspected in a pause
+  bool is_image_ = false;  // what was inspected last
 
   wxTextCtrl* txtBinaryFileName;
   wxTextCtrl* txtBinaryFilePath;

@@ -201,14 +201,33 @@ TEST(Download, RefusesWhatIsNoImageAndKeepsTheNames) {
   desktop.Click("cmdBrowseBinary");
   EXPECT_THAT(desktop.Boxes(),
               HasSubstr("The selected file is not valid. Please select another file.\n"));
+  desktop.frame->Raise();
   desktop.Click("cmdDownload");
   EXPECT_THAT(desktop.Boxes(),
               HasSubstr("The selected file is not valid. Please select another file.\n"));
+  EXPECT_TRUE(desktop.Find<wxTextCtrl>("txtBinaryFileName")->HasFocus());
   EXPECT_EQ(desktop.Text("txtBinaryFileName"), "bad.bin");
   desktop.Type("txtDataFileName", "other.ops");
   desktop.Open("Specifications");
   EXPECT_EQ(*desktop.user_hive.Read(Desktop::kKey, "BinaryFileName"), "bad.bin");
   EXPECT_EQ(*desktop.user_hive.Read(Desktop::kKey, "DataFileName"), "other.ops");
+}
+
+TEST(Download, KeepsWhatIsTypedOnceItIsComplete) {
+  Desktop desktop;
+  ASSERT_TRUE(desktop.Start());
+  desktop.Open("Download");
+  for (const char* file : {"txtBinaryFileName", "txtDataFileName"})
+    desktop.Type(file, desktop.folder.Path(kImage));
+  EXPECT_FALSE(desktop.user_hive.Read(Desktop::kKey, "BinaryFileName")) << "not at every key";
+  wxFocusEvent leave(wxEVT_KILL_FOCUS);
+  desktop.Find<wxTextCtrl>("txtBinaryFileName")->ProcessWindowEvent(leave);
+  for (const std::string file : {"Binary", "Data"}) {
+    EXPECT_EQ(desktop.Text("txt" + file + "FileName"), kImage);
+    EXPECT_EQ(desktop.Text("txt" + file + "FilePath"), desktop.folder.Path("")) << "divided";
+    EXPECT_EQ(desktop.user_hive.Read(Desktop::kKey, file + "FileName"), kImage);
+  }
+  EXPECT_EQ(desktop.Text("lblImageFacts"), "ZEP 1100 (11), Conventional, A1, 1 Mbit");
 }
 
 TEST(Download, CancelAsksAndOnlyYesStops) {

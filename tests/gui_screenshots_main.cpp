@@ -23,7 +23,8 @@ class Album {
 
  private:
   void Take(wxWindow& window, const std::string& name) {
-    for (int turn = 0; turn < 20; ++turn) {
+    // Longer than a pause in typing.
+    for (int turn = 0; turn < 40; ++turn) {
       wxTheApp->Yield();
       wxMilliSleep(10);
     }
