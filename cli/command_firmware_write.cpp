@@ -37,9 +37,15 @@ ExitStatus Write(Program& program, const WriteOptions& options) {
   const firmware::ImageInspection image = firmware::InspectImage(options.image);
   program.json.Set("image", ImageJson(program.session, image, options.image));
   if (!IsUsableImage(program, image)) return ExitStatus::kFile;
-  // A mistyped name is better found out before the firmware is replaced.
+  // Both are better found out before the firmware is replaced.
   if (!options.data_file.empty() && !radiodb::ReadDataFile(program.session, options.data_file))
     return program.JobStatus(false);
+  if (!options.data_file.empty() && !program.user.CanAnswer()) {
+    return program.UsageError(
+        NLSFmt(program.session,
+               "Nobody can be asked here whether %0:s is to be programmed. Please give --yes.",
+               {options.data_file}));
+  }
 
   // Data is saved of one radio at a time, and programmed into one.
   const bool has_data = options.save_data || !options.data_file.empty();

@@ -30,6 +30,8 @@ void StandardConsole::WriteError(std::string_view text) { Write(stderr, text); }
 
 int StandardConsole::Width() const { return platform::TerminalWidth(); }
 
+void StandardConsole::DropTypedAhead() { platform::DropTypedAhead(); }
+
 std::optional<std::string> StandardConsole::ReadLine() {
   while (!platform::WaitForStandardInput(kLookForInterrupts)) {
     interrupts_seen_ += interrupts_.Take();

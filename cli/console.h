@@ -27,6 +27,8 @@ class Console {
   // Characters in a line of the terminal.
   virtual int Width() const = 0;
 
+  // Forgets what was typed before a question was there to be read.
+  virtual void DropTypedAhead() = 0;
   // The next line typed, without its end. Nothing when the input has ended or an interrupt comes
   // first.
   virtual std::optional<std::string> ReadLine() = 0;
@@ -46,6 +48,7 @@ class StandardConsole final : public Console {
   bool ShowsToPerson() const override { return shows_to_person_; }
   bool CanAsk() const override { return can_ask_; }
   int Width() const override;
+  void DropTypedAhead() override;
   std::optional<std::string> ReadLine() override;
   int TakeInterrupts() override;
 

@@ -165,7 +165,8 @@ ExitStatus Program::JobStatus(bool done) const {
 
 void Program::Finish(ExitStatus status) {
   progress.EndPhase();
-  if (trace_file_.Error()) ReportError(session, trace_file_.Error(), "--trace");
+  // One that could not be opened was told of at the start.
+  if (trace_ && trace_file_.Error()) ReportError(session, trace_file_.Error(), "--trace");
   if (const platform::SystemError& problem = session.settings.WriteProblem()) {
     user.Say(NLSFmt(session, "The settings cannot be saved."));
     ShowNote(problem);

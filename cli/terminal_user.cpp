@@ -90,8 +90,10 @@ Answer TerminalUser::Ask(const MessageRequest& request) {
     // The user's own wish is not answered with the No that is meant for the program's questions.
     if (!console_.CanAsk()) answer = true;
     if (answer == false) answer.reset();
-  } else if (!console_.CanAsk() && !answer) {
-    answer = false;
+  } else if (!CanAnswer()) {
+    Say(question + no);
+    Say(NLSFmt(*session_, "Nobody can be asked here. --yes answers such questions with Yes."));
+    return No(request.buttons);
   }
   if (answer) {
     Say(question + (*answer ? yes : no));
@@ -105,6 +107,7 @@ Answer TerminalUser::Ask(const MessageRequest& request) {
 std::optional<std::string> TerminalUser::AskLine(const std::string& prompt) {
   if (!console_.CanAsk()) return std::nullopt;
   progress_->StepAside();
+  console_.DropTypedAhead();
   console_.WriteError(Wrap(prompt, console_.Width() - 1));
   std::optional<std::string> line = console_.ReadLine();
   if (line) return line;

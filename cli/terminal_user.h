@@ -46,6 +46,9 @@ class TerminalUser final : public services::User {
   std::optional<std::string> AskOpenFile(const services::FileRequest& request) override;
   std::optional<std::string> AskSaveFile(const services::FileRequest& request) override;
 
+  // Whether the program's questions get an answer: from a person, or by an option.
+  bool CanAnswer() const { return console_.CanAsk() || answer_to_all_; }
+
   // A line on the standard error, in the user's language, broken between words on a terminal.
   void Say(const std::string& text);
   // Asks for a line of text; nothing when there is nobody to ask, or the user has cancelled.

@@ -20,6 +20,9 @@ int TerminalWidth();
 // ends the wait early.
 bool WaitForStandardInput(Duration longest);
 
+// Forgets what was typed at the terminal and not read yet.
+void DropTypedAhead();
+
 // Lets the terminal show UTF-8. Only Windows needs it.
 void PrepareTerminal();
 

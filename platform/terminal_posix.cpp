@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <poll.h>
 #include <sys/ioctl.h>
+#include <termios.h>
 #include <unistd.h>
 
 #include "platform/terminal.h"
@@ -30,6 +31,8 @@ bool WaitForStandardInput(Duration longest) {
   pollfd input{STDIN_FILENO, POLLIN, 0};
   return poll(&input, 1, static_cast<int>(std::max<std::int64_t>(milliseconds, 0))) > 0;
 }
+
+void DropTypedAhead() { tcflush(STDIN_FILENO, TCIFLUSH); }
 
 void PrepareTerminal() {}
 

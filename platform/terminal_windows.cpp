@@ -40,6 +40,8 @@ bool WaitForStandardInput(Duration longest) {
          WAIT_OBJECT_0;
 }
 
+void DropTypedAhead() { FlushConsoleInputBuffer(HandleOf(StandardStream::kInput)); }
+
 void PrepareTerminal() {
   SetConsoleOutputCP(CP_UTF8);
   SetConsoleCP(CP_UTF8);

@@ -117,7 +117,8 @@ TEST(ZepctlFirmware, SavesTheDataOfOneRadioAndWritesItBack) {
 
   // A data file is programmed when the user says so; it is looked at before anything else.
   const std::string data = zepctl.folder.Path("database/10000001v0405.ops");
-  EXPECT_EQ(zepctl.Run({"-p", kFirst, "firmware", "write", image, "--data", data}), 1);
+  EXPECT_EQ(zepctl.Run({"-p", kFirst, "firmware", "write", image, "--data", data}), 2);
+  EXPECT_EQ(zepctl.Run({"-p", kFirst, "firmware", "write", image, "--data", data, "--no"}), 1);
   EXPECT_EQ(zepctl.Radio(kFirst).Counts().records_written, written);
   EXPECT_EQ(zepctl.Run({"-p", kFirst, "firmware", "write", image, "--data", data, "--yes"}), 0);
   EXPECT_GT(zepctl.Radio(kFirst).Counts().records_written, written);

@@ -79,8 +79,9 @@ TEST_F(ZepctlProcess, SignalsCancelTheJob) {
 
 TEST_F(ZepctlProcess, AsksOnATerminalAndShowsABarThere) {
   folder_.Write("a.ops", "old");
-  const std::string out =
-      Shell("printf 'y\\n' | script -qec \"$Z -p sim:conventional,unpaced read a.ops\" /dev/null");
+  const std::string out = Shell(
+      "(until grep -q overwrite shown; do sleep 0.05; done; printf 'y\\n') 2> /dev/null | "
+      "script -qefc \"$Z -p sim:conventional,unpaced read a.ops\" shown");
   EXPECT_THAT(out, HasSubstr("File exists overwrite? [y/N] "));
   EXPECT_THAT(out, HasSubstr("\rReading Items  ["));
   EXPECT_THAT(out, EndsWith("=0\n"));

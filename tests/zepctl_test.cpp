@@ -95,9 +95,12 @@ TEST(ZepctlRead, SavesTheRadioAndAsksBeforeAFileIsOverwritten) {
 
   zepctl.folder.Write("radio.ops", "old");
   EXPECT_EQ(zepctl.Run({"-p", kConventional, "read", file}), 1);
-  EXPECT_EQ(zepctl.Err(), "File exists overwrite? [y/N] no\n");
+  EXPECT_EQ(zepctl.Err(),
+            "File exists overwrite? [y/N] no\n"
+            "Nobody can be asked here. --yes answers such questions with Yes.\n");
   EXPECT_EQ(zepctl.folder.Read("radio.ops"), "old");
   zepctl.console.is_terminal = true;
+  zepctl.console.typed_ahead = "n";
   zepctl.console.Type("Y");
   EXPECT_EQ(zepctl.Run({"-p", kConventional, "read", file, "--quiet"}), 0);
   EXPECT_EQ(zepctl.Err(), "File exists overwrite? [y/N] Y\n");

@@ -31,6 +31,7 @@ class TestConsole final : public cli::Console {
   std::string out;
   std::string err;
   bool is_terminal = false;
+  std::string typed_ahead;  // before a question was there
   // Called at each look for interrupts, by its number from 1; returns how many there are.
   std::function<int(int look)> interrupts;
 
@@ -44,7 +45,9 @@ class TestConsole final : public cli::Console {
   bool ShowsToPerson() const override { return is_terminal; }
   bool CanAsk() const override { return is_terminal; }
   int Width() const override { return 80; }
+  void DropTypedAhead() override { typed_ahead.clear(); }
   std::optional<std::string> ReadLine() override {
+    if (!typed_ahead.empty()) return typed_ahead;
     EXPECT_FALSE(typed_.empty()) << "nothing is typed at: " << err;
     if (typed_.empty()) return std::nullopt;
     std::optional<std::string> line = std::move(typed_.front());
