@@ -52,21 +52,13 @@ class Progress {
   int maximum_ = 0;
 };
 
+bool HasSeveralNetworks(const RadioDb& db) {
+  return db.identity.IsTrunked() && db.number_of_networks > 1;
+}
+
 std::string NetworkStatus(const RadioDb& db, std::string_view text) {
   return NLSFmt(db.link.session, text,
                 {std::to_string(db.current_network), std::to_string(db.number_of_networks)});
-}
-
-// Items "32" and "33" of these radios are common to all networks: they are read with the last one.
-bool IsLeftForLastNetwork(const RadioDb& db, std::string_view item) {
-  constexpr int kFirstSoftware = 309;
-  constexpr int kFirstSeparateDatabase = 312;
-  if (item != "32" && item != "33") return false;
-  const RadioIdentity& radio = db.identity;
-  return radio.IsTrunked() && (radio.tier == 1 || radio.tier == 2) &&
-         VersionNumber(radio.software_version) >= kFirstSoftware &&
-         VersionNumber(radio.database_version.substr(0, 4)) < kFirstSeparateDatabase &&
-         db.current_network < db.number_of_networks;
 }
 
 void LeaveForLastNetwork(RadioDb& db, std::string_view item, ReadFiles& files) {
@@ -150,14 +142,12 @@ bool GiveUpForNothing(Session& session) {
 // Lists and reads the items of the current network, or of a radio that has but one.
 bool ReadNetwork(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
   link::Link& link = db.link;
-  const bool several = db.identity.IsTrunked() && db.number_of_networks > 1;
-  if (several && !ExecuteCommand(link, "d0" + std::to_string(db.current_network))) return false;
-  SendCommand(link, "l");
-  const std::string item_list = ReceiveReply(link, "List");
-  if (link.session.Stopped()) return false;
-  view.ShowStatus(several ? NetworkStatus(db, NLSText("Reading Items from Network %0:s ..."))
-                          : NLSFmt(link.session, "Reading Items..."));
-  ReadItemList(db, view, item_list, files);
+  const std::optional<std::string> item_list = ListItems(db, db.current_network);
+  if (!item_list) return false;
+  view.ShowStatus(HasSeveralNetworks(db)
+                      ? NetworkStatus(db, NLSText("Reading Items from Network %0:s ..."))
+                      : NLSFmt(link.session, "Reading Items..."));
+  ReadItemList(db, view, *item_list, files);
   return !link.session.Stopped();
 }
 
@@ -203,6 +193,28 @@ bool WriteNetwork(RadioDb& db, ReadWriteView& view, Lines lines, Progress& progr
 }
 
 }  // namespace
+
+bool IsLeftForLastNetwork(const RadioDb& db, int network, std::string_view item) {
+  constexpr int kFirstSoftware = 309;
+  constexpr int kFirstSeparateDatabase = 312;
+  if (item != "32" && item != "33") return false;
+  const RadioIdentity& radio = db.identity;
+  return radio.IsTrunked() && (radio.tier == 1 || radio.tier == 2) &&
+         VersionNumber(radio.software_version) >= kFirstSoftware &&
+         VersionNumber(radio.database_version.substr(0, 4)) < kFirstSeparateDatabase &&
+         network < db.number_of_networks;
+}
+
+std::optional<std::string> ListItems(const RadioDb& db, int network) {
+  link::Link& link = db.link;
+  if (HasSeveralNetworks(db) && !ExecuteCommand(link, "d0" + std::to_string(network))) {
+    return std::nullopt;
+  }
+  SendCommand(link, "l");
+  std::string list = ReceiveReply(link, "List");
+  if (link.session.Stopped()) return std::nullopt;
+  return list;
+}
 
 bool IsItemSelected(RadioType type, TransferKind kind, std::string_view item) {
   const bool is_trunked = type == RadioType::kTrunked;
@@ -256,7 +268,7 @@ void ReadItemList(RadioDb& db, ReadWriteView& view, std::string_view item_list, 
   for (std::size_t at = 0; at < item_list.size(); at += 2) {
     const std::string_view item = item_list.substr(at, 2);
     if (!IsItemSelected(db.identity.type, db.transfer_kind, item)) continue;
-    if (IsLeftForLastNetwork(db, item)) {
+    if (IsLeftForLastNetwork(db, db.current_network, item)) {
       LeaveForLastNetwork(db, item, files);
       continue;
     }

@@ -7,6 +7,7 @@
 //   item number (2), a second header byte (2), length N in bytes (2), data (2N), checksum (2)
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -23,14 +24,20 @@ bool IsItemSelected(RadioType type, TransferKind kind, std::string_view item);
 // The item that holds the calibration data: "2C", on a trunked radio "47".
 std::string_view CalibrationItem(RadioType type);
 
+// Items "32" and "33" of some radios are common to all networks: they are read with the last one.
+bool IsLeftForLastNetwork(const RadioDb& db, int network, std::string_view item);
+
+// The numbers of the items in a network, two hex digits each. Nothing when the session was stopped.
+//
+//   sends "d0" network CR   expects ">"          several networks only
+//   sends "l" CR            expects the item list, ">"
+std::optional<std::string> ListItems(const RadioDb& db, int network);
+
 // Shows the text with one to six dots, one more with each call.
 void UpdateStatusBar(services::Session& session, ReadWriteView& view, std::string text);
 
 // Reads the whole radio into the files, network by network where it has several. False when it
 // ended early or a file would hold no item; the user has been told.
-//
-//   sends "d0" network CR   expects ">"          several networks only
-//   sends "l" CR            expects the item list, ">"
 bool ReadAllItems(RadioDb& db, ReadWriteView& view, ReadFiles& files);
 
 // Reads every selected item of the list into the files.

@@ -133,12 +133,6 @@ bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_cal
   return false;
 }
 
-// Items of these radios that are common to all networks are read with the last one.
-bool IsLeftForLastNetwork(const radiodb::RadioDb& db, int network, std::string_view item) {
-  return db.common_dynamic_item_skipped && network < db.number_of_networks &&
-         (item == "32" || item == "33");
-}
-
 // Item 0 of a further network is carried along as a line.
 bool HasOtherLine(const PersonalityNetwork& saved, std::string_view item) {
   return std::any_of(saved.lines.begin(), saved.lines.end(), [item](const PersonalityLine& line) {
@@ -151,17 +145,15 @@ bool HasOtherLine(const PersonalityNetwork& saved, std::string_view item) {
 std::string MissingItems(const radiodb::RadioDb& db, int network, const PersonalityNetwork& saved) {
   link::Link& link = db.link;
   const radiodb::RadioType type = db.identity.type;
-  const bool several = db.identity.IsTrunked() && db.number_of_networks > 1;
-  if (several && !radiodb::ExecuteCommand(link, "d0" + std::to_string(network))) return {};
-  radiodb::SendCommand(link, "l");
-  const std::string list = radiodb::ReceiveReply(link, "List");
+  const std::string list = radiodb::ListItems(db, network).value_or("");
   std::string missing;
   for (std::size_t at = 0; at + 2 <= list.size() && !link.session.Stopped(); at += 2) {
     const std::string item = list.substr(at, 2);
     const auto number = static_cast<std::size_t>(services::ConHexByteToInt(link.session, item));
     if (number < kItemCount && !saved.items[number].empty()) continue;
     if (HasOtherLine(saved, item)) continue;
-    if (item == radiodb::CalibrationItem(type) || IsLeftForLastNetwork(db, network, item) ||
+    if (item == radiodb::CalibrationItem(type) ||
+        radiodb::IsLeftForLastNetwork(db, network, item) ||
         !radiodb::IsItemSelected(type, db.transfer_kind, item)) {
       continue;
     }
