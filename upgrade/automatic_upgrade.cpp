@@ -65,8 +65,8 @@ UpgradeOutcome AutomaticUpgrade::Upgrade() {
   download_started_ = false;
   try {
     outcome = RunSteps();
-  } catch (const std::exception&) {
-    ReportUnexpectedError(session_, log_);
+  } catch (const std::exception& error) {
+    ReportUnexpectedError(session_, log_, error);
     if (download_started_) TellOfSavedData(session_, log_, saved_);
   }
   if (outcome == UpgradeOutcome::kSucceeded) {

@@ -230,8 +230,8 @@ bool ManualUpgrade::Upgrade(const UpgradeSelections& selections) {
   bool done = false;
   try {
     done = DoAll(work);
-  } catch (const std::exception&) {
-    ReportUnexpectedError(session, work.log);
+  } catch (const std::exception& error) {
+    ReportUnexpectedError(session, work.log, error);
   }
   if (!done && !work.download_started) DropNote(work.saved);
   if (!done && work.download_started && work.HasData()) {

@@ -59,9 +59,11 @@ void TidyUp(link::Link& link) {
 
 void ResetRadio(link::Link& link) { link::ReleaseFromProgMode(link); }
 
-void ReportUnexpectedError(services::Session& session, UpgradeLog& log) {
+void ReportUnexpectedError(services::Session& session, UpgradeLog& log,
+                           const std::exception& error) {
   constexpr std::string_view kText = services::NLSText("An unexpected error has occured");
   session.KeepCause(Failure::kRefused);
+  session.log.Error(error.what());
   log.Log(kText);
   services::NLSMsgBox(session, kText, {.icon = services::Icon::kCritical});
 }

@@ -2,6 +2,8 @@
 // interface, the firmware transfer in their midst, and their end.
 #pragma once
 
+#include <exception>
+
 #include "firmware/firmware.h"
 #include "firmware/transfer_engine.h"
 #include "services/session.h"
@@ -56,7 +58,9 @@ void TidyUp(link::Link& link);
 // Writes "^" to the radio's port when the radio is still in programming mode.
 void ResetRadio(link::Link& link);
 
-// "An unexpected error has occured", in the log and in a box; session.failure is set.
-void ReportUnexpectedError(services::Session& session, UpgradeLog& log);
+// "An unexpected error has occured", in the log and in a box; what it was goes into the
+// application's log. session.failure is set.
+void ReportUnexpectedError(services::Session& session, UpgradeLog& log,
+                           const std::exception& error);
 
 }  // namespace zep::upgrade
