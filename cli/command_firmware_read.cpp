@@ -1,13 +1,12 @@
 
 #include "cli/command.h"
 #include "cli/firmware_jobs.h"
-#include "platform/files.h"
+#include "firmware/transfer_report.h"
 #include "services/messages.h"
 
 namespace zep::cli {
 namespace {
 
-using services::NLSFmt;
 using services::NLSText;
 
 ExitStatus Read(Program& program, const std::string& name) {
@@ -19,10 +18,7 @@ ExitStatus Read(Program& program, const std::string& name) {
   const bool done = UploadFirmware(firmware, name, windows);
   windows.Report(firmware);
   if (done) {
-    const std::uint64_t size = platform::FileSize(name).value_or(0);
-    program.Print(NLSFmt(program.session, "The flash memory is saved in %0:s (%1:s bytes).",
-                         {name, std::to_string(size)}) +
-                  "\n");
+    program.Print(firmware::SavedFlashText(program.session, name) + "\n");
     program.json.Set("file", name);
   }
   return program.JobStatus(done);
@@ -34,8 +30,8 @@ Action DeclareFirmwareRead(Arguments& arguments) {
   auto image = std::make_shared<std::string>();
   arguments.AddWord("IMAGE", *image, NLSText("file to make (.bin)"));
   arguments.AddRemark(
-      NLSText("One radio is read, 2 megabits of it. What the loaders leave alone in a radio is FF "
-              "in the file."));
+      NLSText("One radio is read, 2 megabits of it; one with a flash of 1 megabit cannot be read. "
+              "What the loaders leave alone in a radio is FF in the file."));
   return [image](Program& program) { return Read(program, *image); };
 }
 
