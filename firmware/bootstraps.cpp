@@ -113,7 +113,6 @@ void LoadDownloader(TransferRun& run, const std::string& file_name) {
 
 void IdentifyRadios(TransferRun& run) {
   Session& session = run.firmware.link.session;
-  run.phase = TransferPhase::kIdentifying;
   for (const int slot : kAllPorts) {
     UpdateStatus(run, slot);
     UpdateFlashMicro(run.firmware, run.view, slot);
@@ -125,7 +124,6 @@ void IdentifyRadios(TransferRun& run) {
 
 void CheckRadios(TransferRun& run) {
   Session& session = run.firmware.link.session;
-  run.phase = TransferPhase::kChecking;
   run.view.Repaint();
   ShowChangedStates(run);
   VerifyFlashFile(run.firmware);
@@ -153,7 +151,6 @@ void SendMode(Link& link) {
 void RunBootstrap1(TransferRun& run) {
   Link& link = run.firmware.link;
   Session& session = link.session;
-  run.phase = TransferPhase::kBootstrap1;
   if (!platform::FileExists(services::FindApplicationFile(session.paths, "bs.tsk"))) {
     return StopForFile(
         session, NLSText("The file bs.tsk does not exist. Please reinstall this application."));
@@ -180,7 +177,6 @@ void RunBootstrap1(TransferRun& run) {
 void RunBootstrap2(TransferRun& run) {
   Link& link = run.firmware.link;
   Session& session = link.session;
-  run.phase = TransferPhase::kBootstrap2;
   const std::string downloader = services::FindApplicationFile(session.paths, "dl.tsk");
   if (!platform::FileExists(downloader)) {
     return StopForFile(

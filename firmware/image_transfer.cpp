@@ -153,7 +153,6 @@ void WriteRadioSoftware(TransferRun& run) {
   const bool upload = session.TransferMode == services::Transfer::kRead;
   const bool one_megabit =
       (upload ? firmware.UploadFlashSize : firmware.image.FirmwareFlashSize) == kFlash1Mbit;
-  run.phase = TransferPhase::kTransferring;
   ClearInputBuffers(firmware.link);
   run.view.SetProgressMaximum(ProgressMaximum(upload, one_megabit));
   run.result.statistics.began = run.result.statistics.ended = session.clock.Now();

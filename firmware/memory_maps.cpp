@@ -50,7 +50,7 @@ constexpr MemoryMap kA1Rows = {{
 
 // What is different in radios with an E1 micro.
 struct ChangedRow {
-  std::size_t row;  // from 1
+  std::size_t row = 0;  // from 1
   MemoryMapEntry entry;
 };
 constexpr std::array<ChangedRow, 12> kE1Changes = {{

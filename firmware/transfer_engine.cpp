@@ -63,7 +63,6 @@ bool PrepareUpload(TransferRun& run) {
 void Finish(TransferRun& run) {
   constexpr std::uint8_t kEndOfLoader = 0xFF;
   Link& link = run.firmware.link;
-  run.phase = TransferPhase::kFinishing;
   SendByteToActiveComms(link, kEndOfLoader);
   services::WaitSeconds(link.session, 0.5);
   SendCaretToActiveComms(link);
@@ -137,7 +136,6 @@ bool LoadTransfer(TransferRun& run) {
 
 void WriteRadioSW(TransferRun& run) {
   Link& link = run.firmware.link;
-  run.phase = TransferPhase::kPreparing;
   link.session.DownloadSucceeded = false;
   SelectInputMode(link, platform::InputMode::kBinary);
   link.others_go_on = ActivePorts(link) > 1;
@@ -167,7 +165,6 @@ void Cancel(TransferRun& run) {
 void UnloadTransfer(TransferRun& run) {
   Link& link = run.firmware.link;
   Session& session = link.session;
-  run.phase = TransferPhase::kClosing;
   UpdateStatusBar(run, services::NLSText("Closing communication ports..."));
   if (!run.done) {
     session.SetDownloadError(Failure::kCancelled);

@@ -23,18 +23,6 @@
 
 namespace zep::firmware {
 
-enum class TransferPhase {
-  kLoading,
-  kPreparing,
-  kBootstrap1,
-  kBootstrap2,
-  kIdentifying,
-  kChecking,
-  kTransferring,
-  kFinishing,
-  kClosing,
-};
-
 struct TransferOptions {
   // Every block goes to all ports before any of them is waited for. Nothing: as the setting
   // SendToAllAtOnce says.
@@ -76,7 +64,6 @@ struct TransferRun {
   link::TransferView& view;
   const TransferOptions options;
 
-  TransferPhase phase = TransferPhase::kLoading;
   bool done = false;  // finished normally
   TransferResult result;
 
