@@ -27,8 +27,6 @@ constexpr platform::Duration kOutputTimeOut = std::chrono::milliseconds(4000);
 constexpr std::size_t kLongestLine = 2000;
 
 constexpr std::uint8_t kErrorReplyStart = '{';
-constexpr std::string_view kPrompt = ">";
-constexpr std::string_view kCarriageReturn = "\r";
 
 enum class Verdict {
   kNothing,     // no input

@@ -5,12 +5,21 @@
 //   list line   two characters, length N in bytes (2), data (2N)
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
 #include "services/session.h"
 
 namespace zep::link {
+
+// In characters: the fields before a record's data, and the one behind it.
+inline constexpr std::size_t kRecordHeader = 6;
+inline constexpr std::size_t kRecordChecksum = 2;
+
+// What ends the answer to a command, and a command.
+inline constexpr std::string_view kPrompt = ">";
+inline constexpr std::string_view kCarriageReturn = "\r";
 
 // The length field is "00": such a record is never stored and never sent.
 bool IsEmptyRecord(std::string_view record);

@@ -9,11 +9,12 @@
 #include <string_view>
 
 #include "link/port_set.h"
+#include "link/record_text.h"
 
 namespace zep::radiodb {
 
-inline constexpr std::string_view kPrompt = ">";
-inline constexpr std::string_view kCarriageReturn = "\r";
+using link::kCarriageReturn;
+using link::kPrompt;
 
 // Sends the command and a carriage return.
 void SendCommand(link::Link& link, std::string_view command);

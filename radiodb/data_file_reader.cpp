@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "link/record_text.h"
 #include "platform/files.h"
 #include "radiodb/radio_identity.h"
 #include "services/hex_text.h"
@@ -12,13 +13,12 @@
 namespace zep::radiodb {
 namespace {
 
+using link::kRecordChecksum;
+using link::kRecordHeader;
 using services::Failure;
 using services::IsHexText;
 using services::NLSFmt;
 using services::Session;
-
-constexpr std::string_view kHeaderStart = "***";
-constexpr std::string_view kHeaderEnd = "---";
 
 // Twice the longest record.
 constexpr std::size_t kLongestLine = 1000;
@@ -74,27 +74,24 @@ std::string TextOf(std::string_view hex) {
   return text;
 }
 
-constexpr std::size_t kRecordHeaderLength = 6;
-constexpr std::size_t kChecksumLength = 2;
-
 // Kept: the identity record of radios with the longest item 0 claims 4 bytes more than it has.
 bool IsLongIdentityRecord(std::string_view record) {
-  return record.substr(0, kRecordHeaderLength) == "000015" && record.size() == 42;
+  return record.substr(0, kRecordHeader) == "000015" && record.size() == 42;
 }
 
 // What is wrong with a record; empty when it is sound.
 std::string RecordProblem(const Session& session, std::string_view record) {
-  if (!IsHexText(record) || record.size() < kRecordHeaderLength + kChecksumLength) {
+  if (!IsHexText(record) || record.size() < kRecordHeader + kRecordChecksum) {
     return NLSFmt(session,
                   "This is no record: a record is made of pairs of the digits 0 to 9 and A to F, "
                   "at least four of them.");
   }
-  const std::size_t length = kRecordHeaderLength + 2 * std::size_t{ByteAt(record, 4)} + 2;
+  const std::size_t length = kRecordHeader + 2 * std::size_t{ByteAt(record, 4)} + 2;
   if (record.size() != length && !IsLongIdentityRecord(record)) {
     return NLSFmt(session, "The record has %0:s characters, but its length field asks for %1:s.",
                   {std::to_string(record.size()), std::to_string(length)});
   }
-  const std::size_t checksum_at = record.size() - kChecksumLength;
+  const std::size_t checksum_at = record.size() - kRecordChecksum;
   const std::string checksum = services::RecordChecksum(record.substr(0, checksum_at));
   if (record.substr(checksum_at) == checksum) return {};
   return NLSFmt(session, "The record's checksum is %0:s, but should be %1:s.",
@@ -128,7 +125,7 @@ void StripForceMark(std::string& line) {
   if (line.starts_with('f')) line.erase(0, 1);
 }
 
-bool IsNetworkSeparator(std::string_view line) { return line.starts_with("~~~"); }
+bool IsNetworkSeparator(std::string_view line) { return line.starts_with(kNetworkSeparator); }
 
 std::optional<DataFile> ReadDataFile(Session& session, const std::string& path) {
   const platform::FileContents contents = platform::ReadWholeFile(path);
@@ -177,14 +174,14 @@ std::optional<FileIdentity> FindFileIdentity(const DataFile& file) {
   FileIdentity identity;
   identity.line = found->number;
   identity.is_calibration = length == "1C" || length == "20";
-  identity.model_string = TextOf(record.substr(kRecordHeaderLength, 18));
+  identity.model_string = TextOf(record.substr(kRecordHeader, 18));
   identity.model_code = identity.model_string.substr(6, 2);
   identity.type_digit = identity.model_code[1];
   if (!identity.is_calibration) {
     identity.database_version = TextOf(record.substr(24, 8));
     identity.hardware_version = TextOf(record.substr(32, 8));
   } else {
-    identity.serial_number = SerialNumberOf(record.substr(record.size() - kChecksumLength - 6, 6));
+    identity.serial_number = SerialNumberOf(record.substr(record.size() - kRecordChecksum - 6, 6));
   }
   return identity;
 }

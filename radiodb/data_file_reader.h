@@ -18,6 +18,11 @@ namespace zep::radiodb {
 // Stands in a data file where item "32" was left out.
 inline constexpr std::string_view kCommonDynamicItemLine = "Insert Common Dynamic Item Here";
 
+// The lines around a header, and between two networks.
+inline constexpr std::string_view kHeaderStart = "***";
+inline constexpr std::string_view kHeaderEnd = "---";
+inline constexpr std::string_view kNetworkSeparator = "~~~";
+
 inline constexpr int kMostNetworks = 4;
 inline constexpr std::string_view kTooManyNetworks =
     services::NLSText("The file holds %0:s networks; a radio has at most %1:s.");

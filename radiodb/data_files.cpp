@@ -51,11 +51,11 @@ std::string FileNameOf(std::string text) {
 
 std::vector<std::string> Header(const Session& session, std::vector<std::string> titles) {
   const services::StringTable& strings = session.strings;
-  std::vector<std::string> lines = {"***"};
+  std::vector<std::string> lines = {std::string(kHeaderStart)};
   lines.insert(lines.end(), titles.begin(), titles.end());
   lines.push_back("Saved with the " + strings.Get(services::kResApplicationTitle) + " " +
                   strings.Get(services::kResVersion));
-  lines.insert(lines.end(), {"###", "---"});
+  lines.insert(lines.end(), {"###", std::string(kHeaderEnd)});
   return lines;
 }
 

@@ -79,9 +79,8 @@ bool ReceiveUpTo(link::Link& link, std::string& buffer, std::size_t length) {
 // Receives a record whose first character has come, with its carriage return. Nothing when it did
 // not come whole.
 std::optional<std::string> ReceiveRecord(RadioDb& db, ReadWriteView& view, std::string record) {
-  constexpr std::size_t kHeaderLength = 6;
   Session& session = db.link.session;
-  if (!ReceiveUpTo(db.link, record, kHeaderLength)) return std::nullopt;
+  if (!ReceiveUpTo(db.link, record, link::kRecordHeader)) return std::nullopt;
   UpdateStatusBar(session, view,
                   db.number_of_networks > 1
                       ? NetworkStatus(db, NLSText("Reading Radio database %0:s of %1:s"))
@@ -89,7 +88,7 @@ std::optional<std::string> ReceiveRecord(RadioDb& db, ReadWriteView& view, std::
   const auto length =
       static_cast<std::size_t>(services::ConHexByteToInt(session, record.substr(4, 2)));
   std::string checksum;
-  if (!ReceiveUpTo(db.link, record, kHeaderLength + 2 * length) ||
+  if (!ReceiveUpTo(db.link, record, link::kRecordHeader + 2 * length) ||
       !ReceiveUpTo(db.link, checksum, 2)) {
     return std::nullopt;
   }
@@ -248,7 +247,7 @@ bool ReadAllItems(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
   const int networks = db.number_of_networks;
   for (db.current_network = 1; db.current_network <= networks; ++db.current_network) {
     if (!ReadNetwork(db, view, files)) return false;
-    if (db.current_network < networks) files.database.WriteLine("~~~");
+    if (db.current_network < networks) files.database.WriteLine(kNetworkSeparator);
   }
   db.current_network = networks;
   if (files.database.IsOpen() && files.database_records == 0) return GiveUpForNothing(session);

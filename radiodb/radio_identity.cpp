@@ -4,6 +4,7 @@
 
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
+#include "link/record_text.h"
 #include "radiodb/command_line.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
@@ -99,9 +100,8 @@ void FillInModelString(RadioIdentity& identity) {
 std::string CompleteIdentityRecord(Session& session, std::string record,
                                    const RadioIdentity& identity) {
   if (record.empty()) return record;
-  constexpr std::size_t kHeaderLength = 6;
   const auto fill_in = [&record](std::size_t at, char code) {
-    record.replace(kHeaderLength + 2 * at, 2, services::ConTextToHex({&code, 1}));
+    record.replace(link::kRecordHeader + 2 * at, 2, services::ConTextToHex({&code, 1}));
   };
   fill_in(kBandAt, identity.band);
   fill_in(kBandwidthAt, identity.bandwidth);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 
+#include "link/record_text.h"
 #include "platform/files.h"
 #include "radiodb/data_files.h"
 #include "radiodb/item_records.h"
@@ -23,8 +24,6 @@ using services::Session;
 
 constexpr std::size_t kChecksumCharacters = 4;
 constexpr std::string_view kNoChecksum = "0000";
-constexpr std::size_t kRecordHeader = 6;
-constexpr std::size_t kRecordChecksum = 2;
 
 bool Fail(Session& session, const std::string& text) {
   session.KeepCause(Failure::kFile);
@@ -145,8 +144,9 @@ std::string GetCalibrationData(const radiodb::DataFile& file, std::string_view i
   std::string data;
   for (const radiodb::DataFileLine& line : file.lines) {
     if (!IsSameText(std::string_view(line.text).substr(0, 2), item)) continue;
-    if (line.text.size() < kRecordHeader + kRecordChecksum) continue;
-    data += line.text.substr(kRecordHeader, line.text.size() - kRecordHeader - kRecordChecksum);
+    if (line.text.size() < link::kRecordHeader + link::kRecordChecksum) continue;
+    data += line.text.substr(link::kRecordHeader,
+                             line.text.size() - link::kRecordHeader - link::kRecordChecksum);
   }
   return data;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+#include "link/record_text.h"
 #include "platform/files.h"
 #include "radiodb/data_file_reader.h"
 #include "radiodb/data_files.h"
@@ -16,8 +17,6 @@ namespace {
 
 constexpr std::string_view kEndOfLine = "\r\n";
 constexpr std::size_t kRecordCharacters = 64;  // of data in a record of ours
-constexpr std::size_t kHeaderCharacters = 6;   // item number, second header byte, length
-constexpr std::size_t kChecksumCharacters = 2;
 
 void AppendRecord(std::string_view record, std::string& text) {
   text += record;
@@ -35,10 +34,10 @@ void AddLine(services::Session& session, const std::string& text, bool& item_0_f
   item_0_found |= is_item_0;
   PersonalityLine line;
   line.item = static_cast<std::size_t>(services::ConHexByteToInt(session, text.substr(0, 2)));
-  line.header = text.substr(0, kHeaderCharacters);
-  line.characters = text.size() - kHeaderCharacters - kChecksumCharacters;
+  line.header = text.substr(0, link::kRecordHeader);
+  line.characters = text.size() - link::kRecordHeader - link::kRecordChecksum;
   if (line.characters == 0) return;  // an empty record is never stored
-  network.items.at(line.item).append(text, kHeaderCharacters, line.characters);
+  network.items.at(line.item).append(text, link::kRecordHeader, line.characters);
   network.lines.push_back(std::move(line));
 }
 
@@ -123,7 +122,7 @@ bool WriteDatabase(services::Session& session, const PersonalityData& data,
     text.append(line).append(kEndOfLine);
   }
   for (std::size_t network = 0; network < data.networks.size(); ++network) {
-    if (network > 0) text.append("~~~").append(kEndOfLine);
+    if (network > 0) text.append(radiodb::kNetworkSeparator).append(kEndOfLine);
     NetworkWriter(data.networks[network], text).Write();
   }
   platform::SystemError error = platform::MakeFolders(services::FolderOf(path));
