@@ -8,8 +8,8 @@
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "upgrade/calibration_conversion.h"
+#include "upgrade/checked_data_file.h"
 #include "upgrade/personality_conversion.h"
-#include "upgrade/sound_file.h"
 
 namespace zep::cli {
 namespace {
@@ -141,7 +141,8 @@ bool MayGoBack(services::Session& session, const Versions& versions) {
 
 ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
   services::Session& session = program.session;
-  const std::optional<radiodb::DataFile> file = upgrade::ReadSoundFile(session, options.saved_file);
+  const std::optional<radiodb::DataFile> file =
+      upgrade::ReadCheckedDataFile(session, options.saved_file);
   if (!file) return program.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && identity->is_calibration) {
@@ -174,7 +175,8 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
 
 ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
   services::Session& session = program.session;
-  const std::optional<radiodb::DataFile> file = upgrade::ReadSoundFile(session, options.saved_file);
+  const std::optional<radiodb::DataFile> file =
+      upgrade::ReadCheckedDataFile(session, options.saved_file);
   if (!file) return program.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && !identity->is_calibration) {

@@ -4,7 +4,7 @@
 
 #include "link/port_slots.h"
 #include "platform/files.h"
-#include "services/application.h"
+#include "services/foundation.h"
 #include "services/messages.h"
 
 namespace zep::cli {

@@ -19,7 +19,7 @@
 #include "link/wire_trace.h"
 #include "platform/files.h"
 #include "platform/serial_list.h"
-#include "services/application.h"
+#include "services/foundation.h"
 #include "services/session.h"
 
 namespace zep::cli {

@@ -8,7 +8,7 @@
 
 #include "link/error_replies.h"
 #include "link/record_text.h"
-#include "radiodb/command_line.h"
+#include "radiodb/radio_commands.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 

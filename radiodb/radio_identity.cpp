@@ -5,7 +5,7 @@
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "link/record_text.h"
-#include "radiodb/command_line.h"
+#include "radiodb/radio_commands.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/radio_model.h"

@@ -17,7 +17,7 @@
 #include "platform/settings_hive.h"
 #include "platform/system_version.h"
 #include "radiodb/radio_db.h"
-#include "services/application.h"
+#include "services/foundation.h"
 #include "services/frmKit.h"
 #include "shell/window_user.h"
 #include "shell/wire_log.h"

@@ -5,7 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include "services/application.h"
+#include "services/foundation.h"
 #include "services/messages.h"
 #include "tests/testing.h"
 

@@ -10,8 +10,8 @@
 #include "services/paths.h"
 #include "services/radio_model.h"
 #include "upgrade/calibration_conversion.h"
+#include "upgrade/checked_data_file.h"
 #include "upgrade/personality_conversion.h"
-#include "upgrade/sound_file.h"
 
 namespace zep::upgrade {
 namespace {
@@ -131,7 +131,8 @@ bool AutomaticUpgrade::Save() {
 
 // A conversion that is bound to fail is to do so before the firmware is in the radio.
 bool AutomaticUpgrade::CheckSavedCalibration() {
-  const std::optional<radiodb::DataFile> file = ReadSoundFile(session_, saved_.calibration_file);
+  const std::optional<radiodb::DataFile> file =
+      ReadCheckedDataFile(session_, saved_.calibration_file);
   if (!file) return FailWith("The saved data could not be verified", Failure::kFile);
   const std::string data =
       GetCalibrationData(*file, CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type}));
@@ -242,7 +243,8 @@ bool AutomaticUpgrade::ConvertCalibration() {
     return true;
   }
   constexpr std::string_view kFailed = "Could not upgrade calibration data";
-  const std::optional<radiodb::DataFile> file = ReadSoundFile(session_, saved_.calibration_file);
+  const std::optional<radiodb::DataFile> file =
+      ReadCheckedDataFile(session_, saved_.calibration_file);
   if (!file) return FailWith(kFailed, Failure::kFile);
   const std::string item = CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type});
   std::string data = GetCalibrationData(*file, item);

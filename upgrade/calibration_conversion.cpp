@@ -11,8 +11,8 @@
 #include "services/messages.h"
 #include "services/paths.h"
 #include "upgrade/calibration_steps.h"
+#include "upgrade/checked_data_file.h"
 #include "upgrade/personality_data.h"
-#include "upgrade/sound_file.h"
 
 namespace zep::upgrade {
 namespace {
@@ -164,7 +164,7 @@ bool AddCalibrationDataToFile(Session& session, const std::string& path, std::st
 }
 
 bool ConvertCalibrationFile(Session& session, const CalibrationRequest& request) {
-  const std::optional<radiodb::DataFile> file = ReadSoundFile(session, request.saved_file);
+  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, request.saved_file);
   if (!file) return false;
   const std::string item = CalibrationItemIn(*file, ModelOf(*file));
   std::string data = GetCalibrationData(*file, item);

@@ -7,8 +7,8 @@
 #include "radiodb/radio_models.h"
 #include "services/messages.h"
 #include "services/radio_model.h"
+#include "upgrade/checked_data_file.h"
 #include "upgrade/personality_data.h"
-#include "upgrade/sound_file.h"
 
 namespace zep::upgrade {
 namespace {
@@ -71,9 +71,9 @@ int DatabaseVersionOf(const radiodb::DataFileCheck& check) {
 
 std::optional<DataFileDifferences> CompareDataFiles(Session& session, const std::string& before,
                                                     const std::string& after) {
-  const std::optional<radiodb::DataFile> old_file = ReadSoundFile(session, before);
+  const std::optional<radiodb::DataFile> old_file = ReadCheckedDataFile(session, before);
   if (!old_file) return std::nullopt;
-  const std::optional<radiodb::DataFile> new_file = ReadSoundFile(session, after);
+  const std::optional<radiodb::DataFile> new_file = ReadCheckedDataFile(session, after);
   if (!new_file) return std::nullopt;
   const radiodb::DataFileCheck old_check = radiodb::CheckDataFile(session, *old_file);
   const radiodb::DataFileCheck new_check = radiodb::CheckDataFile(session, *new_file);

@@ -9,10 +9,10 @@
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/paths.h"
+#include "upgrade/checked_data_file.h"
 #include "upgrade/firmware_selection.h"
 #include "upgrade/personality_steps.h"
 #include "upgrade/saved_data.h"
-#include "upgrade/sound_file.h"
 
 namespace zep::upgrade {
 namespace {
@@ -70,7 +70,7 @@ std::optional<std::string> LocateDefaultSettings(Session& session, UpgradeLog& l
 
 std::optional<PersonalityData> ReadDefaultSettings(Session& session, UpgradeLog& log,
                                                    const std::string& path) {
-  const std::optional<radiodb::DataFile> file = ReadSoundFile(session, path);
+  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
   const std::optional<radiodb::FileIdentity> identity =
       file ? radiodb::FindFileIdentity(*file) : std::nullopt;
   const bool is_calibration = identity && identity->is_calibration;

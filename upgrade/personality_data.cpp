@@ -10,7 +10,7 @@
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "upgrade/sound_file.h"
+#include "upgrade/checked_data_file.h"
 
 namespace zep::upgrade {
 namespace {
@@ -95,7 +95,7 @@ class NetworkWriter {
 }  // namespace
 
 std::optional<PersonalityData> ReadDatabase(services::Session& session, const std::string& path) {
-  const std::optional<radiodb::DataFile> file = ReadSoundFile(session, path);
+  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
   if (!file) return std::nullopt;
   return ItemsOf(session, *file);
 }

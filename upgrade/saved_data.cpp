@@ -5,16 +5,16 @@
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "platform/files.h"
-#include "radiodb/command_line.h"
 #include "radiodb/data_file_reader.h"
 #include "radiodb/data_files.h"
 #include "radiodb/item_records.h"
+#include "radiodb/radio_commands.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/paths.h"
 #include "services/text_lines.h"
+#include "upgrade/checked_data_file.h"
 #include "upgrade/personality_data.h"
-#include "upgrade/sound_file.h"
 
 namespace zep::upgrade {
 namespace {
@@ -119,7 +119,7 @@ bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_cal
     services::ReportError(session, error, "SecureSavedData");
     return false;
   }
-  const std::optional<radiodb::DataFile> file = ReadSoundFile(session, path);
+  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
   if (!file) return false;
   const Origin origin = OriginOf(radiodb::CheckDataFile(session, *file));
   const Origin radio = OriginOf(db, is_calibration);

@@ -1,4 +1,4 @@
-#include "services/application.h"
+#include "services/foundation.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "radiodb/command_line.h"
+#include "radiodb/radio_commands.h"
 
 #include "link/byte_exchange.h"
 

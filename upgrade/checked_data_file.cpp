@@ -1,4 +1,4 @@
-#include "upgrade/sound_file.h"
+#include "upgrade/checked_data_file.h"
 
 #include <algorithm>
 #include <cctype>
@@ -16,8 +16,8 @@ std::string UpperCase(std::string text) {
 
 }  // namespace
 
-std::optional<radiodb::DataFile> ReadSoundFile(services::Session& session,
-                                               const std::string& path) {
+std::optional<radiodb::DataFile> ReadCheckedDataFile(services::Session& session,
+                                                     const std::string& path) {
   std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(session, path);
   if (!file) return std::nullopt;
   for (radiodb::DataFileLine& line : file->lines) {
