@@ -91,11 +91,11 @@ bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
   const bool complete = ProgramFile(db, view, file);
   CloseRadio(db.link, view);
   if (!complete && db.writing_begun) {
-    NLSMsgBox(session,
-              NLSFmt(session,
-                     "The radio may hold only part of the data now. Please program %0:s again.",
-                     {file}),
-              {.icon = services::Icon::kCritical});
+    NLSMsgBox(
+        session,
+        NLSFmt(session, "The radio may hold only part of the data now. Please program %0:s again.",
+               {file}),
+        {.icon = services::Icon::kCritical});
   }
   return complete;
 }

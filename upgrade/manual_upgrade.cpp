@@ -13,6 +13,7 @@
 #include "services/messages.h"
 #include "services/paths.h"
 #include "upgrade/calibration_conversion.h"
+#include "upgrade/personality_conversion.h"
 #include "upgrade/saved_data.h"
 #include "upgrade/upgrade_log.h"
 
@@ -127,7 +128,7 @@ std::string CalibrationForRadio(Work& work) {
   }
   const CalibrationRequest request{
       .saved_file = work.saved.calibration_file,
-      .converted_file = UpgradeFolder(session) + services::FileTitleOf(work.saved.calibration_file),
+      .converted_file = ConvertedFileOf(session, work.saved.calibration_file),
       .old_version = before,
       .new_version = now,
   };

@@ -1,7 +1,5 @@
 #include "upgrade/personality_conversion.h"
 
-#include <functional>
-
 #include "platform/files.h"
 #include "radiodb/data_file_reader.h"
 #include "radiodb/data_files.h"
@@ -31,17 +29,29 @@ std::string DefaultSettingsName(const Session& session) {
   return "default" + radiodb::DatabaseExtension(session, 1);
 }
 
-// Runs work on the data and appends what it changes, between these versions, to changes.
-void Watch(PersonalityData& data, int old_version, int new_version, const std::string& reason,
-           std::vector<Change>& changes, const std::function<void()>& work) {
-  const PersonalityData before = data;
-  work();
+// What a step, or the recording of the version, has made of the data before it.
+struct Stage {
+  const PersonalityData& before;
+  int old_version;
+  int new_version;
+  std::string reason;
+};
+
+void CollectChanges(const Stage& stage, const PersonalityData& data, std::vector<Change>& changes) {
   for (std::size_t at = 0; at < data.networks.size(); ++at) {
     for (ItemDifference& difference :
-         CompareItems(static_cast<int>(at + 1), before.networks[at].items, old_version,
-                      data.networks[at].items, new_version)) {
-      changes.push_back({std::move(difference), reason});
+         CompareItems(static_cast<int>(at + 1), stage.before.networks[at].items, stage.old_version,
+                      data.networks[at].items, stage.new_version)) {
+      changes.push_back({std::move(difference), stage.reason});
     }
+  }
+}
+
+void ApplyStep(Session& session, UpgradeLog& log, const PersonalityStep& step,
+               const ItemArray& defaults, PersonalityData& data) {
+  if (step.convert == nullptr) return;
+  for (PersonalityNetwork& network : data.networks) {
+    step.convert({session, log, network.items, defaults});
   }
 }
 
@@ -148,26 +158,28 @@ std::string ConvertedFileOf(const Session& session, const std::string& saved_fil
 
 int ConvertDatabase(Session& session, UpgradeLog& log, const DatabaseConversion& conversion,
                     PersonalityData& data) {
-  int current = conversion.old_version;
-  const auto change = [&](int to, const std::string& reason, const std::function<void()>& work) {
-    if (conversion.changes == nullptr) return work();
-    Watch(data, current, to, reason, *conversion.changes, work);
+  // Only a trial run compares.
+  PersonalityData before;
+  const auto begin = [&] {
+    if (conversion.changes != nullptr) before = data;
   };
+  const auto end = [&](int from, int to, const std::string& reason) {
+    if (conversion.changes == nullptr) return;
+    CollectChanges({before, from, to, reason}, data, *conversion.changes);
+  };
+  int current = conversion.old_version;
   for (const PersonalityStep& step : PersonalitySteps()) {
     if (conversion.new_version < step.version || current >= step.version) continue;
-    change(step.version,
-           NLSFmt(session, "conversion to database version %0:s", {VersionText(step.version)}),
-           [&] {
-             if (step.convert == nullptr) return;
-             for (PersonalityNetwork& network : data.networks) {
-               step.convert({session, log, network.items, conversion.defaults});
-             }
-           });
+    begin();
+    ApplyStep(session, log, step, conversion.defaults, data);
+    end(current, step.version,
+        NLSFmt(session, "conversion to database version %0:s", {VersionText(step.version)}));
     current = step.version;
   }
   if (conversion.old_version != conversion.new_version) {
-    change(current, NLSFmt(session, "the new database version"),
-           [&] { RecordVersion(data.networks.front().items, conversion.version_text); });
+    begin();
+    RecordVersion(data.networks.front().items, conversion.version_text);
+    end(current, current, NLSFmt(session, "the new database version"));
   }
   return current;
 }
