@@ -7,6 +7,7 @@
 #include "radiodb/radio_identity.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
+#include "services/paths.h"
 #include "upgrade/calibration_conversion.h"
 #include "upgrade/checked_data_file.h"
 #include "upgrade/personality_conversion.h"
@@ -72,6 +73,11 @@ bool MayWrite(Program& program, const ConvertOptions& options) {
     return refuse(NLSText("%0:s holds the default settings and stays as it is. Please give the new "
                           "file another name."),
                   options.default_file);
+  }
+  const std::string folder = services::FolderOf(AbsoluteName(options.converted_file));
+  if (!options.dry_run && !platform::IsFolder(folder)) {
+    return refuse(
+        NLSText("There is no folder %0:s. Please make the folder, or choose another one."), folder);
   }
   if (options.dry_run || !platform::FileExists(options.converted_file)) return true;
   if (!services::MayWriteFile(program.session, options.converted_file)) return false;

@@ -237,7 +237,9 @@ SystemError MakeFolders(const std::string& path) {
   std::error_code code;
   fs::create_directories(NativePath(path), code);
   if (!code && !IsFolder(path)) code = std::make_error_code(std::errc::not_a_directory);
-  return code ? FileError(code, path, Use::kWriting) : SystemError{};
+  if (!code) return {};
+  // Without a separator at its end, the folder above is the one in which it was to be made.
+  return FileError(code, Utf8Path((NativePath(path) / "").parent_path()), Use::kWriting);
 }
 
 SystemError RenameFile(const std::string& from, const std::string& to) {
