@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <functional>
 
 #include "cli/command.h"
 #include "cli/difference_report.h"
@@ -79,11 +80,24 @@ bool MayWrite(Program& program, const ConvertOptions& options) {
     return refuse(
         NLSText("There is no folder %0:s. Please make the folder, or choose another one."), folder);
   }
-  if (options.dry_run || !platform::FileExists(options.converted_file)) return true;
-  if (!services::MayWriteFile(program.session, options.converted_file)) return false;
-  const platform::FileCopy copy =
-      platform::KeepCopy(options.converted_file, options.converted_file + ".bak");
-  return !copy.error || RefuseFile(program.session, copy.error, "KeepCopy");
+  return options.dry_run || services::MayWriteFile(program.session, options.converted_file);
+}
+
+// Converts into OUT, of which a copy stays when it held something else.
+ExitStatus KeepFormer(Program& program, const ConvertOptions& options,
+                      const std::function<bool()>& convert) {
+  const std::string& file = options.converted_file;
+  platform::FileCopy copy;
+  if (!options.dry_run && platform::FileSize(file).value_or(0) > 0) {
+    copy = platform::KeepCopy(file, file + ".bak");
+    if (copy.error) {
+      RefuseFile(program.session, copy.error, "KeepCopy");
+      return program.JobStatus(false);
+    }
+  }
+  const bool done = convert();
+  if (copy.is_new && platform::HaveSameContents(file, copy.path)) platform::RemoveFile(copy.path);
+  return program.JobStatus(done);
 }
 
 ExitStatus Finish(Program& program, const ConvertOptions& options, const Versions& versions,
@@ -174,7 +188,9 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
       .default_file = AbsoluteName(options.default_file),
       .changes = options.dry_run ? &changes : nullptr,
   };
-  if (!ConvertPersonalityData(session, log, request)) return program.JobStatus(false);
+  const ExitStatus status =
+      KeepFormer(program, options, [&] { return ConvertPersonalityData(session, log, request); });
+  if (status != ExitStatus::kDone) return status;
   ShowRemarks(program, log);
   return Finish(program, options, *versions, changes);
 }
@@ -204,7 +220,9 @@ ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
       .new_version = versions->to,
       .changes = options.dry_run ? &changes : nullptr,
   };
-  if (!ConvertCalibrationFile(session, request)) return program.JobStatus(false);
+  const ExitStatus status =
+      KeepFormer(program, options, [&] { return ConvertCalibrationFile(session, request); });
+  if (status != ExitStatus::kDone) return status;
   return Finish(program, options, *versions, changes);
 }
 

@@ -1,5 +1,6 @@
 #include "firmware/download.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "link/byte_exchange.h"
@@ -68,6 +69,12 @@ bool RecordDownload(Firmware& firmware) {
   return firmware.image.FirmwareRadioType != "Trunked" || WriteTrunkedRecord(firmware.link);
 }
 
+// Whether the flash loader ran in a radio, so that its firmware may not be what it was.
+bool HasReachedRadio(const Firmware& firmware) {
+  return std::ranges::any_of(firmware.labels,
+                             [](const link::SlotLabels& labels) { return !labels.flash.empty(); });
+}
+
 // The download with the radio's data saved before and written back after it.
 bool DownloadAroundData(Firmware& firmware, RadioDb& db, DownloadWindows& windows) {
   Session& session = firmware.link.session;
@@ -79,7 +86,7 @@ bool DownloadAroundData(Firmware& firmware, RadioDb& db, DownloadWindows& window
   }
   const bool downloaded = DownloadFirmware(firmware, windows);
   const bool written_back = downloaded && WriteDataBack(firmware, db, *saved, windows);
-  if (!written_back) radiodb::TellOfSavedFile(session, *saved);
+  if (!written_back && HasReachedRadio(firmware)) radiodb::TellOfSavedFile(session, *saved);
   // Data that the new firmware refuses is no reason to leave the radio without its record.
   return downloaded && !session.Stopped() && RecordDownload(firmware) && written_back;
 }
@@ -132,11 +139,12 @@ bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
   }
   ChooseImageFile(image, services::PathOf(choices.BinaryFilePath, choices.BinaryFileName));
   if (CheckForValidFile(session, image)) return true;
-  const std::string reason = ImageProblemText(session, InspectImage(image.FullName()));
-  return Refuse(session,
-                NLSFmt(session, "The selected file is not valid. Please select another file.") +
-                    (reason.empty() ? "" : "\n" + reason),
-                Failure::kFile);
+  std::string text = NLSFmt(session, "The selected file is not valid. Please select another file.");
+  // The reason, unless the user was told of it just now.
+  const ImageInspection inspection = InspectImage(image.FullName());
+  if (!inspection.error && inspection.problem != ImageProblem::kWrongSize)
+    text += "\n" + ImageProblemText(session, inspection);
+  return Refuse(session, text, Failure::kFile);
 }
 
 bool BrowseBinary(Firmware& firmware, DownloadChoices& choices) {

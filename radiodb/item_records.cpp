@@ -176,8 +176,8 @@ bool WriteNetwork(RadioDb& db, ReadWriteView& view, Lines lines, Progress& progr
   link::Link& link = db.link;
   if (db.identity.IsTrunked() && !ExecuteCommand(link, "d0" + std::to_string(db.current_network)))
     return false;
-  db.writing_begun = true;
   if (!ExecuteCommand(link, "b")) return false;
+  db.writing_begun = true;
   for (const DataFileLine& line : lines) {
     link.session.PumpEvents();
     if (link.session.Stopped()) return false;

@@ -241,7 +241,8 @@ struct NotedWindows final : DownloadWindows {
   bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override {
     return Note(file + std::to_string(static_cast<int>(db.transfer_kind)) + "/");
   }
-  void TransferFirmware(Firmware& /*firmware*/) override {
+  void TransferFirmware(Firmware& firmware) override {
+    firmware.labels[0].flash = "AT29C020 2MBit";
     bench.session.DownloadSucceeded = Note("firmware");
   }
 };

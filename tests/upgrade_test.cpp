@@ -322,13 +322,23 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
       EXPECT_THAT(bench.Boxes(), HasSubstr("The data of this radio is in " + kBothFiles));
       EXPECT_THAT(bench.folder.Read(kDataFile).value_or(""), HasSubstr("\r\n3000142F"));
     }
-    const std::string converted = "upgrade/10000125v0400.ops";
-    if (bench.folder.Read(converted)) {
+    if (fields[0] == "refuses a record") {
+      const std::string converted = "upgrade/10000125v0400.ops, upgrade/10000125v0100.ocs";
       last += "|The data converted for its new firmware is in " + converted;
-      EXPECT_THAT(bench.Boxes(),
-                  HasSubstr("please program the data converted for it: " + converted));
-      EXPECT_THAT(bench.folder.Read(converted + ".unfinished").value_or(""),
-                  EndsWith(bench.folder.Path(converted) + "\n"));
+      EXPECT_THAT(bench.Boxes(), HasSubstr("program the data converted for it: " + converted));
+      EXPECT_THAT(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or(""),
+                  EndsWith("upgrade/10000125v0400.ops\n" +
+                           bench.folder.Path("upgrade/10000125v0100.ocs\n")));
+      // By hand, both are needed.
+      bench.session.ClearFlags();
+      for (const auto& [kind, file] :
+           {std::pair(radiodb::TransferKind::kChosenFile, "upgrade/10000125v0400.ops"),
+            std::pair(radiodb::TransferKind::kCalibration, "upgrade/10000125v0100.ocs")}) {
+        bench.db.transfer_kind = kind;
+        EXPECT_TRUE(ProgramRadio(bench.db, bench.view, bench.folder.Path(file)));
+      }
+      EXPECT_EQ(bench.Item(0x2C).size(), 134U);
+      EXPECT_EQ(bench.Item(0x1E).size(), 625U);
     }
     EXPECT_THAT(bench.Log(), EndsWith(last + "|"));
   }
@@ -434,6 +444,11 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   bench.folder.Write("upgrade/unreadable.unfinished/file", "");
   bench.folder.Write("upgrade/10000125v0400.ops.unfinished",
                      bench.folder.Path(kDataFile) + "\n" + bench.folder.Path(kCalibrationFile));
+  // That of a run in another program, which goes on.
+  bench.folder.Write("upgrade/running.unfinished", bench.folder.Path(kDataFile) + "\n");
+  platform::LockFile other_run;
+  ASSERT_EQ(other_run.TryAcquire(bench.folder.Path("upgrade/running.unfinished.lock")),
+            platform::LockState::kAcquired);
   const std::string defaults = *bench.folder.Read("default.ops");
   // A run that ends before the download leaves the note as it was.
   for (const bool succeeds : {false, true}) {
@@ -449,7 +464,7 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
     // The data was copied, told of, and not put back.
     EXPECT_EQ(bench.Bare(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or("")),
               "database/10000125v0400.ops.unfinished\n"
-              "calibration/10000125v0100.ocs.unfinished2\n\n");
+              "calibration/10000125v0100.ocs.unfinished2\n\n\n");
     EXPECT_EQ(
         bench.Boxes().find("Please keep the copies:\n"
                            "database/10000125v0400.ops.unfinished\n"
@@ -462,6 +477,8 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   EXPECT_EQ(bench.folder.Read("calibration/10000125v0100.ocs.unfinished2"), "old calibration");
   EXPECT_THAT(bench.Boxes(), HasSubstr("The data of that radio is in 1.ops and stick/1.ocs."));
   EXPECT_THAT(bench.Boxes(), HasSubstr("upgrade/unreadable.unfinished"));
+  EXPECT_THAT(bench.Log() + bench.Boxes(), ::testing::Not(HasSubstr("running")));
+  EXPECT_FALSE(bench.folder.Read("upgrade/10000125v0400.ops.unfinished2.lock"));
   EXPECT_FALSE(bench.folder.Read("upgrade/gone.unfinished"));
   EXPECT_TRUE(bench.folder.Read("upgrade/unplugged.unfinished"));
   EXPECT_THAT(bench.Log(), HasSubstr("is gone, and its note is removed: upgrade/gone.unfinished|"));
@@ -476,8 +493,12 @@ TEST(AutomaticUpgrade, EndsTheNoteOfAnUnfinishedRunWhoseDataIsBackInTheRadio) {
   for (const char* file : {kDataFile, kCalibrationFile})
     note += again.folder.Write(file, *bench.folder.Read(file)) + "\n";
   again.folder.Write("upgrade/10000125v0400.ops.unfinished", note);
+  // Another radio may hold the same data.
+  again.folder.Write("upgrade/10000126v0400.ops.unfinished",
+                     again.folder.Write("10000126v0400.ops", *bench.folder.Read(kDataFile)));
   EXPECT_EQ(again.Upgrade(), "succeeded 0");
   EXPECT_FALSE(again.Note());
+  EXPECT_TRUE(again.folder.Read("upgrade/10000126v0400.ops.unfinished"));
 }
 
 TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
@@ -501,7 +522,7 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
     SavedData saved{std::filesystem::relative(bench.db.data_file), bench.db.calibration_file};
     EXPECT_EQ(SecureSavedData(bench.db, saved), relied_on);
     EXPECT_EQ(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or(""),
-              relied_on ? bench.db.data_file + "\n" + bench.db.calibration_file + "\n\n" : "");
+              relied_on ? bench.db.data_file + "\n" + bench.db.calibration_file + "\n\n\n" : "");
     EXPECT_THAT(bench.Boxes(), HasSubstr(fields[4]));
     EXPECT_THAT(bench.Boxes(), HasSubstr(relied_on ? "" : "so the radio keeps its firmware"));
   }

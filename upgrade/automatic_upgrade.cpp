@@ -74,6 +74,7 @@ UpgradeOutcome AutomaticUpgrade::Upgrade() {
   } else if (!download_started_) {
     DropNote(saved_);
   }
+  LeaveNote(saved_);
   TidyUp(link_);
   return outcome;
 }
@@ -195,8 +196,10 @@ bool AutomaticUpgrade::Convert() {
   const bool converted = ConvertPersonalityData(session_, log_, request);
   for (std::size_t at = old_remarks; at < log_.Remarks().size(); ++at)
     view_.ShowStatus(log_.Remarks()[at]);
-  return converted && NoteConvertedFile(session_, saved_, request.converted_file) &&
-         run_.MayGoOn() && ConvertCalibration();
+  if (!converted || !run_.MayGoOn() || !ConvertCalibration()) return false;
+  saved_.converted_file = request.converted_file;
+  NoteConvertedFiles(log_, saved_);
+  return true;
 }
 
 // What came back after the download has to be able to take the saved data.
@@ -254,9 +257,20 @@ bool AutomaticUpgrade::ConvertCalibration() {
     return FailWith(kFailed, Failure::kFile);
   }
   log_.Log("Calibration data version is now " + new_text);
-  return AddCalibrationDataToFile(session_, ConvertedFileOf(session_, saved_.data_file), item,
-                                  data) ||
-         FailWith(kFailed, Failure::kFile);
+  // Programmed by hand, the data file leaves calibration alone, so there is a file of it, too.
+  const CalibrationRequest request{
+      .saved_file = saved_.calibration_file,
+      .converted_file = ConvertedFileOf(session_, saved_.calibration_file),
+      .old_version = VersionNumber(old_calibration_version_),
+      .new_version = VersionNumber(db_.identity.calibration_version),
+  };
+  if (!AddCalibrationDataToFile(session_, ConvertedFileOf(session_, saved_.data_file), item,
+                                data) ||
+      !ConvertCalibrationFile(session_, request)) {
+    return FailWith(kFailed, Failure::kFile);
+  }
+  saved_.converted_calibration = request.converted_file;
+  return true;
 }
 
 bool AutomaticUpgrade::Reprogram() {

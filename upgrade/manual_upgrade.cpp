@@ -235,6 +235,7 @@ bool ManualUpgrade::Upgrade(const UpgradeSelections& selections) {
     ReportUnexpectedError(session, work.log, error);
   }
   if (!done && !work.download_started) DropNote(work.saved);
+  LeaveNote(work.saved);
   if (!done && work.download_started && work.HasData()) {
     TellOfSavedData(session, work.log, work.saved);
   }

@@ -60,7 +60,7 @@ bool RefuseVersion(Session& session, int version) {
       version < kOldestDatabase
           ? services::NLSText(
                 "Personality data cannot be converted to the database version %0:s. "
-                "Please use firmware with a newer database.")
+                "There are the versions 205 to 405.")
           : services::NLSText(
                 "Personality data cannot be converted to the database version %0:s. "
                 "Please use a newer version of this application.");

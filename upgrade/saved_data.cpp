@@ -53,14 +53,23 @@ struct Note {
   SavedData saved;
 };
 
+std::string LockOf(const std::string& note) { return note + ".lock"; }
+
+// Whether the run that has made the note goes on, in this program or another.
+bool IsRunning(const std::string& note) {
+  platform::LockFile lock;
+  return platform::FileExists(LockOf(note)) &&
+         lock.TryAcquire(LockOf(note)) == platform::LockState::kHeldByAnother;
+}
+
 Note ReadNote(const std::string& path) {
   const platform::FileContents contents = platform::ReadWholeFile(path);
-  Note note{contents.error,
-            {.data_file = {}, .calibration_file = {}, .converted_file = {}, .note = path}};
+  Note note{contents.error, {.data_file = {}, .calibration_file = {}, .note = path}};
   services::ForEachLine(contents.bytes, [&note](std::string_view line, int number) {
     if (number == 1) note.saved.data_file = line;
     if (number == 2) note.saved.calibration_file = line;
     if (number == 3) note.saved.converted_file = line;
+    if (number == 4) note.saved.converted_calibration = line;
   });
   return note;
 }
@@ -69,7 +78,8 @@ std::vector<Note> FindNotes(const Session& session) {
   std::vector<Note> notes;
   const std::string folder = UpgradeFolder(session);
   for (const std::string& name : platform::ListFolder(folder)) {
-    if (IsCalled(name, kUnfinished)) notes.push_back(ReadNote(folder + name));
+    const std::string path = folder + name;
+    if (IsCalled(name, kUnfinished) && !IsRunning(path)) notes.push_back(ReadNote(path));
   }
   return notes;
 }
@@ -191,28 +201,29 @@ bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
   return false;
 }
 
-bool WriteNote(Session& session, const SavedData& saved) {
-  const auto line = [](const std::string& path) {
-    return (path.empty() ? path : platform::AbsolutePath(path)) + "\n";
-  };
-  platform::SystemError error = platform::MakeFolders(services::FolderOf(saved.note));
-  if (!error) {
-    error =
-        platform::WriteWholeFile(saved.note, line(saved.data_file) + line(saved.calibration_file) +
-                                                 line(saved.converted_file));
+platform::SystemError WriteNote(const SavedData& saved) {
+  std::string text;
+  for (const std::string& path : {saved.data_file, saved.calibration_file, saved.converted_file,
+                                  saved.converted_calibration}) {
+    text += (path.empty() ? path : platform::AbsolutePath(path)) + "\n";
   }
-  return !error || RefuseFile(session, error, "SecureSavedData");
+  return platform::WriteWholeFile(saved.note, text);
 }
 
 // Under a name of its own: the notes of earlier runs stay.
 bool MakeNote(Session& session, SavedData& saved) {
   const std::string path = UpgradeFolder(session) + services::FileTitleOf(MainFile(saved));
+  platform::SystemError error = platform::MakeFolders(UpgradeFolder(session));
   int number = 1;
   while (IsTaken(UnfinishedName(path, number))) ++number;
   saved.note = UnfinishedName(path, number);
-  if (WriteNote(session, saved)) return true;
+  saved.running = std::make_shared<platform::LockFile>();
+  if (!error) saved.running->TryAcquire(LockOf(saved.note));
+  if (!error) error = WriteNote(saved);
+  if (!error) return true;
+  LeaveNote(saved);
   saved.note.clear();
-  return false;
+  return RefuseFile(session, error, "SecureSavedData");
 }
 
 // Copies the file, unless there is such a copy already; path is the copy's then.
@@ -240,14 +251,18 @@ bool PutAside(Session& session, UpgradeLog& log, const SavedData& saved) {
   SavedData kept = saved;
   std::string copies;
   for (std::string SavedData::*file :
-       {&SavedData::data_file, &SavedData::calibration_file, &SavedData::converted_file}) {
+       {&SavedData::data_file, &SavedData::calibration_file, &SavedData::converted_file,
+        &SavedData::converted_calibration}) {
     if (!platform::FileExists(kept.*file)) continue;
-    const bool is_converted = file == &SavedData::converted_file;
+    const bool is_converted =
+        file == &SavedData::converted_file || file == &SavedData::converted_calibration;
     if (!KeepCopy(session, log, is_converted ? kConverted : kUnfinished, kept.*file)) return false;
     if (kept.*file != saved.*file) copies += "\n" + kept.*file;
   }
   if (copies.empty()) return true;
-  if (!WriteNote(session, kept)) return false;
+  // A note that is another user's stays as it is, and there is a further one.
+  if (WriteNote(kept) && !MakeNote(session, kept)) return false;
+  if (kept.running) LeaveNote(kept);
   NLSMsgBox(session, NLSFmt(session,
                             "The data of the unfinished upgrade was copied, so that this upgrade "
                             "does not replace it. Please keep the copies:%0:s",
@@ -264,13 +279,16 @@ bool Secure(const radiodb::RadioDb& db, SavedData& saved) {
 
 // A further sentence about data that was converted already, also for the log.
 std::string WhatToProgram(const Session& session, UpgradeLog& log, const SavedData& saved) {
-  const std::string& file = saved.converted_file;
-  if (file.empty() || !platform::FileExists(file)) return {};
-  log.Log("The data converted for its new firmware is in " + file);
+  std::string files;
+  for (const std::string& file : {saved.converted_file, saved.converted_calibration}) {
+    if (!file.empty() && platform::FileExists(file)) files += (files.empty() ? "" : ", ") + file;
+  }
+  if (files.empty()) return {};
+  log.Log("The data converted for its new firmware is in " + files);
   return "\n" + NLSFmt(session,
                        "When the radio has its new firmware, please program the data converted for "
                        "it: %0:s.",
-                       {file});
+                       {files});
 }
 
 }  // namespace
@@ -290,24 +308,34 @@ bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved) {
                 services::Failure::kFile);
 }
 
-void DropNote(const SavedData& saved) {
+void NoteConvertedFiles(UpgradeLog& log, const SavedData& saved) {
+  if (const platform::SystemError error = WriteNote(saved)) {
+    log.Log("The note of this upgrade stays as it was: " + error.description);
+  }
+}
+
+void LeaveNote(SavedData& saved) {
+  if (!saved.running) return;
+  saved.running.reset();
+  platform::RemoveFile(LockOf(saved.note));
+}
+
+void DropNote(SavedData& saved) {
+  LeaveNote(saved);
   if (!saved.note.empty()) platform::RemoveFile(saved.note);
 }
 
-bool NoteConvertedFile(Session& session, SavedData& saved, const std::string& file) {
-  saved.converted_file = file;
-  return WriteNote(session, saved);
-}
-
-void EndNotes(const Session& session, const SavedData& saved) {
+void EndNotes(const Session& session, SavedData& saved) {
+  // A data file's name begins with the radio's serial number, a copy's with that of the file.
   const auto is_back = [](const std::string& noted, const std::string& file) {
-    return noted.empty() || platform::HaveSameContents(noted, file);
+    return noted.empty() ||
+           (services::FileTitleOf(noted).starts_with(services::FileTitleOf(file)) &&
+            platform::HaveSameContents(noted, file));
   };
   DropNote(saved);
-  for (const Note& note : FindNotes(session)) {
-    const auto& [data_file, calibration_file, converted_file, path] = note.saved;
-    if (!note.error && is_back(data_file, saved.data_file) &&
-        is_back(calibration_file, saved.calibration_file)) {
+  for (Note& note : FindNotes(session)) {
+    if (!note.error && is_back(note.saved.data_file, saved.data_file) &&
+        is_back(note.saved.calibration_file, saved.calibration_file)) {
       DropNote(note.saved);
     }
   }
@@ -315,7 +343,9 @@ void EndNotes(const Session& session, const SavedData& saved) {
 
 void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
   for (const Note& note : FindNotes(session)) {
-    const auto& [data_file, calibration_file, converted_file, path] = note.saved;
+    const std::string& data_file = note.saved.data_file;
+    const std::string& calibration_file = note.saved.calibration_file;
+    const std::string& path = note.saved.note;
     if (note.error) {
       log.Log("The note of an unfinished upgrade cannot be read: " + path);
       services::ReportError(session, note.error, "TellOfUnfinishedUpgrades");
