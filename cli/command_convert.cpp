@@ -60,9 +60,9 @@ std::optional<Versions> TypedVersions(Program& program, const ConvertOptions& op
 }
 
 bool MayWrite(Program& program, const ConvertOptions& options) {
-  const auto refuse = [&program](std::string_view text, const std::string& file) {
-    return Refuse(program.session, NLSFmt(program.session, text, {file}),
-                  services::Failure::kRefused);
+  const auto refuse = [&program](std::string_view text, const std::string& file,
+                                 services::Failure why = services::Failure::kRefused) {
+    return Refuse(program.session, NLSFmt(program.session, text, {file}), why);
   };
   if (platform::IsSameFile(options.saved_file, options.converted_file)) {
     return refuse(NLSText("%0:s is the file to convert and stays as it is. Please give the new "
@@ -78,7 +78,8 @@ bool MayWrite(Program& program, const ConvertOptions& options) {
   const std::string folder = services::FolderOf(AbsoluteName(options.converted_file));
   if (!options.dry_run && !platform::IsFolder(folder)) {
     return refuse(
-        NLSText("There is no folder %0:s. Please make the folder, or choose another one."), folder);
+        NLSText("There is no folder %0:s. Please make the folder, or choose another one."), folder,
+        services::Failure::kFile);
   }
   return options.dry_run || services::MayWriteFile(program.session, options.converted_file);
 }
@@ -176,7 +177,8 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
   if (!versions) return ExitStatus::kUsage;
   if (identity && !IsOfVersion(session, options, *identity, versions->from))
     return ExitStatus::kRefused;
-  if (!MayGoBack(session, *versions) || !MayWrite(program, options)) return ExitStatus::kRefused;
+  if (!MayGoBack(session, *versions) || !MayWrite(program, options))
+    return program.JobStatus(false);
 
   std::vector<upgrade::Change> changes;
   upgrade::UpgradeLog log(session, options.dry_run ? "" : upgrade::UpgradeLogFile(session));
@@ -210,7 +212,7 @@ ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
   const std::optional<Versions> versions = TypedVersions(
       program, options, upgrade::CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
   if (!versions) return ExitStatus::kUsage;
-  if (!MayWrite(program, options)) return ExitStatus::kRefused;
+  if (!MayWrite(program, options)) return program.JobStatus(false);
 
   std::vector<upgrade::Change> changes;
   const upgrade::CalibrationRequest request{

@@ -109,6 +109,15 @@ std::string PathInFolder(Session& session, const std::string& folder, const std:
 // Whether the file may be made, or made anew.
 bool MayMake(const RadioDb& db, const std::string& path, std::string_view question) {
   if (path.empty()) return false;
+  const bool is_in_use = std::ranges::any_of(
+      db.files_in_use, [&](const std::string& file) { return platform::IsSameFile(file, path); });
+  if (is_in_use) {
+    return Refuse(
+        db.link.session,
+        NLSFmt(db.link.session,
+               "An upgrade that is running uses %0:s. Please wait until it has ended.", {path}),
+        Failure::kRefused);
+  }
   return db.overwrite_allowed || !platform::FileExists(path) ||
          UserSaysYes(db.link.session, question);
 }
@@ -287,11 +296,12 @@ bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file) {
          CheckRecords(session, file);
 }
 
-void TellOfSavedFile(Session& session, const std::string& file) {
+void TellOfSavedFile(Session& session, const std::string& file, std::string_view further) {
   NLSMsgBox(session, NLSFmt(session,
                             "The data of this radio is in %0:s. Please keep this file until the "
                             "radio has its data back.",
-                            {file}));
+                            {file})
+                         .append(further));
 }
 
 }  // namespace zep::radiodb

@@ -56,7 +56,9 @@ bool OpenReadFiles(RadioDb& db, ReadFiles& files);
 // session.failure set, when the file must not be programmed.
 bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file);
 
-// Tells the user where the data of a radio is that could not be written back.
-void TellOfSavedFile(services::Session& session, const std::string& file);
+// Tells the user where the data of a radio is that could not be written back, and what further
+// says.
+void TellOfSavedFile(services::Session& session, const std::string& file,
+                     std::string_view further = {});
 
 }  // namespace zep::radiodb

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "link/port_set.h"
 #include "radiodb/radio_identity.h"
@@ -30,6 +31,8 @@ struct RadioDb {
 
   // Default-named files replace existing ones without a question.
   bool overwrite_allowed = false;
+  // Files that an upgrade in another program relies on; a read makes none of them anew.
+  std::vector<std::string> files_in_use;
   // Folders for default-named files; empty: those of the settings.
   std::string database_folder;
   std::string calibration_folder;

@@ -242,7 +242,7 @@ struct NotedWindows final : DownloadWindows {
     return Note(file + std::to_string(static_cast<int>(db.transfer_kind)) + "/");
   }
   void TransferFirmware(Firmware& firmware) override {
-    firmware.labels[0].flash = "AT29C020 2MBit";
+    firmware.labels[0].micro = "A1";
     bench.session.DownloadSucceeded = Note("firmware");
   }
 };

@@ -445,7 +445,7 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   bench.folder.Write("upgrade/10000125v0400.ops.unfinished",
                      bench.folder.Path(kDataFile) + "\n" + bench.folder.Path(kCalibrationFile));
   // That of a run in another program, which goes on.
-  bench.folder.Write("upgrade/running.unfinished", bench.folder.Path(kDataFile) + "\n");
+  bench.folder.Write("upgrade/running.unfinished", bench.folder.Path("database/other.ops"));
   platform::LockFile other_run;
   ASSERT_EQ(other_run.TryAcquire(bench.folder.Path("upgrade/running.unfinished.lock")),
             platform::LockState::kAcquired);
@@ -479,9 +479,18 @@ TEST(AutomaticUpgrade, TellsOfAnUnfinishedRunAndKeepsItsData) {
   EXPECT_THAT(bench.Boxes(), HasSubstr("upgrade/unreadable.unfinished"));
   EXPECT_THAT(bench.Log() + bench.Boxes(), ::testing::Not(HasSubstr("running")));
   EXPECT_FALSE(bench.folder.Read("upgrade/10000125v0400.ops.unfinished2.lock"));
-  EXPECT_FALSE(bench.folder.Read("upgrade/gone.unfinished"));
-  EXPECT_TRUE(bench.folder.Read("upgrade/unplugged.unfinished"));
-  EXPECT_THAT(bench.Log(), HasSubstr("is gone, and its note is removed: upgrade/gone.unfinished|"));
+}
+
+TEST(AutomaticUpgrade, WritesOverNoFileOfARunThatGoesOn) {
+  UpgradeBench bench("", "write database/10000125v0400.ops its data");
+  bench.folder.Write("upgrade/running.unfinished", bench.folder.Path(kDataFile));
+  platform::LockFile other_run;
+  other_run.TryAcquire(bench.folder.Path("upgrade/running.unfinished.lock"));
+  EXPECT_EQ(bench.Upgrade(), "failed 1");
+  EXPECT_THAT(bench.Boxes(),
+              StartsWith("critical An upgrade that is running uses " + std::string(kDataFile)));
+  EXPECT_EQ(bench.folder.Read(kDataFile), "its data");
+  EXPECT_FALSE(bench.Flashed());
 }
 
 TEST(AutomaticUpgrade, EndsTheNoteOfAnUnfinishedRunWhoseDataIsBackInTheRadio) {

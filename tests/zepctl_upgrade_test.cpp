@@ -165,7 +165,7 @@ TEST(ZepctlConvert, ConvertsFilesOrShowsWhatWouldChange) {
         "personality F/old.ops F/default.ops --to 405 --defaults F/default.ops --yes|1||",
         "personality F/old.ops F/new --to 405 --defaults F/old.ocs|6||",
         "personality F/old.ops F/new --to 204|1||",
-        "personality F/old.ops F/none/new --to 405 --defaults F/default.ops|1||"}) {
+        "personality F/old.ops F/none/new --to 405 --defaults F/default.ops|6||"}) {
     SCOPED_TRACE(row);
     const std::vector<std::string> fields = testing::Fields(row);
     Bench bench;

@@ -132,7 +132,10 @@ std::string CalibrationForRadio(Work& work) {
       .old_version = before,
       .new_version = now,
   };
-  return ConvertCalibrationFile(session, request) ? request.converted_file : std::string();
+  if (!ConvertCalibrationFile(session, request)) return {};
+  work.saved.converted_calibration = request.converted_file;
+  NoteConvertedFiles(work.log, work.saved);
+  return request.converted_file;
 }
 
 bool WriteBackCalibration(Work& work) {

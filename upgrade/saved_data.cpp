@@ -49,6 +49,7 @@ const std::string& MainFile(const SavedData& saved) {
 
 // What an unfinished run has left behind.
 struct Note {
+  bool is_running = false;      // the run that made it goes on
   platform::SystemError error;  // why it cannot be read
   SavedData saved;
 };
@@ -64,7 +65,8 @@ bool IsRunning(const std::string& note) {
 
 Note ReadNote(const std::string& path) {
   const platform::FileContents contents = platform::ReadWholeFile(path);
-  Note note{contents.error, {.data_file = {}, .calibration_file = {}, .note = path}};
+  Note note{
+      IsRunning(path), contents.error, {.data_file = {}, .calibration_file = {}, .note = path}};
   services::ForEachLine(contents.bytes, [&note](std::string_view line, int number) {
     if (number == 1) note.saved.data_file = line;
     if (number == 2) note.saved.calibration_file = line;
@@ -74,12 +76,13 @@ Note ReadNote(const std::string& path) {
   return note;
 }
 
-std::vector<Note> FindNotes(const Session& session) {
+std::vector<Note> FindNotes(const Session& session, bool running = false) {
   std::vector<Note> notes;
   const std::string folder = UpgradeFolder(session);
   for (const std::string& name : platform::ListFolder(folder)) {
-    const std::string path = folder + name;
-    if (IsCalled(name, kUnfinished) && !IsRunning(path)) notes.push_back(ReadNote(path));
+    if (!IsCalled(name, kUnfinished)) continue;
+    Note note = ReadNote(folder + name);
+    if (note.is_running == running) notes.push_back(std::move(note));
   }
   return notes;
 }
@@ -214,11 +217,14 @@ platform::SystemError WriteNote(const SavedData& saved) {
 bool MakeNote(Session& session, SavedData& saved) {
   const std::string path = UpgradeFolder(session) + services::FileTitleOf(MainFile(saved));
   platform::SystemError error = platform::MakeFolders(UpgradeFolder(session));
-  int number = 1;
-  while (IsTaken(UnfinishedName(path, number))) ++number;
-  saved.note = UnfinishedName(path, number);
   saved.running = std::make_shared<platform::LockFile>();
-  if (!error) saved.running->TryAcquire(LockOf(saved.note));
+  for (int number = 1; !error; ++number) {
+    saved.note = UnfinishedName(path, number);
+    if (!IsTaken(saved.note) &&
+        saved.running->TryAcquire(LockOf(saved.note)) != platform::LockState::kHeldByAnother) {
+      break;
+    }
+  }
   if (!error) error = WriteNote(saved);
   if (!error) return true;
   LeaveNote(saved);
@@ -246,6 +252,11 @@ bool KeepCopy(Session& session, UpgradeLog& log, std::string_view extension, std
                 services::Failure::kFile);
 }
 
+bool AreSameFiles(const SavedData& a, const SavedData& b) {
+  return a.data_file == b.data_file && a.calibration_file == b.calibration_file &&
+         a.converted_file == b.converted_file && a.converted_calibration == b.converted_calibration;
+}
+
 // Puts the data that a note speaks of where nothing replaces it.
 bool PutAside(Session& session, UpgradeLog& log, const SavedData& saved) {
   SavedData kept = saved;
@@ -260,9 +271,16 @@ bool PutAside(Session& session, UpgradeLog& log, const SavedData& saved) {
     if (kept.*file != saved.*file) copies += "\n" + kept.*file;
   }
   if (copies.empty()) return true;
-  // A note that is another user's stays as it is, and there is a further one.
-  if (WriteNote(kept) && !MakeNote(session, kept)) return false;
-  if (kept.running) LeaveNote(kept);
+  if (WriteNote(kept)) {
+    // Another user's: there is to be one about the copies in its place, or beside it.
+    const std::vector<Note> notes = FindNotes(session);
+    if (std::ranges::any_of(notes,
+                            [&](const Note& note) { return AreSameFiles(note.saved, kept); }))
+      return true;
+    if (!MakeNote(session, kept)) return false;
+    LeaveNote(kept);
+    platform::RemoveFile(saved.note);
+  }
   NLSMsgBox(session, NLSFmt(session,
                             "The data of the unfinished upgrade was copied, so that this upgrade "
                             "does not replace it. Please keep the copies:%0:s",
@@ -321,15 +339,20 @@ void LeaveNote(SavedData& saved) {
 }
 
 void DropNote(SavedData& saved) {
-  LeaveNote(saved);
-  if (!saved.note.empty()) platform::RemoveFile(saved.note);
+  if (saved.note.empty()) return;
+  // First the note, so that nobody takes it for one of an unfinished run.
+  platform::RemoveFile(saved.note);
+  saved.running.reset();
+  platform::RemoveFile(LockOf(saved.note));
 }
 
 void EndNotes(const Session& session, SavedData& saved) {
-  // A data file's name begins with the radio's serial number, a copy's with that of the file.
+  // A data file's name begins with the radio's serial number, a copy's with that of the file. A
+  // file that is not a copy was read anew by this run.
   const auto is_back = [](const std::string& noted, const std::string& file) {
     return noted.empty() ||
-           (services::FileTitleOf(noted).starts_with(services::FileTitleOf(file)) &&
+           (!platform::IsSameFile(noted, file) &&
+            services::FileTitleOf(noted).starts_with(services::FileTitleOf(file)) &&
             platform::HaveSameContents(noted, file));
   };
   DropNote(saved);
@@ -342,7 +365,7 @@ void EndNotes(const Session& session, SavedData& saved) {
 }
 
 void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
-  for (const Note& note : FindNotes(session)) {
+  for (Note& note : FindNotes(session)) {
     const std::string& data_file = note.saved.data_file;
     const std::string& calibration_file = note.saved.calibration_file;
     const std::string& path = note.saved.note;
@@ -350,7 +373,8 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
       log.Log("The note of an unfinished upgrade cannot be read: " + path);
       services::ReportError(session, note.error, "TellOfUnfinishedUpgrades");
     } else if (IsOver(note)) {
-      const bool removed = !platform::RemoveFile(path);
+      DropNote(note.saved);
+      const bool removed = !platform::FileExists(path);
       log.Log("The data of an unfinished upgrade is gone" +
               std::string(removed ? ", and its note is removed: " : ": ") + path);
     } else if (data_file.empty() || calibration_file.empty()) {
@@ -377,7 +401,7 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
   }
 }
 
-bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log) {
+bool PrepareToSave(radiodb::RadioDb& db, UpgradeLog& log) {
   Session& session = db.link.session;
   const std::string upgrade_folder = UpgradeFolder(session);
   for (const std::string& folder : {db.database_folder, db.calibration_folder}) {
@@ -394,13 +418,19 @@ bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log) {
   for (const Note& note : FindNotes(session)) {
     if (!note.error && !PutAside(session, log, note.saved)) return false;
   }
+  db.files_in_use.clear();
+  for (const Note& note : FindNotes(session, true)) {
+    for (const std::string& file : {note.saved.data_file, note.saved.calibration_file}) {
+      if (!file.empty()) db.files_in_use.push_back(file);
+    }
+  }
   return true;
 }
 
 void TellOfSavedData(Session& session, UpgradeLog& log, const SavedData& saved) {
   if (saved.data_file.empty() || saved.calibration_file.empty()) {
     log.Log("The radio's data is in " + MainFile(saved));
-    return radiodb::TellOfSavedFile(session, MainFile(saved));
+    return radiodb::TellOfSavedFile(session, MainFile(saved), WhatToProgram(session, log, saved));
   }
   log.Log("The radio's data is in " + saved.data_file + " and " + saved.calibration_file);
   NLSMsgBox(session, NLSFmt(session,

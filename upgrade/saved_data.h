@@ -59,9 +59,9 @@ void TellOfUnfinishedUpgrades(services::Session& session, UpgradeLog& log);
 // "NAME.unfinished2" and so on when there is another copy ("NAME.converted" for converted ones), so
 // that they are not written over; the
 // radio may no longer hold what is in them. The notes then speak of the copies, and the user is
-// told. False, after a message, when the radio must not be
-// read; session.failure is set.
-bool PrepareToSave(const radiodb::RadioDb& db, UpgradeLog& log);
+// told. Files of runs that go on are kept in db from being written over. False, after a message,
+// when the radio must not be read; session.failure is set.
+bool PrepareToSave(radiodb::RadioDb& db, UpgradeLog& log);
 
 // After a run that failed once the download had begun: tells the user where the data is, and logs
 // it.
