@@ -246,27 +246,21 @@ bool AutomaticUpgrade::ConvertCalibration() {
     return true;
   }
   constexpr std::string_view kFailed = "Could not upgrade calibration data";
-  const std::optional<radiodb::DataFile> file =
-      ReadCheckedDataFile(session_, saved_.calibration_file);
-  if (!file) return FailWith(kFailed, Failure::kFile);
-  const std::string item = CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type});
-  std::string data = GetCalibrationData(*file, item);
-  if (data.empty() ||
-      !ConvertCalibrationDatabase(session_, data, VersionNumber(old_calibration_version_),
-                                  VersionNumber(db_.identity.calibration_version))) {
-    return FailWith(kFailed, Failure::kFile);
-  }
-  log_.Log("Calibration data version is now " + new_text);
-  // Programmed by hand, the data file leaves calibration alone, so there is a file of it, too.
+  // Programmed by hand, a data file leaves calibration alone, so there is a file of it, too.
   const CalibrationRequest request{
       .saved_file = saved_.calibration_file,
       .converted_file = ConvertedFileOf(session_, saved_.calibration_file),
       .old_version = VersionNumber(old_calibration_version_),
       .new_version = VersionNumber(db_.identity.calibration_version),
   };
+  if (!ConvertCalibrationFile(session_, request)) return FailWith(kFailed, Failure::kFile);
+  log_.Log("Calibration data version is now " + new_text);
+  const std::optional<radiodb::DataFile> file =
+      ReadCheckedDataFile(session_, request.converted_file);
+  if (!file) return FailWith(kFailed, Failure::kFile);
+  const std::string item = CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type});
   if (!AddCalibrationDataToFile(session_, ConvertedFileOf(session_, saved_.data_file), item,
-                                data) ||
-      !ConvertCalibrationFile(session_, request)) {
+                                GetCalibrationData(*file, item))) {
     return FailWith(kFailed, Failure::kFile);
   }
   saved_.converted_calibration = request.converted_file;
