@@ -59,27 +59,32 @@ std::optional<Versions> TypedVersions(Program& program, const ConvertOptions& op
   return std::nullopt;
 }
 
+// For a text that names the file.
+bool RefuseName(Program& program, std::string_view text, const std::string& file,
+                services::Failure why = services::Failure::kRefused) {
+  return Refuse(program.session, NLSFmt(program.session, text, {file}), why);
+}
+
 bool MayWrite(Program& program, const ConvertOptions& options) {
-  const auto refuse = [&program](std::string_view text, const std::string& file,
-                                 services::Failure why = services::Failure::kRefused) {
-    return Refuse(program.session, NLSFmt(program.session, text, {file}), why);
-  };
   if (platform::IsSameFile(options.saved_file, options.converted_file)) {
-    return refuse(NLSText("%0:s is the file to convert and stays as it is. Please give the new "
-                          "file another name."),
-                  options.saved_file);
+    return RefuseName(program,
+                      NLSText("%0:s is the file to convert and stays as it is. Please give the new "
+                              "file another name."),
+                      options.saved_file);
   }
   if (!options.default_file.empty() &&
       platform::IsSameFile(options.default_file, options.converted_file)) {
-    return refuse(NLSText("%0:s holds the default settings and stays as it is. Please give the new "
-                          "file another name."),
-                  options.default_file);
+    return RefuseName(
+        program,
+        NLSText("%0:s holds the default settings and stays as it is. Please give the new "
+                "file another name."),
+        options.default_file);
   }
   const std::string folder = services::FolderOf(AbsoluteName(options.converted_file));
   if (!options.dry_run && !platform::IsFolder(folder)) {
-    return refuse(
-        NLSText("There is no folder %0:s. Please make the folder, or choose another one."), folder,
-        services::Failure::kFile);
+    return RefuseName(
+        program, NLSText("There is no folder %0:s. Please make the folder, or choose another one."),
+        folder, services::Failure::kFile);
   }
   return options.dry_run || services::MayWriteFile(program.session, options.converted_file);
 }
@@ -125,11 +130,6 @@ void ShowRemarks(Program& program, const upgrade::UpgradeLog& log) {
   program.json.Set("remarks", Json::List(log.Remarks()));
 }
 
-ExitStatus RefuseKind(services::Session& session, std::string_view text, const std::string& file) {
-  NLSMsgBox(session, NLSFmt(session, text, {file}), {.icon = services::Icon::kCritical});
-  return ExitStatus::kRefused;
-}
-
 // Whether the file is of that version, or is to be taken for it.
 bool IsOfVersion(services::Session& session, const ConvertOptions& options,
                  const radiodb::FileIdentity& identity, int from) {
@@ -167,10 +167,11 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
   if (!file) return program.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && identity->is_calibration) {
-    return RefuseKind(session,
-                      NLSText("The file %0:s holds calibration data. Please convert it with "
-                              "\"convert calibration\"."),
-                      options.saved_file);
+    RefuseName(program,
+               NLSText("The file %0:s holds calibration data. Please convert it with "
+                       "\"convert calibration\"."),
+               options.saved_file);
+    return program.JobStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
       program, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
@@ -204,10 +205,11 @@ ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
   if (!file) return program.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && !identity->is_calibration) {
-    return RefuseKind(session,
-                      NLSText("The file %0:s holds personality data. Please convert it with "
-                              "\"convert personality\"."),
-                      options.saved_file);
+    RefuseName(program,
+               NLSText("The file %0:s holds personality data. Please convert it with "
+                       "\"convert personality\"."),
+               options.saved_file);
+    return program.JobStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
       program, options, upgrade::CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
