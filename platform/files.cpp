@@ -133,6 +133,8 @@ bool IsSameFile(const std::string& a, const std::string& b) {
   return whole(a) == whole(b);
 }
 
+bool IsTaken(const std::string& path) { return FileExists(path) || IsFolder(path); }
+
 std::string AbsolutePath(const std::string& path) {
   std::error_code code;
   const fs::path whole = fs::absolute(NativePath(path), code).lexically_normal();
@@ -217,7 +219,7 @@ FileCopy KeepCopy(const std::string& path, const std::string& name) {
   const FileContents contents = ReadWholeFile(path);
   FileCopy copy{name, contents.error};
   if (copy.error) return copy;
-  for (int number = 2; FileExists(copy.path) || IsFolder(copy.path); ++number) {
+  for (int number = 2; IsTaken(copy.path); ++number) {
     const FileContents other = ReadWholeFile(copy.path);
     if (!other.error && other.bytes == contents.bytes) return copy;
     copy.path = name + std::to_string(number);

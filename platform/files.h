@@ -24,6 +24,9 @@ bool IsGone(const std::string& path);
 // Whether two names mean the same file or folder, which need not be there yet.
 bool IsSameFile(const std::string& a, const std::string& b);
 
+// Whether a file or a folder has this name.
+bool IsTaken(const std::string& path);
+
 // The path from the root, which stays right when the working folder changes.
 std::string AbsolutePath(const std::string& path);
 

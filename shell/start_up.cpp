@@ -6,7 +6,7 @@
 #include "services/messages.h"
 #include "shell/frmAppSplash.h"
 #include "shell/frmMDI.h"
-#include "upgrade/saved_data.h"
+#include "upgrade/upgrade_notes.h"
 
 namespace zep::shell {
 namespace {

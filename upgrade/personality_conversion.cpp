@@ -10,7 +10,7 @@
 #include "upgrade/checked_data_file.h"
 #include "upgrade/firmware_selection.h"
 #include "upgrade/personality_steps.h"
-#include "upgrade/saved_data.h"
+#include "upgrade/upgrade_notes.h"
 
 namespace zep::upgrade {
 namespace {
