@@ -5,8 +5,8 @@
 #include <iostream>
 #include <string>
 
+#include "firmware/transfer_view.h"
 #include "link/port_set.h"
-#include "link/transfer_view.h"
 #include "platform/io_ports.h"
 #include "platform/settings_hive.h"
 #include "services/session.h"
@@ -37,7 +37,7 @@ class QuietWindows final : public link::LinkWindows {
   void ShowPortSelection(link::Link&) override {}
 };
 
-class QuietTransfer final : public link::TransferView {
+class QuietTransfer final : public firmware::TransferView {
  public:
   void SetCaption(const std::string&) override {}
   void ShowStatus(const std::string&) override {}
@@ -47,7 +47,7 @@ class QuietTransfer final : public link::TransferView {
   void EnableCancel(bool) override {}
   void ShowCancel(bool) override {}
   void ShowBootstrapHint(bool) override {}
-  void SetSlot(int, const link::SlotLabels&) override {}
+  void SetSlot(int, const firmware::SlotLabels&) override {}
   void Repaint() override {}
 };
 

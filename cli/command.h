@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "cli/command_context.h"
 #include "cli/exit_status.h"
-#include "cli/program.h"
 
 namespace zep::cli {
 
@@ -30,7 +30,7 @@ class Arguments {
 };
 
 // Does the work of a command whose arguments have been read.
-using Action = std::function<ExitStatus(Program&)>;
+using Action = std::function<ExitStatus(CommandContext&)>;
 
 struct Command {
   std::string_view name;       // "ports", "firmware write"

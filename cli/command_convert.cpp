@@ -47,27 +47,27 @@ bool IsVersion(std::string_view text) {
 
 // The versions that were typed; from_file stands in for a first one that was not. Nothing when one
 // is no version; the user has been told.
-std::optional<Versions> TypedVersions(Program& program, const ConvertOptions& options,
+std::optional<Versions> TypedVersions(CommandContext& context, const ConvertOptions& options,
                                       int from_file) {
   const bool are_versions = IsVersion(options.from) && IsVersion(options.to);
   const Versions versions{options.from.empty() ? from_file : radiodb::VersionNumber(options.from),
                           radiodb::VersionNumber(options.to)};
   if (are_versions && versions.from > 0 && versions.to > 0) return versions;
-  program.UsageError(NLSFmt(program.session,
+  context.UsageError(NLSFmt(context.session,
                             "Please give the versions as in \"--from 402 --to 405\"; 4.02 and 0402 "
                             "are the same."));
   return std::nullopt;
 }
 
 // For a text that names the file.
-bool RefuseName(Program& program, std::string_view text, const std::string& file,
+bool RefuseName(CommandContext& context, std::string_view text, const std::string& file,
                 services::Failure why = services::Failure::kRefused) {
-  return Refuse(program.session, NLSFmt(program.session, text, {file}), why);
+  return Refuse(context.session, NLSFmt(context.session, text, {file}), why);
 }
 
-bool MayWrite(Program& program, const ConvertOptions& options) {
+bool MayWrite(CommandContext& context, const ConvertOptions& options) {
   if (platform::IsSameFile(options.saved_file, options.converted_file)) {
-    return RefuseName(program,
+    return RefuseName(context,
                       NLSText("%0:s is the file to convert and stays as it is. Please give the new "
                               "file another name."),
                       options.saved_file);
@@ -75,7 +75,7 @@ bool MayWrite(Program& program, const ConvertOptions& options) {
   if (!options.default_file.empty() &&
       platform::IsSameFile(options.default_file, options.converted_file)) {
     return RefuseName(
-        program,
+        context,
         NLSText("%0:s holds the default settings and stays as it is. Please give the new "
                 "file another name."),
         options.default_file);
@@ -83,51 +83,51 @@ bool MayWrite(Program& program, const ConvertOptions& options) {
   const std::string folder = services::FolderOf(AbsoluteName(options.converted_file));
   if (!options.dry_run && !platform::IsFolder(folder)) {
     return RefuseName(
-        program, NLSText("There is no folder %0:s. Please make the folder, or choose another one."),
+        context, NLSText("There is no folder %0:s. Please make the folder, or choose another one."),
         folder, services::Failure::kFile);
   }
-  return options.dry_run || services::MayWriteFile(program.session, options.converted_file);
+  return options.dry_run || services::MayWriteFile(context.session, options.converted_file);
 }
 
 // Converts into OUT, of which a copy stays when it held something else.
-ExitStatus KeepFormer(Program& program, const ConvertOptions& options,
+ExitStatus KeepFormer(CommandContext& context, const ConvertOptions& options,
                       const std::function<bool()>& convert) {
   const std::string& file = options.converted_file;
   platform::FileCopy copy;
   if (!options.dry_run && platform::FileSize(file).value_or(0) > 0) {
     copy = platform::KeepCopy(file, file + ".bak");
     if (copy.error) {
-      RefuseFile(program.session, copy.error, "KeepCopy");
-      return program.JobStatus(false);
+      RefuseFile(context.session, copy.error, "KeepCopy");
+      return context.JobStatus(false);
     }
   }
   const bool done = convert();
   if (copy.is_new && platform::HaveSameContents(file, copy.path)) platform::RemoveFile(copy.path);
-  return program.JobStatus(done);
+  return context.JobStatus(done);
 }
 
-ExitStatus Finish(Program& program, const ConvertOptions& options, const Versions& versions,
+ExitStatus Finish(CommandContext& context, const ConvertOptions& options, const Versions& versions,
                   const std::vector<upgrade::Change>& changes) {
-  services::Session& session = program.session;
-  program.json.Set("from", versions.from).Set("to", versions.to);
+  services::Session& session = context.session;
+  context.json.Set("from", versions.from).Set("to", versions.to);
   if (options.dry_run) {
-    program.Print(ChangeText(session, changes));
-    program.Print(NLSFmt(session, "Nothing was written.") + "\n");
-    program.json.Set("changes", ChangeJson(changes));
+    context.Print(ChangeText(session, changes));
+    context.Print(NLSFmt(session, "Nothing was written.") + "\n");
+    context.json.Set("changes", ChangeJson(changes));
     return ExitStatus::kDone;
   }
-  program.Print(NLSFmt(session, "%0:s is converted from version %1:s to %2:s: %3:s.",
+  context.Print(NLSFmt(session, "%0:s is converted from version %1:s to %2:s: %3:s.",
                        {options.saved_file, std::to_string(versions.from),
                         std::to_string(versions.to), options.converted_file}) +
                 "\n");
-  program.json.Set("file", options.converted_file);
+  context.json.Set("file", options.converted_file);
   return ExitStatus::kDone;
 }
 
 // What was found in the data. It stands in the log, too, unless this is a trial run.
-void ShowRemarks(Program& program, const upgrade::UpgradeLog& log) {
-  for (const std::string& remark : log.Remarks()) program.user.Say(remark);
-  program.json.Set("remarks", Json::List(log.Remarks()));
+void ShowRemarks(CommandContext& context, const upgrade::UpgradeLog& log) {
+  for (const std::string& remark : log.Remarks()) context.user.Say(remark);
+  context.json.Set("remarks", Json::List(log.Remarks()));
 }
 
 // Whether the file is of that version, or is to be taken for it.
@@ -160,26 +160,26 @@ bool MayGoBack(services::Session& session, const Versions& versions) {
                     .cautious = true}) == services::Answer::kYes;
 }
 
-ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
-  services::Session& session = program.session;
+ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& options) {
+  services::Session& session = context.session;
   const std::optional<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
-  if (!file) return program.JobStatus(false);
+  if (!file) return context.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && identity->is_calibration) {
-    RefuseName(program,
+    RefuseName(context,
                NLSText("The file %0:s holds calibration data. Please convert it with "
                        "\"convert calibration\"."),
                options.saved_file);
-    return program.JobStatus(false);
+    return context.JobStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
-      program, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
+      context, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
   if (!versions) return ExitStatus::kUsage;
   if (identity && !IsOfVersion(session, options, *identity, versions->from))
     return ExitStatus::kRefused;
-  if (!MayGoBack(session, *versions) || !MayWrite(program, options))
-    return program.JobStatus(false);
+  if (!MayGoBack(session, *versions) || !MayWrite(context, options))
+    return context.JobStatus(false);
 
   std::vector<upgrade::Change> changes;
   upgrade::UpgradeLog log(session, options.dry_run ? "" : upgrade::UpgradeLogFile(session));
@@ -192,29 +192,29 @@ ExitStatus ConvertPersonality(Program& program, const ConvertOptions& options) {
       .changes = options.dry_run ? &changes : nullptr,
   };
   const ExitStatus status =
-      KeepFormer(program, options, [&] { return ConvertPersonalityData(session, log, request); });
+      KeepFormer(context, options, [&] { return ConvertPersonalityData(session, log, request); });
   if (status != ExitStatus::kDone) return status;
-  ShowRemarks(program, log);
-  return Finish(program, options, *versions, changes);
+  ShowRemarks(context, log);
+  return Finish(context, options, *versions, changes);
 }
 
-ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
-  services::Session& session = program.session;
+ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& options) {
+  services::Session& session = context.session;
   const std::optional<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
-  if (!file) return program.JobStatus(false);
+  if (!file) return context.JobStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && !identity->is_calibration) {
-    RefuseName(program,
+    RefuseName(context,
                NLSText("The file %0:s holds personality data. Please convert it with "
                        "\"convert personality\"."),
                options.saved_file);
-    return program.JobStatus(false);
+    return context.JobStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
-      program, options, upgrade::CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
+      context, options, upgrade::CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
   if (!versions) return ExitStatus::kUsage;
-  if (!MayWrite(program, options)) return program.JobStatus(false);
+  if (!MayWrite(context, options)) return context.JobStatus(false);
 
   std::vector<upgrade::Change> changes;
   const upgrade::CalibrationRequest request{
@@ -225,9 +225,9 @@ ExitStatus ConvertCalibration(Program& program, const ConvertOptions& options) {
       .changes = options.dry_run ? &changes : nullptr,
   };
   const ExitStatus status =
-      KeepFormer(program, options, [&] { return ConvertCalibrationFile(session, request); });
+      KeepFormer(context, options, [&] { return ConvertCalibrationFile(session, request); });
   if (status != ExitStatus::kDone) return status;
-  return Finish(program, options, *versions, changes);
+  return Finish(context, options, *versions, changes);
 }
 
 std::shared_ptr<ConvertOptions> DeclareOptions(Arguments& arguments) {
@@ -252,13 +252,13 @@ Action DeclareConvertPersonality(Arguments& arguments) {
   arguments.AddRemark(
       NLSText("Database versions are 205 to 405, as \"--from 402 --to 405\". Each step leaves a "
               "line in upgrade.log."));
-  return [options](Program& program) { return ConvertPersonality(program, *options); };
+  return [options](CommandContext& context) { return ConvertPersonality(context, *options); };
 }
 
 Action DeclareConvertCalibration(Arguments& arguments) {
   auto options = DeclareOptions(arguments);
   arguments.AddRemark(NLSText("Calibration versions are 100 to 103, up or down."));
-  return [options](Program& program) { return ConvertCalibration(program, *options); };
+  return [options](CommandContext& context) { return ConvertCalibration(context, *options); };
 }
 
 }  // namespace zep::cli

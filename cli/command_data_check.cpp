@@ -25,17 +25,17 @@ std::string Summary(const services::Session& session, const radiodb::DataFile& f
   return summary;
 }
 
-ExitStatus Check(Program& program, const std::string& name) {
-  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(program.session, name);
-  if (!file) return program.JobStatus(false);
-  const radiodb::DataFileCheck check = CheckDataFile(program.session, *file);
+ExitStatus Check(CommandContext& context, const std::string& name) {
+  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(context.session, name);
+  if (!file) return context.JobStatus(false);
+  const radiodb::DataFileCheck check = CheckDataFile(context.session, *file);
   std::string text;
   for (const radiodb::Finding& finding : check.findings)
-    text += FindingText(program.session, finding) + "\n";
-  program.Print(text + Summary(program.session, *file, check) + "\n");
-  if (program.options.json) {
-    program.json.Set("data", FileIdentityJson(program.session, *file, check));
-    program.json.Set("findings", FindingsJson(check));
+    text += FindingText(context.session, finding) + "\n";
+  context.Print(text + Summary(context.session, *file, check) + "\n");
+  if (context.options.json) {
+    context.json.Set("data", FileIdentityJson(context.session, *file, check));
+    context.json.Set("findings", FindingsJson(check));
   }
   return check.findings.empty() ? ExitStatus::kDone : ExitStatus::kFile;
 }
@@ -45,7 +45,7 @@ ExitStatus Check(Program& program, const std::string& name) {
 Action DeclareDataCheck(Arguments& arguments) {
   auto file = std::make_shared<std::string>();
   arguments.AddWord("FILE", *file, NLSText("data file (.ops, .omn) or calibration file (.ocs)"));
-  return [file](Program& program) { return Check(program, *file); };
+  return [file](CommandContext& context) { return Check(context, *file); };
 }
 
 }  // namespace zep::cli

@@ -13,14 +13,14 @@ struct DiffFiles {
   std::string after;
 };
 
-ExitStatus Diff(Program& program, const DiffFiles& files) {
+ExitStatus Diff(CommandContext& context, const DiffFiles& files) {
   const std::optional<upgrade::DataFileDifferences> differences =
-      upgrade::CompareDataFiles(program.session, files.before, files.after);
-  if (!differences) return program.JobStatus(false);
-  program.Print(DifferenceText(program.session, *differences));
-  program.json.Set("differences", DifferenceJson(*differences));
+      upgrade::CompareDataFiles(context.session, files.before, files.after);
+  if (!differences) return context.JobStatus(false);
+  context.Print(DifferenceText(context.session, *differences));
+  context.json.Set("differences", DifferenceJson(*differences));
   if (!differences->None()) return ExitStatus::kRefused;
-  program.Print(NLSFmt(program.session, "The files hold the same data.") + "\n");
+  context.Print(NLSFmt(context.session, "The files hold the same data.") + "\n");
   return ExitStatus::kDone;
 }
 
@@ -33,7 +33,7 @@ Action DeclareDataDiff(Arguments& arguments) {
   arguments.AddRemark(
       NLSText("Who the files are for comes first, then every item; a table's bytes are given as "
               "record/byte. The exit status is 1 when the files differ."));
-  return [files](Program& program) { return Diff(program, *files); };
+  return [files](CommandContext& context) { return Diff(context, *files); };
 }
 
 }  // namespace zep::cli

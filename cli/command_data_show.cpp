@@ -36,19 +36,19 @@ Json ItemsJson(const std::vector<ItemSummary>& items) {
   return json;
 }
 
-ExitStatus Show(Program& program, const std::string& name) {
-  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(program.session, name);
-  if (!file) return program.JobStatus(false);
-  const radiodb::DataFileCheck check = CheckDataFile(program.session, *file);
-  const std::vector<ItemSummary> items = SummariseItems(program.session, *file);
-  program.Print(FileIdentityTable(program.session, *file, check).Text() + "\n" +
-                ItemTable(program.session, items));
-  if (program.options.json) {
-    program.json.Set("data", FileIdentityJson(program.session, *file, check));
-    program.json.Set("items", ItemsJson(items));
+ExitStatus Show(CommandContext& context, const std::string& name) {
+  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(context.session, name);
+  if (!file) return context.JobStatus(false);
+  const radiodb::DataFileCheck check = CheckDataFile(context.session, *file);
+  const std::vector<ItemSummary> items = SummariseItems(context.session, *file);
+  context.Print(FileIdentityTable(context.session, *file, check).Text() + "\n" +
+                ItemTable(context.session, items));
+  if (context.options.json) {
+    context.json.Set("data", FileIdentityJson(context.session, *file, check));
+    context.json.Set("items", ItemsJson(items));
   }
   if (check.findings.empty()) return ExitStatus::kDone;
-  program.user.Say(NLSFmt(program.session,
+  context.user.Say(NLSFmt(context.session,
                           "%0:s has faults (%1:s). \"zepctl data check\" shows them.",
                           {name, std::to_string(check.findings.size())}));
   return ExitStatus::kFile;
@@ -59,7 +59,7 @@ ExitStatus Show(Program& program, const std::string& name) {
 Action DeclareDataShow(Arguments& arguments) {
   auto file = std::make_shared<std::string>();
   arguments.AddWord("FILE", *file, NLSText("data file (.ops, .omn) or calibration file (.ocs)"));
-  return [file](Program& program) { return Show(program, *file); };
+  return [file](CommandContext& context) { return Show(context, *file); };
 }
 
 }  // namespace zep::cli

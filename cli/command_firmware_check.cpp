@@ -26,11 +26,11 @@ std::string ImageTable(const services::Session& session, const ImageInspection& 
   return table.Text();
 }
 
-ExitStatus Check(Program& program, const std::string& name) {
+ExitStatus Check(CommandContext& context, const std::string& name) {
   const ImageInspection image = firmware::InspectImage(name);
-  program.json.Set("image", ImageJson(program.session, image, name));
-  if (!IsUsableImage(program, image)) return ExitStatus::kFile;
-  program.Print(ImageTable(program.session, image, name));
+  context.json.Set("image", ImageJson(context.session, image, name));
+  if (!IsUsableImage(context, image)) return ExitStatus::kFile;
+  context.Print(ImageTable(context.session, image, name));
   return ExitStatus::kDone;
 }
 
@@ -39,7 +39,7 @@ ExitStatus Check(Program& program, const std::string& name) {
 Action DeclareFirmwareCheck(Arguments& arguments) {
   auto image = std::make_shared<std::string>();
   arguments.AddWord("IMAGE", *image, NLSText("firmware image (.bin)"));
-  return [image](Program& program) { return Check(program, *image); };
+  return [image](CommandContext& context) { return Check(context, *image); };
 }
 
 }  // namespace zep::cli

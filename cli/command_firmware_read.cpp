@@ -9,19 +9,19 @@ namespace {
 
 using services::NLSText;
 
-ExitStatus Read(Program& program, const std::string& name) {
-  link::Link* link = program.LinkForOneRadio(services::Transfer::kRead);
-  if (link == nullptr) return program.JobStatus(false);
-  if (!services::MayWriteFile(program.session, name)) return program.JobStatus(false);
+ExitStatus Read(CommandContext& context, const std::string& name) {
+  link::Link* link = context.LinkForOneRadio(services::Transfer::kRead);
+  if (link == nullptr) return context.JobStatus(false);
+  if (!services::MayWriteFile(context.session, name)) return context.JobStatus(false);
   firmware::Firmware firmware(*link);
-  FirmwareWindows windows(program, {});
+  FirmwareWindows windows(context, {});
   const bool done = UploadFirmware(firmware, name, windows);
   windows.Report(firmware);
   if (done) {
-    program.Print(firmware::SavedFlashText(program.session, name) + "\n");
-    program.json.Set("file", name);
+    context.Print(firmware::SavedFlashText(context.session, name) + "\n");
+    context.json.Set("file", name);
   }
-  return program.JobStatus(done);
+  return context.JobStatus(done);
 }
 
 }  // namespace
@@ -32,7 +32,7 @@ Action DeclareFirmwareRead(Arguments& arguments) {
   arguments.AddRemark(
       NLSText("One radio is read, 2 megabits of it; one with a flash of 1 megabit cannot be read. "
               "What the loaders leave alone in a radio is FF in the file."));
-  return [image](Program& program) { return Read(program, *image); };
+  return [image](CommandContext& context) { return Read(context, *image); };
 }
 
 }  // namespace zep::cli

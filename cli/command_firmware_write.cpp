@@ -29,20 +29,20 @@ firmware::DownloadChoices Choices(const WriteOptions& options) {
           .auto_save = options.save_data};
 }
 
-ExitStatus Write(Program& program, const WriteOptions& options) {
+ExitStatus Write(CommandContext& context, const WriteOptions& options) {
   if (options.save_data && !options.data_file.empty()) {
-    return program.UsageError(
-        NLSFmt(program.session, "Please give one of --save-data and --data, not both."));
+    return context.UsageError(
+        NLSFmt(context.session, "Please give one of --save-data and --data, not both."));
   }
   const firmware::ImageInspection image = firmware::InspectImage(options.image);
-  program.json.Set("image", ImageJson(program.session, image, options.image));
-  if (!IsUsableImage(program, image)) return ExitStatus::kFile;
+  context.json.Set("image", ImageJson(context.session, image, options.image));
+  if (!IsUsableImage(context, image)) return ExitStatus::kFile;
   // Both are better found out before the firmware is replaced.
-  if (!options.data_file.empty() && !radiodb::ReadDataFile(program.session, options.data_file))
-    return program.JobStatus(false);
-  if (!options.data_file.empty() && !program.user.CanAnswer()) {
-    return program.UsageError(
-        NLSFmt(program.session,
+  if (!options.data_file.empty() && !radiodb::ReadDataFile(context.session, options.data_file))
+    return context.JobStatus(false);
+  if (!options.data_file.empty() && !context.user.CanAnswer()) {
+    return context.UsageError(
+        NLSFmt(context.session,
                "Nobody can be asked here whether %0:s is to be programmed. Please give --yes.",
                {options.data_file}));
   }
@@ -50,20 +50,20 @@ ExitStatus Write(Program& program, const WriteOptions& options) {
   // Data is saved of one radio at a time, and programmed into one.
   const bool has_data = options.save_data || !options.data_file.empty();
   link::Link* link =
-      has_data ? program.LinkForOneRadio(services::Transfer::kProgram) : program.LinkForJob();
-  if (link == nullptr) return program.JobStatus(false);
+      has_data ? context.LinkForOneRadio(services::Transfer::kProgram) : context.LinkForJob();
+  if (link == nullptr) return context.JobStatus(false);
   firmware::Firmware firmware(*link);
   radiodb::RadioDb db(*link);
   firmware::TransferOptions transfer;
   if (options.at_once) transfer.at_once = true;
-  FirmwareWindows windows(program, transfer);
+  FirmwareWindows windows(context, transfer);
   bool done = DownloadFirmwareAndData(firmware, db, Choices(options), windows);
   windows.Report(firmware);
   if (!options.data_file.empty()) {
-    program.json.Set("data_programmed", windows.HasProgrammed());
+    context.json.Set("data_programmed", windows.HasProgrammed());
     done = done && windows.HasProgrammed();
   }
-  return program.JobStatus(done);
+  return context.JobStatus(done);
 }
 
 }  // namespace
@@ -81,7 +81,7 @@ Action DeclareFirmwareWrite(Arguments& arguments) {
   arguments.AddRemark(
       NLSText("All radios named with -p, up to four, get the image. Their loaders bs.tsk and "
               "dl.tsk must be in the application folder."));
-  return [options](Program& program) { return Write(program, *options); };
+  return [options](CommandContext& context) { return Write(context, *options); };
 }
 
 }  // namespace zep::cli

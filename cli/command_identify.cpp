@@ -7,19 +7,19 @@
 namespace zep::cli {
 namespace {
 
-ExitStatus Identify(Program& program) {
-  link::Link* link = program.LinkForOneRadio(services::Transfer::kRead);
-  if (link == nullptr) return program.JobStatus(false);
+ExitStatus Identify(CommandContext& context) {
+  link::Link* link = context.LinkForOneRadio(services::Transfer::kRead);
+  if (link == nullptr) return context.JobStatus(false);
   const link::Job job(*link);
-  program.progress.SetText(services::NLSFmt(program.session, "Reading Radio"));
+  context.progress.SetText(services::NLSFmt(context.session, "Reading Radio"));
   radiodb::RadioDb db(*link);
   const bool done = ReadSpecification(db);
-  program.progress.EndPhase();
+  context.progress.EndPhase();
   if (done) {
-    program.Print(IdentityTable(program.session, db.identity).Text());
-    program.json.Set("radio", IdentityJson(db.identity));
+    context.Print(IdentityTable(context.session, db.identity).Text());
+    context.json.Set("radio", IdentityJson(db.identity));
   }
-  return program.JobStatus(done);
+  return context.JobStatus(done);
 }
 
 }  // namespace

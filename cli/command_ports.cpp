@@ -11,16 +11,16 @@ using platform::SerialDeviceInfo;
 using services::NLSFmt;
 using services::NLSText;
 
-void ShowDevices(Program& program) {
-  const services::Session& session = program.session;
+void ShowDevices(CommandContext& context) {
+  const services::Session& session = context.session;
   Table table({NLSFmt(session, "Device"), NLSFmt(session, "Adapter"), NLSFmt(session, "USB id"),
                NLSFmt(session, "Serial number"), NLSFmt(session, "State")});
   std::string next_steps;
   Json json = Json::List();
-  const auto try_device = [&program](const std::string& device) {
-    return program.surroundings.make_port(device)->Open();
+  const auto try_device = [&context](const std::string& device) {
+    return context.surroundings.make_port(device)->Open();
   };
-  for (const SerialDeviceInfo& device : program.surroundings.list_devices()) {
+  for (const SerialDeviceInfo& device : context.surroundings.list_devices()) {
     const std::string_view state = link::DeviceStateText(device.state);
     const std::string next_step = link::DeviceNextStep(session, device, try_device);
     table.AddRow({device.device, device.description, device.usb_id, device.serial_number,
@@ -35,22 +35,22 @@ void ShowDevices(Program& program) {
                  .Set("in_use_by", device.busy_with)
                  .Set("next_step", next_step));
   }
-  program.json.Set("devices", std::move(json));
+  context.json.Set("devices", std::move(json));
   if (table.IsEmpty()) {
-    program.Print(NLSFmt(session,
+    context.Print(NLSFmt(session,
                          "There is no serial device on this computer. Please plug in the adapter "
                          "of the programming lead. Without one, \"-p sim:conventional\" gives you "
                          "a simulated radio.") +
                   "\n");
     return;
   }
-  program.Print(table.Text() + (next_steps.empty() ? "" : "\n" + next_steps));
+  context.Print(table.Text() + (next_steps.empty() ? "" : "\n" + next_steps));
 }
 
-void ShowSlots(Program& program) {
-  const services::Session& session = program.session;
-  link::Link& link = program.Link();
-  if (program.NamesPorts()) program.LinkForJob();
+void ShowSlots(CommandContext& context) {
+  const services::Session& session = context.session;
+  link::Link& link = context.Link();
+  if (context.NamesPorts()) context.LinkForJob();
   Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "State")});
   Json json = Json::List();
   for (const int slot : link::kAllPorts) {
@@ -59,14 +59,14 @@ void ShowSlots(Program& program) {
     table.AddRow({std::to_string(slot), device.empty() ? "-" : device, NLSFmt(session, state)});
     json.Add(Json().Set("slot", slot).Set("device", device).Set("state", state));
   }
-  program.json.Set("slots", std::move(json));
-  program.Print("\n" + table.Text());
+  context.json.Set("slots", std::move(json));
+  context.Print("\n" + table.Text());
 }
 
-ExitStatus Ports(Program& program) {
-  ShowDevices(program);
-  ShowSlots(program);
-  return program.JobStatus(true);
+ExitStatus Ports(CommandContext& context) {
+  ShowDevices(context);
+  ShowSlots(context);
+  return context.JobStatus(true);
 }
 
 }  // namespace

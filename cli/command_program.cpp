@@ -10,26 +10,26 @@ namespace {
 
 using services::NLSText;
 
-ExitStatus ProgramFile(Program& program, const std::string& name) {
+ExitStatus ProgramFile(CommandContext& context, const std::string& name) {
   // A file that cannot be read is no reason to trouble a radio.
-  const std::optional<radiodb::TransferKind> kind = radiodb::TransferKindOf(program.session, name);
-  if (!kind) return program.JobStatus(false);
+  const std::optional<radiodb::TransferKind> kind = radiodb::TransferKindOf(context.session, name);
+  if (!kind) return context.JobStatus(false);
 
-  link::Link* link = program.LinkForOneRadio(services::Transfer::kProgram);
-  if (link == nullptr) return program.JobStatus(false);
+  link::Link* link = context.LinkForOneRadio(services::Transfer::kProgram);
+  if (link == nullptr) return context.JobStatus(false);
   const link::Job job(*link);
   radiodb::RadioDb db(*link);
   db.transfer_kind = *kind;
   bool done = false;
   {
-    ReadWriteDisplay display(program);
+    ReadWriteDisplay display(context);
     done = ProgramRadio(db, display, name);
   }
-  if (!done) return program.JobStatus(false);
-  program.Print(ProgrammedText(db, name) + "\n");
-  program.json.Set("radio", IdentityJson(db.identity));
-  program.json.Set("data_file", name);
-  return program.JobStatus(true);
+  if (!done) return context.JobStatus(false);
+  context.Print(ProgrammedText(db, name) + "\n");
+  context.json.Set("radio", IdentityJson(db.identity));
+  context.json.Set("data_file", name);
+  return context.JobStatus(true);
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ ExitStatus ProgramFile(Program& program, const std::string& name) {
 Action DeclareProgram(Arguments& arguments) {
   auto file = std::make_shared<std::string>();
   arguments.AddWord("FILE", *file, NLSText("data file (.ops, .omn) or calibration file (.ocs)"));
-  return [file](Program& program) { return ProgramFile(program, *file); };
+  return [file](CommandContext& context) { return ProgramFile(context, *file); };
 }
 
 }  // namespace zep::cli

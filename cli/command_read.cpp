@@ -21,15 +21,15 @@ struct ReadOptions {
   std::string calibration_folder;
 };
 
-ExitStatus Read(Program& program, const ReadOptions& options) {
+ExitStatus Read(CommandContext& context, const ReadOptions& options) {
   const int ways = (options.file.empty() ? 0 : 1) + (options.calibration_file.empty() ? 0 : 1) +
                    (options.automatic ? 1 : 0);
   if (ways != 1) {
-    return program.UsageError(
-        NLSFmt(program.session, "Please give one of FILE, --calibration FILE and --auto."));
+    return context.UsageError(
+        NLSFmt(context.session, "Please give one of FILE, --calibration FILE and --auto."));
   }
-  link::Link* link = program.LinkForOneRadio(services::Transfer::kRead);
-  if (link == nullptr) return program.JobStatus(false);
+  link::Link* link = context.LinkForOneRadio(services::Transfer::kRead);
+  if (link == nullptr) return context.JobStatus(false);
   const link::Job job(*link);
 
   radiodb::RadioDb db(*link);
@@ -39,21 +39,21 @@ ExitStatus Read(Program& program, const ReadOptions& options) {
   db.chosen_calibration_file = options.calibration_file;
   db.database_folder = options.database_folder;
   db.calibration_folder = options.calibration_folder;
-  program.user.SetFile(AbsoluteName(options.file));
+  context.user.SetFile(AbsoluteName(options.file));
   bool done = false;
   {
-    ReadWriteDisplay display(program);
+    ReadWriteDisplay display(context);
     done = ReadRadio(db, display);
   }
-  if (!done) return program.JobStatus(false);
+  if (!done) return context.JobStatus(false);
 
   for (const std::string& file : {db.data_file, db.calibration_file}) {
-    if (!file.empty()) program.Print(SavedText(db, file) + "\n");
+    if (!file.empty()) context.Print(SavedText(db, file) + "\n");
   }
-  program.json.Set("radio", IdentityJson(db.identity));
-  if (!db.data_file.empty()) program.json.Set("data_file", db.data_file);
-  if (!db.calibration_file.empty()) program.json.Set("calibration_file", db.calibration_file);
-  return program.JobStatus(true);
+  context.json.Set("radio", IdentityJson(db.identity));
+  if (!db.data_file.empty()) context.json.Set("data_file", db.data_file);
+  if (!db.calibration_file.empty()) context.json.Set("calibration_file", db.calibration_file);
+  return context.JobStatus(true);
 }
 
 }  // namespace
@@ -72,7 +72,7 @@ Action DeclareRead(Arguments& arguments) {
                       NLSText("where --auto puts the data file"));
   arguments.AddOption("--calibration-folder", "DIR", options->calibration_folder,
                       NLSText("where --auto puts the calibration file"));
-  return [options](Program& program) { return Read(program, *options); };
+  return [options](CommandContext& context) { return Read(context, *options); };
 }
 
 }  // namespace zep::cli

@@ -15,27 +15,27 @@ using upgrade::UpgradeOutcome;
 // The upgrade's dialog and the windows of its steps: one display at a time.
 class UpgradeDisplay final : public upgrade::UpgradeView {
  public:
-  explicit UpgradeDisplay(Program& program) : program_(program) {}
+  explicit UpgradeDisplay(CommandContext& context) : context_(context) {}
 
   void ShowFirmwareFile(const std::string&) override {}
   void ShowStatus(const std::string& status) override {
     EndStep();
-    program_.progress.ShowLine(status);
+    context_.progress.ShowLine(status);
   }
   radiodb::ReadWriteView& ReadWriteWindow() override {
     EndStep();
-    return read_write_.emplace(program_);
+    return read_write_.emplace(context_);
   }
-  link::TransferView& TransferWindow() override {
+  firmware::TransferView& TransferWindow() override {
     EndStep();
-    return transfer_.emplace(program_);
+    return transfer_.emplace(context_);
   }
   void WatchTransfer(firmware::TransferRun* run) override {
     if (run == nullptr) {
-      program_.user.SetCancelAction(nullptr);
+      context_.user.SetCancelAction(nullptr);
       EndStep();
     } else {
-      program_.user.SetCancelAction([run] { Cancel(*run); });
+      context_.user.SetCancelAction([run] { Cancel(*run); });
     }
   }
 
@@ -45,7 +45,7 @@ class UpgradeDisplay final : public upgrade::UpgradeView {
     transfer_.reset();
   }
 
-  Program& program_;
+  CommandContext& context_;
   std::optional<ReadWriteDisplay> read_write_;
   std::optional<TransferDisplay> transfer_;
 };
@@ -66,24 +66,24 @@ std::string_view OutcomeName(UpgradeOutcome outcome) {
   return "failed";
 }
 
-ExitStatus Upgrade(Program& program, const upgrade::UpgradeFiles& files) {
-  link::Link* link = program.LinkForOneRadio(services::Transfer::kProgram);
-  if (link == nullptr) return program.JobStatus(false);
+ExitStatus Upgrade(CommandContext& context, const upgrade::UpgradeFiles& files) {
+  link::Link* link = context.LinkForOneRadio(services::Transfer::kProgram);
+  if (link == nullptr) return context.JobStatus(false);
   firmware::Firmware firmware(*link);
   radiodb::RadioDb db(*link);
-  UpgradeDisplay display(program);
+  UpgradeDisplay display(context);
   upgrade::AutomaticUpgrade upgrade(
       firmware, db, display, {AbsoluteName(files.image), AbsoluteName(files.default_settings)});
   const UpgradeOutcome outcome = upgrade.Upgrade();
 
-  program.json.Set("outcome", OutcomeName(outcome))
+  context.json.Set("outcome", OutcomeName(outcome))
       .Set("radio", IdentityJson(db.identity))
       .Set("firmware_file", firmware.image.FullName())
       .Set("data_file", upgrade.Saved().data_file)
       .Set("calibration_file", upgrade.Saved().calibration_file)
-      .Set("log", upgrade::UpgradeLogFile(program.session));
+      .Set("log", upgrade::UpgradeLogFile(context.session));
   if (outcome == UpgradeOutcome::kSucceeded) {
-    program.Print(NLSFmt(program.session,
+    context.Print(NLSFmt(context.session,
                          "Radio %0:s now has firmware %1:s, database %2:s and calibration %3:s. "
                          "Its former data is in %4:s and %5:s.",
                          {RadioName(db.identity), db.identity.software_version,
@@ -91,7 +91,7 @@ ExitStatus Upgrade(Program& program, const upgrade::UpgradeFiles& files) {
                           upgrade.Saved().data_file, upgrade.Saved().calibration_file}) +
                   "\n");
   }
-  return program.JobStatus(outcome == UpgradeOutcome::kSucceeded ||
+  return context.JobStatus(outcome == UpgradeOutcome::kSucceeded ||
                            outcome == UpgradeOutcome::kUpToDate);
 }
 
@@ -108,7 +108,7 @@ Action DeclareUpgrade(Arguments& arguments) {
   arguments.AddRemark(
       NLSText("The string table, \"Vorn PMR II\" or Torvik, decides which firmware a radio needs. "
               "Each step leaves a line in upgrade.log in the application folder."));
-  return [files](Program& program) { return Upgrade(program, *files); };
+  return [files](CommandContext& context) { return Upgrade(context, *files); };
 }
 
 }  // namespace zep::cli

@@ -6,51 +6,51 @@ namespace zep::cli {
 
 using services::NLSFmt;
 
-ReadWriteDisplay::~ReadWriteDisplay() { program_.progress.EndPhase(); }
+ReadWriteDisplay::~ReadWriteDisplay() { context_.progress.EndPhase(); }
 
 void ReadWriteDisplay::SetCaption(const std::string& caption) {
-  program_.progress.SetText(caption);
+  context_.progress.SetText(caption);
 }
 
-void ReadWriteDisplay::ShowStatus(const std::string& status) { program_.progress.SetText(status); }
+void ReadWriteDisplay::ShowStatus(const std::string& status) { context_.progress.SetText(status); }
 
-void ReadWriteDisplay::SetProgressMaximum(int maximum) { program_.progress.SetMaximum(maximum); }
+void ReadWriteDisplay::SetProgressMaximum(int maximum) { context_.progress.SetMaximum(maximum); }
 
-void ReadWriteDisplay::SetProgress(int value) { program_.progress.SetValue(value); }
+void ReadWriteDisplay::SetProgress(int value) { context_.progress.SetValue(value); }
 
-TransferDisplay::TransferDisplay(Program& program)
-    : program_(program), status_prefix_(NLSFmt(program.session, "Status: ")) {}
+TransferDisplay::TransferDisplay(CommandContext& context)
+    : context_(context), status_prefix_(NLSFmt(context.session, "Status: ")) {}
 
 TransferDisplay::~TransferDisplay() {
-  program_.progress.EndPhase();
-  program_.user.EnableCancel(true);
+  context_.progress.EndPhase();
+  context_.user.EnableCancel(true);
 }
 
-void TransferDisplay::SetCaption(const std::string& caption) { program_.progress.SetText(caption); }
+void TransferDisplay::SetCaption(const std::string& caption) { context_.progress.SetText(caption); }
 
 void TransferDisplay::ShowStatus(const std::string& status) {
   const bool has_prefix = status.starts_with(status_prefix_);
-  program_.progress.SetText(has_prefix ? status.substr(status_prefix_.size()) : status);
+  context_.progress.SetText(has_prefix ? status.substr(status_prefix_.size()) : status);
 }
 
-void TransferDisplay::SetProgressMaximum(int maximum) { program_.progress.SetMaximum(maximum); }
+void TransferDisplay::SetProgressMaximum(int maximum) { context_.progress.SetMaximum(maximum); }
 
-void TransferDisplay::SetProgress(int value) { program_.progress.SetValue(value); }
+void TransferDisplay::SetProgress(int value) { context_.progress.SetValue(value); }
 
-void TransferDisplay::EnableCancel(bool enabled) { program_.user.EnableCancel(enabled); }
+void TransferDisplay::EnableCancel(bool enabled) { context_.user.EnableCancel(enabled); }
 
-void TransferDisplay::SetSlot(int slot, const link::SlotLabels& labels) {
+void TransferDisplay::SetSlot(int slot, const firmware::SlotLabels& labels) {
   // A slot that never took part says nothing.
   std::string& shown = shown_[link::Link::Index(slot)];
-  if (shown.empty() && !program_.Link().IsActive(slot)) return;
+  if (shown.empty() && !context_.Link().IsActive(slot)) return;
   std::string line =
-      NLSFmt(program_.session, "Port %0:s: %1:s", {std::to_string(slot), labels.status});
+      NLSFmt(context_.session, "Port %0:s: %1:s", {std::to_string(slot), labels.status});
   for (const std::string& label : {labels.micro, labels.flash}) {
     if (!label.empty()) line += ", " + label;
   }
   if (line == shown) return;
   shown = line;
-  program_.progress.ShowLine(line);
+  context_.progress.ShowLine(line);
 }
 
 }  // namespace zep::cli

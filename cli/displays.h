@@ -4,8 +4,8 @@
 #include <array>
 #include <string>
 
-#include "cli/program.h"
-#include "link/transfer_view.h"
+#include "cli/command_context.h"
+#include "firmware/transfer_view.h"
 #include "radiodb/read_write_view.h"
 
 namespace zep::cli {
@@ -13,7 +13,7 @@ namespace zep::cli {
 // Reading or programming a radio's data.
 class ReadWriteDisplay final : public radiodb::ReadWriteView {
  public:
-  explicit ReadWriteDisplay(Program& program) : program_(program) {}
+  explicit ReadWriteDisplay(CommandContext& context) : context_(context) {}
   ~ReadWriteDisplay() override;
 
   void SetCaption(const std::string& caption) override;
@@ -22,13 +22,13 @@ class ReadWriteDisplay final : public radiodb::ReadWriteView {
   void SetProgress(int value) override;
 
  private:
-  Program& program_;
+  CommandContext& context_;
 };
 
 // Downloading or uploading firmware: what is known of each radio is a line of its own.
-class TransferDisplay final : public link::TransferView {
+class TransferDisplay final : public firmware::TransferView {
  public:
-  explicit TransferDisplay(Program& program);
+  explicit TransferDisplay(CommandContext& context);
   ~TransferDisplay() override;
 
   void SetCaption(const std::string& caption) override;
@@ -39,11 +39,11 @@ class TransferDisplay final : public link::TransferView {
   void EnableCancel(bool enabled) override;
   void ShowCancel(bool) override {}
   void ShowBootstrapHint(bool) override {}
-  void SetSlot(int slot, const link::SlotLabels& labels) override;
+  void SetSlot(int slot, const firmware::SlotLabels& labels) override;
   void Repaint() override {}
 
  private:
-  Program& program_;
+  CommandContext& context_;
   std::string status_prefix_;
   std::array<std::string, link::kPortCount> shown_;  // by slot
 };

@@ -11,26 +11,26 @@ namespace zep::cli {
 using services::NLSFmt;
 
 bool FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
-  ReadWriteDisplay display(program_);
+  ReadWriteDisplay display(context_);
   return ReadRadio(db, display);
 }
 
 bool FirmwareWindows::ProgramRadioData(radiodb::RadioDb& db, const std::string& file) {
-  ReadWriteDisplay display(program_);
+  ReadWriteDisplay display(context_);
   has_programmed_ = ProgramRadio(db, display, file);
   return has_programmed_;
 }
 
 void FirmwareWindows::TransferFirmware(firmware::Firmware& firmware) {
-  TransferDisplay display(program_);
+  TransferDisplay display(context_);
   firmware::TransferRun run(firmware, display, options_);
-  program_.user.SetCancelAction([&run] { Cancel(run); });
+  context_.user.SetCancelAction([&run] { Cancel(run); });
   result_ = RunTransfer(run);
-  program_.user.SetCancelAction(nullptr);
+  context_.user.SetCancelAction(nullptr);
 }
 
 void FirmwareWindows::Report(const firmware::Firmware& firmware) {
-  const services::Session& session = program_.session;
+  const services::Session& session = context_.session;
   Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
                NLSFmt(session, "Flash"), NLSFmt(session, "Result")});
   Json json = Json::List();
@@ -45,11 +45,11 @@ void FirmwareWindows::Report(const firmware::Firmware& firmware) {
                  .Set("flash", report.flash)
                  .Set("result", outcome));
   }
-  program_.json.Set("radios", std::move(json));
-  if (!table.IsEmpty()) program_.Print(table.Text());
+  context_.json.Set("radios", std::move(json));
+  if (!table.IsEmpty()) context_.Print(table.Text());
   const firmware::TransferStatistics& statistics = result_.statistics;
-  program_.json.Set("bytes", statistics.bytes);
-  program_.json.Set("seconds",
+  context_.json.Set("bytes", statistics.bytes);
+  context_.json.Set("seconds",
                     std::chrono::duration<double>(statistics.ended - statistics.began).count());
 }
 

@@ -1,7 +1,7 @@
 // The windows that a firmware download or upload opens one after the other, at a terminal.
 #pragma once
 
-#include "cli/program.h"
+#include "cli/command_context.h"
 #include "firmware/download.h"
 #include "firmware/transfer_engine.h"
 
@@ -9,8 +9,8 @@ namespace zep::cli {
 
 class FirmwareWindows final : public firmware::DownloadWindows {
  public:
-  FirmwareWindows(Program& program, const firmware::TransferOptions& options)
-      : program_(program), options_(options) {}
+  FirmwareWindows(CommandContext& context, const firmware::TransferOptions& options)
+      : context_(context), options_(options) {}
 
   bool ReadRadioData(radiodb::RadioDb& db) override;
   bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override;
@@ -23,7 +23,7 @@ class FirmwareWindows final : public firmware::DownloadWindows {
   void Report(const firmware::Firmware& firmware);
 
  private:
-  Program& program_;
+  CommandContext& context_;
   firmware::TransferOptions options_;
   firmware::TransferResult result_;
   bool has_programmed_ = false;

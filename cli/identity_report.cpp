@@ -1,7 +1,7 @@
 #include "cli/identity_report.h"
 
+#include "radiodb/radio_models.h"
 #include "services/messages.h"
-#include "services/radio_model.h"
 
 namespace zep::cli {
 
@@ -9,7 +9,7 @@ using radiodb::RadioIdentity;
 
 std::string ModelName(const services::Session& session, std::string_view model_code) {
   const auto model = radiodb::FindRadioModel(model_code);
-  return model ? services::AppGetRadioModel(session, model->tier)
+  return model ? radiodb::AppGetRadioModel(session, model->tier)
                : services::NLSFmt(session, "Unknown");
 }
 

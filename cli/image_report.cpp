@@ -21,9 +21,9 @@ Json ImageJson(const services::Session& session, const ImageInspection& image,
   return json;
 }
 
-bool IsUsableImage(Program& program, const ImageInspection& image) {
+bool IsUsableImage(CommandContext& context, const ImageInspection& image) {
   if (image.problem == firmware::ImageProblem::kNone) return true;
-  NLSMsgBox(program.session, ImageProblemText(program.session, image),
+  NLSMsgBox(context.session, ImageProblemText(context.session, image),
             {.icon = services::Icon::kCritical});
   return false;
 }

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "cli/program.h"
+#include "cli/command_context.h"
 #include "firmware/image_text.h"
 
 namespace zep::cli {
@@ -12,6 +12,6 @@ Json ImageJson(const services::Session& session, const firmware::ImageInspection
                const std::string& name);
 
 // Whether the file is an image. If not, the user is told why.
-bool IsUsableImage(Program& program, const firmware::ImageInspection& image);
+bool IsUsableImage(CommandContext& context, const firmware::ImageInspection& image);
 
 }  // namespace zep::cli

@@ -13,27 +13,27 @@ std::string VersionNumber(const services::Session& session) {
   return text.substr(text.find_last_of(' ') + 1);
 }
 
-ExitStatus Run(CommandLine& command_line, CommandLine::Outcome outcome, Program& program) {
-  Console& console = program.surroundings.console;
-  const std::string language_problem = program.ChooseLanguage();
+ExitStatus Run(CommandLine& command_line, CommandLine::Outcome outcome, CommandContext& context) {
+  Console& console = context.surroundings.console;
+  const std::string language_problem = context.ChooseLanguage();
   switch (outcome) {
     case CommandLine::Outcome::kHelp:
-      console.WriteOutput(command_line.Help(program.session, console.Width()));
+      console.WriteOutput(command_line.Help(context.session, console.Width()));
       return ExitStatus::kDone;
     case CommandLine::Outcome::kVersion:
-      console.WriteOutput("zepctl " + VersionNumber(program.session) + "\n");
+      console.WriteOutput("zepctl " + VersionNumber(context.session) + "\n");
       return ExitStatus::kDone;
     case CommandLine::Outcome::kNothing:
-      console.WriteError(command_line.Help(program.session, console.Width()));
+      console.WriteError(command_line.Help(context.session, console.Width()));
       return ExitStatus::kUsage;
     case CommandLine::Outcome::kProblem:
-      return program.UsageError(command_line.Problem(program.session));
+      return context.UsageError(command_line.Problem(context.session));
     case CommandLine::Outcome::kRun:
       break;
   }
-  if (!language_problem.empty()) return program.UsageError(language_problem);
-  const ExitStatus start = program.Start();
-  return start == ExitStatus::kDone ? command_line.action(program) : start;
+  if (!language_problem.empty()) return context.UsageError(language_problem);
+  const ExitStatus start = context.Start();
+  return start == ExitStatus::kDone ? command_line.action(context) : start;
 }
 
 }  // namespace
@@ -41,12 +41,12 @@ ExitStatus Run(CommandLine& command_line, CommandLine::Outcome outcome, Program&
 ExitStatus RunZepctl(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
   CommandLine command_line;
   const CommandLine::Outcome outcome = command_line.Parse(arguments);
-  Program program(command_line.options, surroundings);
-  const ExitStatus status = Run(command_line, outcome, program);
-  program.Finish(status);
+  CommandContext context(command_line.options, surroundings);
+  const ExitStatus status = Run(command_line, outcome, context);
+  context.Finish(status);
   if (!surroundings.console.HasLostOutput()) return status;
-  program.user.Say(
-      services::NLSFmt(program.session, "The result cannot be written to the standard output."));
+  context.user.Say(
+      services::NLSFmt(context.session, "The result cannot be written to the standard output."));
   return status == ExitStatus::kDone ? ExitStatus::kRefused : status;
 }
 

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "cli/command_context.h"
 #include "cli/exit_status.h"
-#include "cli/program.h"
 
 namespace zep::cli {
 

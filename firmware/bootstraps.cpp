@@ -7,9 +7,9 @@
 #include "link/programming_mode.h"
 #include "platform/files.h"
 #include "platform/thread_priority.h"
+#include "radiodb/radio_models.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "services/radio_model.h"
 #include "services/waits.h"
 
 namespace zep::firmware {
@@ -22,12 +22,32 @@ using services::Icon;
 using services::NLSFmt;
 using services::NLSMsgBox;
 using services::NLSText;
+using services::ReportError;
 using services::Session;
 
 // Models of this tier listen to the first loader only while their On button is held.
 constexpr std::int32_t kModelHeldOn = 3;
 // The downloader must fit into the radio's RAM.
 constexpr std::size_t kLongestDownloader = 2000;
+
+constexpr std::size_t kBootstrapSize = 256;
+constexpr std::string_view kBootstrapStart = "\xFF";
+
+void SendBootstrapToPort(Link& link, TransferView& view, int port, const std::string& loader) {
+  Session& session = link.session;
+  view.SetProgressMaximum(static_cast<int>(kBootstrapSize));
+  view.ShowStatus(NLSFmt(session, "Writing bootstrap file 1 to communication port %0:s",
+                         {std::to_string(port)}));
+  SendStringToSpecificComms(link, kBootstrapStart, port);
+  int sent = 0;
+  for (const char byte : loader) {
+    SendByteToSpecificComms(link, static_cast<std::uint8_t>(byte), port);
+    ShortenOutput(link, port, link::kBytesAhead);
+    // A slow processor leaves the bar alone, so that the line is kept fed.
+    if (session.fast_processor) view.SetProgress(++sent);
+    if (session.DownloadError || !link.IsActive(port)) return;
+  }
+}
 
 // For want of a loader file. To install the application anew does not help everyone.
 void StopForFile(Session& session, std::string_view text) {
@@ -47,7 +67,7 @@ void AskForBootstrapMode(TransferRun& run) {
     text += "\n\n" + NLSFmt(session,
                             "NOTE: For %0:s radios the On button must be pressed until bootstrap1 "
                             "file is loaded",
-                            {AppGetRadioModel(session, kModelHeldOn)});
+                            {radiodb::AppGetRadioModel(session, kModelHeldOn)});
   }
   NLSMsgBox(run.firmware.link.session, text, {.notice = services::Notice::kAwaitsAction});
 }
@@ -130,7 +150,7 @@ void CheckRadios(TransferRun& run) {
   if (session.DownloadError) return;
   const auto any = [&](std::string_view micro) {
     return std::any_of(run.firmware.labels.begin(), run.firmware.labels.end(),
-                       [micro](const link::SlotLabels& labels) { return labels.micro == micro; });
+                       [micro](const SlotLabels& labels) { return labels.micro == micro; });
   };
   if (!any("A1") || !any("E1")) return;
   NLSMsgBox(session, "You cannot program an E1 and an A1 radio at the same time",
@@ -147,6 +167,28 @@ void SendMode(Link& link) {
 }
 
 }  // namespace
+
+void SendBootStrap1ToAllComms(Link& link, TransferView& view) {
+  Session& session = link.session;
+  const platform::FileContents loader =
+      platform::ReadWholeFile(services::FindApplicationFile(session.paths, "bs.tsk"));
+  if (loader.error) {
+    ReportError(session, loader.error, "SendBootStrap1ToAllComms");
+    session.RequestCancel(Failure::kFile);
+    return;
+  }
+  if (loader.bytes.size() != kBootstrapSize) {
+    NLSMsgBox(session, "Invalid bootstrap file (bs.tsk)");
+    session.RequestCancel(Failure::kFile);
+    CheckForNoResponse(link);
+    return;
+  }
+  for (const int port : kAllPorts) {
+    if (link.IsActive(port)) SendBootstrapToPort(link, view, port, loader.bytes);
+  }
+  DrainOutput(link);
+  CheckForNoResponse(link);
+}
 
 void RunBootstrap1(TransferRun& run) {
   Link& link = run.firmware.link;

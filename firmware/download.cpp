@@ -72,7 +72,7 @@ bool RecordDownload(Firmware& firmware) {
 // Whether the flash loader ran in a radio, so that its firmware may not be what it was.
 bool HasReachedRadio(const Firmware& firmware) {
   return std::ranges::any_of(firmware.labels,
-                             [](const link::SlotLabels& labels) { return !labels.micro.empty(); });
+                             [](const SlotLabels& labels) { return !labels.micro.empty(); });
 }
 
 // The download with the radio's data saved before and written back after it.

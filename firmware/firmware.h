@@ -9,8 +9,8 @@
 #include "firmware/flash_devices.h"
 #include "firmware/image_file.h"
 #include "firmware/memory_maps.h"
+#include "firmware/transfer_view.h"
 #include "link/port_set.h"
-#include "link/transfer_view.h"
 
 namespace zep::firmware {
 
@@ -23,7 +23,7 @@ struct Firmware {
 
   // By slot; empty at the start of every run.
   std::array<FlashDevice, link::kPortCount> flash_devices;
-  std::array<link::SlotLabels, link::kPortCount> labels;
+  std::array<SlotLabels, link::kPortCount> labels;
   // "A1" or "E1" of the radio identified last: chooses the map for the whole run.
   std::string micro_type;
 
@@ -34,7 +34,7 @@ struct Firmware {
   MemoryMap E1MemoryMap;
 
   FlashDevice& Flash(int slot) { return flash_devices[link::Link::Index(slot)]; }
-  link::SlotLabels& Labels(int slot) { return labels[link::Link::Index(slot)]; }
+  SlotLabels& Labels(int slot) { return labels[link::Link::Index(slot)]; }
 };
 
 }  // namespace zep::firmware

@@ -50,7 +50,7 @@ FlashDevice IdentifyFlashDevice(std::uint8_t manufacturer, std::uint8_t device) 
   return {.Name = "Unknown", .Size = kFlashUnknown};
 }
 
-void UpdateFlashMicro(Firmware& firmware, link::TransferView& view, int slot) {
+void UpdateFlashMicro(Firmware& firmware, TransferView& view, int slot) {
   link::Link& link = firmware.link;
   if (!link.IsActive(slot)) return;
   const std::uint8_t manufacturer = GetByteFromSpecficComms(link, slot, 0);
@@ -66,7 +66,7 @@ void UpdateFlashMicro(Firmware& firmware, link::TransferView& view, int slot) {
     return;
   }
   firmware.micro_type = micro_type;
-  link::SlotLabels& labels = firmware.Labels(slot);
+  SlotLabels& labels = firmware.Labels(slot);
   labels.micro = micro_type;
   labels.flash = NLSFmt(link.session, firmware.Flash(slot).Name);
   view.SetSlot(slot, labels);

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "firmware/transfer_view.h"
 #include "link/port_set.h"
-#include "link/transfer_view.h"
 
 namespace zep::firmware {
 
@@ -32,7 +32,7 @@ FlashDevice IdentifyFlashDevice(std::uint8_t manufacturer, std::uint8_t device);
 // with an unknown micro, which the user is told, only the flash device is kept.
 //
 //   expects  manufacturer, device, micro type ("a" is A1, "e" is E1)
-void UpdateFlashMicro(Firmware& firmware, link::TransferView& view, int slot);
+void UpdateFlashMicro(Firmware& firmware, TransferView& view, int slot);
 
 // Looks at the configuration register that each Active radio may have sent by itself. The value
 // "C" is refused: the user is told and the port has failed.

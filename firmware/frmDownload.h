@@ -11,7 +11,7 @@
 #include <wx/timer.h>
 
 #include "firmware/download.h"
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::firmware {
 

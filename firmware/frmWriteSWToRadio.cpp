@@ -1,6 +1,6 @@
 #include "firmware/frmWriteSWToRadio.h"
 
-#include "link/frmTranscriptButton.h"
+#include "link/transcript_button_ui.h"
 #include "services/messages.h"
 
 namespace zep::firmware {

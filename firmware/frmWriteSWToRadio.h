@@ -7,9 +7,9 @@
 #include <wx/statusbr.h>
 #include <wx/timer.h>
 
-#include "firmware/frmTransferPanel.h"
 #include "firmware/transfer_engine.h"
-#include "services/frmKit.h"
+#include "firmware/transfer_panel_ui.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::firmware {
 

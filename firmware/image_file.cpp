@@ -9,7 +9,6 @@
 #include "radiodb/radio_models.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "services/radio_model.h"
 
 namespace zep::firmware {
 namespace {
@@ -161,8 +160,8 @@ bool IsForModel(Session& session, const ImageFile& image, int tier) {
       NLSFmt(session,
              "The firmware file %0:s is for a %1:s, but the radio is a %2:s. Download it "
              "nevertheless?",
-             {image.FullName(), services::AppGetRadioModel(session, image.FirmwareRadioModel),
-              services::AppGetRadioModel(session, tier)});
+             {image.FullName(), radiodb::AppGetRadioModel(session, image.FirmwareRadioModel),
+              radiodb::AppGetRadioModel(session, tier)});
   return NLSMsgBox(
              session, question,
              {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo, .cautious = true}) ==

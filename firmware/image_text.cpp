@@ -1,7 +1,7 @@
 #include "firmware/image_text.h"
 
+#include "radiodb/radio_models.h"
 #include "services/messages.h"
-#include "services/radio_model.h"
 
 namespace zep::firmware {
 
@@ -10,7 +10,7 @@ using services::NLSFmt;
 std::string ImageModelText(const services::Session& session, const ImageInspection& image) {
   const std::string name = image.radio_model == 0
                                ? NLSFmt(session, "Unknown")
-                               : services::AppGetRadioModel(session, image.radio_model);
+                               : radiodb::AppGetRadioModel(session, image.radio_model);
   return name + " (" + image.model_code + ")";
 }
 

@@ -4,8 +4,8 @@
 
 #include "firmware/bootstraps.h"
 #include "firmware/image_transfer.h"
+#include "firmware/transfer_report.h"
 #include "link/byte_exchange.h"
-#include "link/error_replies.h"
 #include "link/programming_mode.h"
 #include "services/messages.h"
 #include "services/waits.h"
@@ -190,7 +190,7 @@ void UpdateStatus(TransferRun& run, int slot) {
   const Link& link = run.firmware.link;
   const link::PortState state = link.CommStates[Link::Index(slot)];
   run.shown_states[Link::Index(slot)] = state;
-  link::SlotLabels& labels = run.firmware.Labels(slot);
+  SlotLabels& labels = run.firmware.Labels(slot);
   labels.status = NLSFmt(link.session, PortStateText(state));
   run.view.SetSlot(slot, labels);
 }
@@ -198,7 +198,7 @@ void UpdateStatus(TransferRun& run, int slot) {
 void UpdateLabels(TransferRun& run) {
   for (const int slot : kAllPorts) {
     if (run.firmware.link.IsActive(slot)) continue;
-    link::SlotLabels& labels = run.firmware.Labels(slot);
+    SlotLabels& labels = run.firmware.Labels(slot);
     labels.enabled = false;
     run.view.SetSlot(slot, labels);
   }

@@ -18,7 +18,7 @@
 #include <string_view>
 
 #include "firmware/firmware.h"
-#include "link/transfer_view.h"
+#include "firmware/transfer_view.h"
 #include "platform/clock.h"
 
 namespace zep::firmware {
@@ -56,12 +56,12 @@ struct TransferResult {
 
 // One run, from the opening of its window to its closing.
 struct TransferRun {
-  TransferRun(Firmware& program_firmware, link::TransferView& transfer_view,
+  TransferRun(Firmware& program_firmware, TransferView& transfer_view,
               const TransferOptions& transfer_options = {})
       : firmware(program_firmware), view(transfer_view), options(transfer_options) {}
 
   Firmware& firmware;
-  link::TransferView& view;
+  TransferView& view;
   const TransferOptions options;
 
   bool done = false;  // finished normally

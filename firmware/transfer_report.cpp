@@ -6,7 +6,14 @@
 namespace zep::firmware {
 namespace {
 
+using services::Icon;
 using services::NLSFmt;
+using services::NLSMsgBox;
+using services::NLSText;
+
+void ReportPort(link::Link& link, int port, std::string_view text, Icon icon) {
+  NLSMsgBox(link.session, NLSFmt(link.session, text, {std::to_string(port)}), {.icon = icon});
+}
 
 // With one digit behind the point.
 std::string Seconds(platform::Duration time) {
@@ -16,12 +23,33 @@ std::string Seconds(platform::Duration time) {
 
 }  // namespace
 
+void TransferReport(link::Link& link, TransferView& view) {
+  const bool download = link.session.TransferMode == services::Transfer::kProgram;
+  for (const int port : link::kAllPorts) {
+    if (link.State(port) == link::PortState::kActive) {
+      ReportPort(
+          link, port,
+          download ? NLSText("Completed downloading firmware to radio on communication port %0:s")
+                   : NLSText("Completed uploading firmware from radio on communication port %0:s"),
+          Icon::kInformation);
+      if (download) view.ShowStatus(NLSFmt(link.session, "Completed writing data"));
+    } else if (link.State(port) == link::PortState::kErrorDetected) {
+      ReportPort(link, port,
+                 download
+                     ? NLSText("Error downloading firmware to radio on communication port %0:s")
+                     : NLSText("Error uploading firmware from radio on communication port %0:s"),
+                 Icon::kCritical);
+      if (download) view.ShowStatus(NLSFmt(link.session, "Error writing data"));
+    }
+  }
+}
+
 std::vector<SlotReport> SlotReports(const Firmware& firmware, const TransferResult& result) {
   std::vector<SlotReport> reports;
   for (const int slot : link::kAllPorts) {
     const std::size_t index = link::Link::Index(slot);
     if (result.outcomes[index] == SlotOutcome::kNotUsed) continue;
-    const link::SlotLabels& labels = firmware.labels[index];
+    const SlotLabels& labels = firmware.labels[index];
     reports.push_back({.slot = slot,
                        .device = firmware.link.ports[index]->Device(),
                        .micro = labels.micro,

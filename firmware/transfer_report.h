@@ -9,6 +9,9 @@
 
 namespace zep::firmware {
 
+// Tells, port by port, how a firmware transfer ended: a box for each Active and each failed port.
+void TransferReport(link::Link& link, TransferView& view);
+
 struct SlotReport {
   int slot = 0;
   std::string device;

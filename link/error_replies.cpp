@@ -55,10 +55,6 @@ std::string_view Find(const std::array<ErrorText, kRows>& table, std::string_vie
   return {};
 }
 
-void ReportPort(Link& link, int port, std::string_view text, Icon icon) {
-  NLSMsgBox(link.session, NLSFmt(link.session, text, {std::to_string(port)}), {.icon = icon});
-}
-
 }  // namespace
 
 void RadioErrorReporter(services::Session& session) {
@@ -81,27 +77,6 @@ void FlashErrorReporter(services::Session& session, std::string_view code, int p
             NLSFmt(session, "Error detected on communication port %0:s :  %1:s",
                    {std::to_string(port), NLSFmt(session, text)}),
             {.icon = Icon::kCritical});
-}
-
-void TransferReport(Link& link, TransferView& view) {
-  const bool download = link.session.TransferMode == services::Transfer::kProgram;
-  for (const int port : kAllPorts) {
-    if (link.State(port) == PortState::kActive) {
-      ReportPort(
-          link, port,
-          download ? NLSText("Completed downloading firmware to radio on communication port %0:s")
-                   : NLSText("Completed uploading firmware from radio on communication port %0:s"),
-          Icon::kInformation);
-      if (download) view.ShowStatus(NLSFmt(link.session, "Completed writing data"));
-    } else if (link.State(port) == PortState::kErrorDetected) {
-      ReportPort(link, port,
-                 download
-                     ? NLSText("Error downloading firmware to radio on communication port %0:s")
-                     : NLSText("Error uploading firmware from radio on communication port %0:s"),
-                 Icon::kCritical);
-      if (download) view.ShowStatus(NLSFmt(link.session, "Error writing data"));
-    }
-  }
 }
 
 }  // namespace zep::link

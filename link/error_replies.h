@@ -1,11 +1,10 @@
-// What radios report, in words for the user: error replies of the database command set, error codes
-// of the flash loader, and how a firmware transfer ended on each port.
+// What radios report, in words for the user: error replies of the database command set, and error
+// codes of the flash loader.
 #pragma once
 
 #include <string_view>
 
 #include "link/port_set.h"
-#include "link/transfer_view.h"
 
 namespace zep::link {
 
@@ -20,8 +19,5 @@ void ReportRadioError(services::Session& session, std::string_view reply);
 // Shows the flash loader's error code (one character) for the port; an unknown code shows nothing.
 // The caller marks the port.
 void FlashErrorReporter(services::Session& session, std::string_view code, int port);
-
-// Tells, port by port, how a firmware transfer ended: a box for each Active and each failed port.
-void TransferReport(Link& link, TransferView& view);
 
 }  // namespace zep::link

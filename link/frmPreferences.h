@@ -15,7 +15,7 @@
 
 #include "link/port_set.h"
 #include "platform/serial_list.h"
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::link {
 

@@ -8,7 +8,7 @@
 #include <wx/statbox.h>
 
 #include "link/port_set.h"
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::link {
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "services/messages.h"
-#include "services/radio_model.h"
 #include "services/resource_ids.h"
 
 namespace zep::radiodb {
@@ -179,11 +178,11 @@ bool CheckModel(const RadioDb& db, const FileIdentity& file) {
   }
   const int tier = LookUpRadioModel(session, file.model_code).value_or(RadioModel{}).tier;
   if (tier == db.identity.tier) return true;
-  return Refuse(session,
-                NLSFmt(session, "Can not program a %0:s as a %1:s",
-                       {services::AppGetRadioModel(session, tier),
-                        services::AppGetRadioModel(session, db.identity.tier)}),
-                Failure::kRefused);
+  return Refuse(
+      session,
+      NLSFmt(session, "Can not program a %0:s as a %1:s",
+             {AppGetRadioModel(session, tier), AppGetRadioModel(session, db.identity.tier)}),
+      Failure::kRefused);
 }
 
 // A calibration file is for calibration transfers; it knows no database version.

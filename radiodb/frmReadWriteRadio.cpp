@@ -2,7 +2,7 @@
 
 #include <optional>
 
-#include "link/frmTranscriptButton.h"
+#include "link/transcript_button_ui.h"
 #include "radiodb/data_files.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"

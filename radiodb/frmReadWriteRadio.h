@@ -10,8 +10,8 @@
 
 #include "radiodb/radio_db.h"
 #include "radiodb/read_write_view.h"
-#include "services/frmKit.h"
-#include "services/frmProgress.h"
+#include "services/progress_panel_ui.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::radiodb {
 

@@ -9,7 +9,7 @@
 
 #include "radiodb/identity_text.h"
 #include "radiodb/radio_db.h"
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::radiodb {
 

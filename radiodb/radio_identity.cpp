@@ -8,7 +8,6 @@
 #include "radiodb/radio_commands.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
-#include "services/radio_model.h"
 #include "services/waits.h"
 
 namespace zep::radiodb {
@@ -216,7 +215,7 @@ void ProcessItem0(Session& session, std::string_view data, IdentityUse use,
   const RadioModel model = LookUpRadioModel(session, identity.model_code).value_or(RadioModel{});
   identity.tier = model.tier;
   identity.type = model.type;
-  identity.model_name = services::AppGetRadioModel(session, model.tier);
+  identity.model_name = AppGetRadioModel(session, model.tier);
 }
 
 void ProcessNumberOfNetworks(std::string_view data, RadioIdentity& identity) {

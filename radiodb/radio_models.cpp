@@ -3,7 +3,7 @@
 #include <array>
 
 #include "services/messages.h"
-#include "services/radio_model.h"
+#include "services/resource_ids.h"
 
 namespace zep::radiodb {
 namespace {
@@ -48,9 +48,14 @@ std::optional<RadioModel> LookUpRadioModel(services::Session& session, std::stri
   const std::optional<RadioModel> model = FindRadioModel(code);
   if (!model) {
     NLSMsgBox(session, NLSFmt(session, "Radio Model is invalid, will be set to '%0:s'.",
-                              {services::AppGetRadioModel(session, RadioModel{}.tier)}));
+                              {AppGetRadioModel(session, RadioModel{}.tier)}));
   }
   return model;
+}
+
+const std::string& AppGetRadioModel(const services::Session& session, int tier) {
+  const bool is_tier = tier >= 1 && tier <= services::kLastModelTier;
+  return session.strings.Get(is_tier ? services::kResModelName + tier : 0);
 }
 
 int FirstGeneration(int tier) {

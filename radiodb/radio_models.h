@@ -2,6 +2,7 @@
 #pragma once
 
 #include <optional>
+#include <string>
 #include <string_view>
 
 #include "services/session.h"
@@ -12,7 +13,7 @@ namespace zep::radiodb {
 enum class RadioType { kConventional = 1, kTrunked = 2, kConventionalII = 3 };
 
 struct RadioModel {
-  int tier = 1;  // 1 to 13; its name is AppGetRadioModel(session, tier)
+  int tier = 1;  // 1 to 13; see AppGetRadioModel
   RadioType type = RadioType::kConventional;
 };
 
@@ -21,6 +22,9 @@ std::optional<RadioModel> FindRadioModel(std::string_view code);
 
 // The same, and the user is told when there is none.
 std::optional<RadioModel> LookUpRadioModel(services::Session& session, std::string_view code);
+
+// The name of the models of a tier, 1 to 13; empty for any other number.
+const std::string& AppGetRadioModel(const services::Session& session, int tier);
 
 // The tier whose images a tier takes: tiers 10 and 11 take those of 1 and 2.
 int FirstGeneration(int tier);

@@ -18,7 +18,7 @@
 #include "platform/system_version.h"
 #include "radiodb/radio_db.h"
 #include "services/foundation.h"
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 #include "shell/window_user.h"
 #include "shell/wire_log.h"
 

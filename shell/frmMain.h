@@ -10,7 +10,7 @@
 #include <wx/stattext.h>
 #include <wx/treectrl.h>
 
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 #include "shell/application.h"
 
 namespace zep::shell {

@@ -14,8 +14,8 @@
 #include <wx/treectrl.h>
 
 #include "platform/files.h"
-#include "services/frmKit.h"
 #include "services/messages.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::shell {
 namespace {

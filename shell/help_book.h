@@ -4,7 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::shell {
 

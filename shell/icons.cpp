@@ -6,7 +6,7 @@
 #include <wx/log.h>
 
 #include "platform/files.h"
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::shell {
 

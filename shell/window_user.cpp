@@ -4,8 +4,8 @@
 #include <wx/filedlg.h>
 #include <wx/msgdlg.h>
 
-#include "services/frmKit.h"
 #include "services/messages.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::shell {
 namespace {

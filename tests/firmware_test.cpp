@@ -5,7 +5,9 @@
 
 #include <gtest/gtest.h>
 
+#include "firmware/bootstraps.h"
 #include "firmware/download.h"
+#include "firmware/transfer_report.h"
 #include "services/hex_text.h"
 #include "tests/firmware_testing.h"
 
@@ -176,6 +178,68 @@ TEST(DownloadChoices, AreKeptWithTheirSeparators) {
   const DownloadChoices choices = LoadDownloadChoices(test.session);
   EXPECT_EQ(choices.BinaryFilePath + choices.BinaryFileName, "typed" + separator + "a.bin");
   EXPECT_EQ(choices.DataFilePath + choices.DataFileName, "kept" + separator + "b.ops");
+}
+
+class StatusView final : public testing::QuietView {
+ public:
+  void ShowStatus(const std::string& status) override { statuses += status + "\n"; }
+  std::string statuses;
+};
+
+TEST(ErrorReplies, TheTransferReportNamesActiveAndFailedPortsInOrder) {
+  for (const services::Transfer mode : {services::Transfer::kProgram, services::Transfer::kRead}) {
+    testing::TestLink test;
+    StatusView view;
+    test.session.TransferMode = mode;
+    test.link.CommStates = {link::PortState::kActive, link::PortState::kAvailable,
+                            link::PortState::kErrorDetected, link::PortState::kNotAvailable};
+    TransferReport(test.link, view);
+    const bool download = mode == services::Transfer::kProgram;
+    EXPECT_EQ(
+        test.user.Boxes(),
+        download
+            ? "information Completed downloading firmware to radio on communication port 1 -> OK\n"
+              "critical Error downloading firmware to radio on communication port 3 -> OK\n"
+            : "information Completed uploading firmware from radio on communication port 1 -> OK\n"
+              "critical Error uploading firmware from radio on communication port 3 -> OK\n");
+    EXPECT_EQ(view.statuses, download ? "Completed writing data\nError writing data\n" : "");
+  }
+}
+
+TEST(Bootstrap, LoadersOfAWrongLengthAreNeverSent) {
+  for (const std::size_t size : {0U, 255U, 257U}) {
+    SCOPED_TRACE(size);
+    testing::TestLink test;
+    StatusView view;
+    test.Activate({1});
+    test.folder.Write("bs.tsk", std::string(size, 'b'));
+    SendBootStrap1ToAllComms(test.link, view);
+    EXPECT_EQ(test.Wire(), "");
+    EXPECT_EQ(test.user.Boxes(), "information Invalid bootstrap file (bs.tsk) -> OK\n");
+    EXPECT_TRUE(test.session.CancelRequested);
+  }
+}
+
+TEST(Bootstrap, TheLoaderGoesOutBehindALeadingByteUntilTheLinkFails) {
+  testing::TestLink test;
+  StatusView view;
+  test.Activate({1, 4});
+  test.folder.Write("bs.tsk", std::string(255, 'b') + "e");
+  SendBootStrap1ToAllComms(test.link, view);
+  std::string expected;
+  for (const std::string port : {"1", "4"}) {
+    expected += (expected.empty() ? "" : " ") + port + "<FF";
+    for (int i = 0; i < 255; ++i) expected += " " + port + "<b";
+    expected += " " + port + "<e";
+  }
+  EXPECT_EQ(test.Wire(), expected);
+  EXPECT_EQ(view.statuses,
+            "Writing bootstrap file 1 to communication port 1\nWriting bootstrap file 1 to "
+            "communication port 4\n");
+
+  test.session.DownloadError = true;
+  SendBootStrap1ToAllComms(test.link, view);
+  EXPECT_EQ(test.Wire(), "1<FF 4<FF") << "each port gets its leading byte and no more";
 }
 
 }  // namespace

@@ -72,14 +72,14 @@ inline std::string Brief(std::string boxes) {
 struct NotedView final : QuietView {
   std::string notes;
   int progress = 0;
-  std::map<int, link::SlotLabels> slots;
+  std::map<int, firmware::SlotLabels> slots;
 
   void SetCaption(const std::string& caption) override { notes += caption + "\n"; }
   void ShowStatus(const std::string& status) override { notes += status + "\n"; }
   void SetProgressMaximum(int most) override { notes += "0 to " + std::to_string(most) + "\n"; }
   void SetProgress(int value) override { progress = value; }
   void EnableCancel(bool enabled) override { notes += enabled ? "cancel on\n" : "cancel off\n"; }
-  void SetSlot(int slot, const link::SlotLabels& labels) override { slots[slot] = labels; }
+  void SetSlot(int slot, const firmware::SlotLabels& labels) override { slots[slot] = labels; }
 };
 
 struct FirmwareBench : TestLink {

@@ -13,7 +13,6 @@
 #include "link/wire_trace.h"
 #include "services/messages.h"
 #include "tests/link_testing.h"
-#include "tests/views_testing.h"
 
 namespace zep::link {
 namespace {
@@ -351,32 +350,6 @@ TEST(ErrorReplies, FlashCodesAreShownWhereTextIsAwaited) {
   }
 }
 
-class StatusView final : public testing::QuietView {
- public:
-  void ShowStatus(const std::string& status) override { statuses += status + "\n"; }
-  std::string statuses;
-};
-
-TEST(ErrorReplies, TheTransferReportNamesActiveAndFailedPortsInOrder) {
-  for (const Transfer mode : {Transfer::kProgram, Transfer::kRead}) {
-    TestLink test;
-    StatusView view;
-    test.session.TransferMode = mode;
-    test.link.CommStates = {PortState::kActive, PortState::kAvailable, PortState::kErrorDetected,
-                            PortState::kNotAvailable};
-    TransferReport(test.link, view);
-    const bool download = mode == Transfer::kProgram;
-    EXPECT_EQ(
-        test.user.Boxes(),
-        download
-            ? "information Completed downloading firmware to radio on communication port 1 -> OK\n"
-              "critical Error downloading firmware to radio on communication port 3 -> OK\n"
-            : "information Completed uploading firmware from radio on communication port 1 -> OK\n"
-              "critical Error uploading firmware from radio on communication port 3 -> OK\n");
-    EXPECT_EQ(view.statuses, download ? "Completed writing data\nError writing data\n" : "");
-  }
-}
-
 TEST(PortSet, StatesFollowWhatCanBeOpenedAndTheUsersChoice) {
   TestLink test;
   test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort1State", "1");
@@ -544,20 +517,6 @@ TEST(ProgrammingMode, AnActionLeavesRadiosReleasedPortsClosedAndStatesAsTheyWere
   EXPECT_FALSE(test.port(2).IsOpen());
 }
 
-TEST(Bootstrap, LoadersOfAWrongLengthAreNeverSent) {
-  for (const std::size_t size : {0U, 255U, 257U}) {
-    SCOPED_TRACE(size);
-    TestLink test;
-    StatusView view;
-    test.Activate({1});
-    test.folder.Write("bs.tsk", std::string(size, 'b'));
-    SendBootStrap1ToAllComms(test.link, view);
-    EXPECT_EQ(test.Wire(), "");
-    EXPECT_EQ(test.user.Boxes(), "information Invalid bootstrap file (bs.tsk) -> OK\n");
-    EXPECT_TRUE(test.session.CancelRequested);
-  }
-}
-
 TEST(WatchedPort, LetsAPortThatHasFailedBeOpenedAnew) {
   TestLink test;
   std::string wire;
@@ -568,28 +527,6 @@ TEST(WatchedPort, LetsAPortThatHasFailedBeOpenedAnew) {
   EXPECT_EQ(watched.Open().number, 0);
   port.open_error = {.number = 8002};
   EXPECT_EQ(watched.Open().number, 8002) << "it counts as open still";
-}
-
-TEST(Bootstrap, TheLoaderGoesOutBehindALeadingByteUntilTheLinkFails) {
-  TestLink test;
-  StatusView view;
-  test.Activate({1, 4});
-  test.folder.Write("bs.tsk", std::string(255, 'b') + "e");
-  SendBootStrap1ToAllComms(test.link, view);
-  std::string expected;
-  for (const std::string port : {"1", "4"}) {
-    expected += (expected.empty() ? "" : " ") + port + "<FF";
-    for (int i = 0; i < 255; ++i) expected += " " + port + "<b";
-    expected += " " + port + "<e";
-  }
-  EXPECT_EQ(test.Wire(), expected);
-  EXPECT_EQ(view.statuses,
-            "Writing bootstrap file 1 to communication port 1\nWriting bootstrap file 1 to "
-            "communication port 4\n");
-
-  test.session.DownloadError = true;
-  SendBootStrap1ToAllComms(test.link, view);
-  EXPECT_EQ(test.Wire(), "1<FF 4<FF") << "each port gets its leading byte and no more";
 }
 
 }  // namespace

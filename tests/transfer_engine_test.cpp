@@ -40,7 +40,7 @@ TEST(TransferEngine, TwoRadiosMoveInLockstep) {
             "Completed writing data\nCompleted writing data\n"
             "Status: Closing communication ports...\n");
   EXPECT_EQ(bench.Boxes(), "ask; done 1; done 3; ");
-  const link::SlotLabels& labels = bench.view.slots[3];
+  const firmware::SlotLabels& labels = bench.view.slots[3];
   EXPECT_EQ(labels.status + " " + labels.micro + " " + labels.flash, "Active A1 AT29C010A 1MBit");
   EXPECT_FALSE(bench.view.slots[2].enabled);
   EXPECT_EQ(bench.port(3).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));

@@ -24,7 +24,7 @@ struct WatchedUpgrade final : UpgradeView {
   void ShowFirmwareFile(const std::string& full_name) override { firmware_file = full_name; }
   void ShowStatus(const std::string& status) override { on_step(status); }
   radiodb::ReadWriteView& ReadWriteWindow() override { return quiet; }
-  link::TransferView& TransferWindow() override { return quiet; }
+  firmware::TransferView& TransferWindow() override { return quiet; }
   void WatchTransfer(firmware::TransferRun* run) override {
     watched = run;
     if (run != nullptr) on_step("transfer");

@@ -4,12 +4,12 @@
 
 #include <string>
 
-#include "link/transfer_view.h"
+#include "firmware/transfer_view.h"
 #include "radiodb/read_write_view.h"
 
 namespace zep::testing {
 
-class QuietView : public link::TransferView, public radiodb::ReadWriteView {
+class QuietView : public firmware::TransferView, public radiodb::ReadWriteView {
  public:
   void SetCaption(const std::string&) override {}
   void ShowStatus(const std::string&) override {}
@@ -19,7 +19,7 @@ class QuietView : public link::TransferView, public radiodb::ReadWriteView {
   void EnableCancel(bool) override {}
   void ShowCancel(bool) override {}
   void ShowBootstrapHint(bool) override {}
-  void SetSlot(int, const link::SlotLabels&) override {}
+  void SetSlot(int, const firmware::SlotLabels&) override {}
   void Repaint() override {}
 };
 

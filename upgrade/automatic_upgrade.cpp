@@ -5,10 +5,10 @@
 #include "link/byte_exchange.h"
 #include "platform/files.h"
 #include "radiodb/data_files.h"
+#include "radiodb/radio_models.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "services/radio_model.h"
 #include "upgrade/calibration_conversion.h"
 #include "upgrade/checked_data_file.h"
 #include "upgrade/personality_conversion.h"
@@ -210,7 +210,7 @@ bool AutomaticUpgrade::CheckRadioIsTheSame() {
         radiodb::FindRadioModel(saved_model_code_).value_or(radiodb::RadioModel{});
     NLSMsgBox(session_,
               NLSFmt(session_, "Can not program a %0:s as a %1:s",
-                     {services::AppGetRadioModel(session_, saved_model.tier), radio.model_name}),
+                     {radiodb::AppGetRadioModel(session_, saved_model.tier), radio.model_name}),
               {.icon = Icon::kCritical});
     return FailWith("The radio is not the one whose data was saved: its model code is " +
                         radio.model_code + " instead of " + saved_model_code_,

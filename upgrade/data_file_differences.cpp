@@ -6,7 +6,6 @@
 #include "radiodb/radio_identity.h"
 #include "radiodb/radio_models.h"
 #include "services/messages.h"
-#include "services/radio_model.h"
 #include "upgrade/checked_data_file.h"
 #include "upgrade/personality_data.h"
 
@@ -29,7 +28,7 @@ std::vector<Fact> FactsOf(const Session& session, const radiodb::DataFileCheck& 
   return {
       {NLSText("Contents"), NLSFmt(session, identity.is_calibration ? NLSText("calibration data")
                                                                     : NLSText("personality data"))},
-      {NLSText("Model"), services::AppGetRadioModel(session, model.tier)},
+      {NLSText("Model"), radiodb::AppGetRadioModel(session, model.tier)},
       {NLSText("Model string"), identity.model_string},
       {NLSText("Type"),
        NLSFmt(session, radiodb::ReturnTypeStringFromEnum(identity.type_digit - '0'))},

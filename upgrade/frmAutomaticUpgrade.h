@@ -2,9 +2,9 @@
 // and writes its data back in the new version.
 #pragma once
 
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 #include "upgrade/automatic_upgrade.h"
-#include "upgrade/frmUpgradePanel.h"
+#include "upgrade/upgrade_panel_ui.h"
 
 namespace zep::upgrade {
 

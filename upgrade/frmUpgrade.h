@@ -4,9 +4,9 @@
 
 #include <wx/checkbox.h>
 
-#include "services/frmKit.h"
-#include "upgrade/frmUpgradePanel.h"
+#include "services/window_kit_ui.h"
 #include "upgrade/manual_upgrade.h"
+#include "upgrade/upgrade_panel_ui.h"
 
 namespace zep::upgrade {
 

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "firmware/transfer_engine.h"
-#include "link/transfer_view.h"
+#include "firmware/transfer_view.h"
 #include "radiodb/read_write_view.h"
 
 namespace zep::upgrade {
@@ -22,7 +22,7 @@ class UpgradeView {
   // Where reading and programming the radio's data is watched.
   virtual radiodb::ReadWriteView& ReadWriteWindow() = 0;
   // Where the firmware transfer is watched.
-  virtual link::TransferView& TransferWindow() = 0;
+  virtual firmware::TransferView& TransferWindow() = 0;
   // The transfer that is about to run, for the window's Cancel button; null when it is over.
   virtual void WatchTransfer(firmware::TransferRun* run) = 0;
 };

@@ -8,8 +8,8 @@
 #include <wx/panel.h>
 #include <wx/textctrl.h>
 
-#include "firmware/frmTransferPanel.h"
-#include "services/frmProgress.h"
+#include "firmware/transfer_panel_ui.h"
+#include "services/progress_panel_ui.h"
 #include "upgrade/upgrade_view.h"
 
 namespace zep::upgrade {
@@ -39,7 +39,7 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   void ShowFirmwareFile(const std::string& full_name) override;
   void ShowStatus(const std::string& status) override;
   radiodb::ReadWriteView& ReadWriteWindow() override;
-  link::TransferView& TransferWindow() override;
+  firmware::TransferView& TransferWindow() override;
   void WatchTransfer(firmware::TransferRun* run) override;
 
  private:

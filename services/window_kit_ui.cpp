@@ -1,4 +1,4 @@
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 
 #include <algorithm>
 #include <utility>

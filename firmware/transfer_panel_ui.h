@@ -10,13 +10,13 @@
 #include <wx/stattext.h>
 
 #include "firmware/transfer_engine.h"
-#include "link/transfer_view.h"
-#include "services/frmKit.h"
-#include "services/frmProgress.h"
+#include "firmware/transfer_view.h"
+#include "services/progress_panel_ui.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::firmware {
 
-class TransferPanel final : public wxPanel, public link::TransferView {
+class TransferPanel final : public wxPanel, public TransferView {
  public:
   TransferPanel(wxWindow* parent, const services::WindowContext& window_context,
                 const link::Link& shown_link);
@@ -44,7 +44,7 @@ class TransferPanel final : public wxPanel, public link::TransferView {
   void EnableCancel(bool enabled) override;
   void ShowCancel(bool shown) override;
   void ShowBootstrapHint(bool shown) override;
-  void SetSlot(int slot, const link::SlotLabels& labels) override;
+  void SetSlot(int slot, const SlotLabels& labels) override;
   void Repaint() override;
 
  private:

@@ -1,4 +1,4 @@
-#include "link/frmTranscriptButton.h"
+#include "link/transcript_button_ui.h"
 
 #include "services/messages.h"
 

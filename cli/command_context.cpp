@@ -1,4 +1,4 @@
-#include "cli/program.h"
+#include "cli/command_context.h"
 
 #include <algorithm>
 
@@ -59,7 +59,7 @@ Json Describe(const ShownMessage& message) {
 
 }  // namespace
 
-Program::Program(const Options& program_options, const Surroundings& world)
+CommandContext::CommandContext(const Options& program_options, const Surroundings& world)
     : options(program_options),
       surroundings(world),
       user(world.console, AnswerToAll(program_options)),
@@ -73,9 +73,9 @@ Program::Program(const Options& program_options, const Surroundings& world)
   session.in_house = options.in_house;
 }
 
-Program::~Program() = default;
+CommandContext::~CommandContext() = default;
 
-std::string Program::ChooseLanguage() {
+std::string CommandContext::ChooseLanguage() {
   const std::optional<Language> wanted = FindLanguage(options.language);
   const platform::SystemError error = services::LoadTexts(session, wanted);
   if (error) ShowNote(error);
@@ -84,7 +84,7 @@ std::string Program::ChooseLanguage() {
                 {options.language, services::LanguageCodes(", ")});
 }
 
-ExitStatus Program::Start() {
+ExitStatus CommandContext::Start() {
   if (options.yes && options.no)
     return UsageError(NLSFmt(session, "Please give one of --yes and --no, not both."));
   const std::string& folder = options.application_folder;
@@ -117,7 +117,7 @@ ExitStatus Program::Start() {
   return ExitStatus::kDone;
 }
 
-link::Link& Program::Link() {
+link::Link& CommandContext::Link() {
   if (link_) return *link_;
   link::Ports ports;
   const auto devices = NamesPorts() ? devices_ : link::SlotDevices(session.settings);
@@ -131,13 +131,13 @@ link::Link& Program::Link() {
   return *link_;
 }
 
-link::Link* Program::LinkForJob() {
+link::Link* CommandContext::LinkForJob() {
   link::Link& link = Link();
   const bool can_begin = NamesPorts() ? ActivateNamedPorts(link, devices_) : FindActivePorts(link);
   return can_begin ? &link : nullptr;
 }
 
-link::Link* Program::LinkForOneRadio(services::Transfer mode) {
+link::Link* CommandContext::LinkForOneRadio(services::Transfer mode) {
   session.TransferMode = mode;
   link::Link* link = LinkForJob();
   const auto active = [link] {
@@ -147,23 +147,23 @@ link::Link* Program::LinkForOneRadio(services::Transfer mode) {
   return link != nullptr && active() == 1 ? link : nullptr;
 }
 
-void Program::Print(const std::string& text) {
+void CommandContext::Print(const std::string& text) {
   progress.StepAside();
   if (!options.json) surroundings.console.WriteOutput(text);
 }
 
-ExitStatus Program::UsageError(const std::string& text) {
+ExitStatus CommandContext::UsageError(const std::string& text) {
   user.Say(text);
   user.Say(NLSFmt(session, "\"zepctl --help\" shows the commands and options."));
   return ExitStatus::kUsage;
 }
 
-ExitStatus Program::JobStatus(bool done) const {
+ExitStatus CommandContext::JobStatus(bool done) const {
   if (session.failure != services::Failure::kNone) return StatusOf(session.failure);
   return done ? ExitStatus::kDone : ExitStatus::kRefused;
 }
 
-void Program::Finish(ExitStatus status) {
+void CommandContext::Finish(ExitStatus status) {
   progress.EndPhase();
   // One that could not be opened was told of at the start.
   if (trace_ && trace_file_.Error()) ReportError(session, trace_file_.Error(), "--trace");
@@ -181,7 +181,7 @@ void Program::Finish(ExitStatus status) {
   surroundings.console.WriteOutput(all.Text() + "\n");
 }
 
-void Program::ShowNote(const platform::SystemError& error) {
+void CommandContext::ShowNote(const platform::SystemError& error) {
   if (error) user.Say(services::ErrorNote(session, error));
 }
 

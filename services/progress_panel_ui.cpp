@@ -1,4 +1,4 @@
-#include "services/frmProgress.h"
+#include "services/progress_panel_ui.h"
 
 #include <algorithm>
 

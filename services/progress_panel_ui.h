@@ -7,8 +7,8 @@
 #include <wx/panel.h>
 #include <wx/stattext.h>
 
-#include "services/frmKit.h"
 #include "services/progress_rate.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::services {
 

@@ -1,7 +1,7 @@
 // The button of a job's window that shows what goes over the wires.
 #pragma once
 
-#include "services/frmKit.h"
+#include "services/window_kit_ui.h"
 
 namespace zep::link {
 

@@ -1,4 +1,4 @@
-#include "upgrade/frmUpgradePanel.h"
+#include "upgrade/upgrade_panel_ui.h"
 
 #include <wx/sizer.h>
 
@@ -108,7 +108,7 @@ radiodb::ReadWriteView& UpgradePanel::ReadWriteWindow() {
   return read_write_;
 }
 
-link::TransferView& UpgradePanel::TransferWindow() {
+firmware::TransferView& UpgradePanel::TransferWindow() {
   ShowStep(pnlTransfer);
   return *pnlTransfer;
 }

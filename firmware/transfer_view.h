@@ -4,7 +4,7 @@
 
 #include <string>
 
-namespace zep::link {
+namespace zep::firmware {
 
 // The labels of one port slot. Empty texts show nothing.
 struct SlotLabels {
@@ -34,4 +34,4 @@ class TransferView {
   virtual void Repaint() = 0;
 };
 
-}  // namespace zep::link
+}  // namespace zep::firmware

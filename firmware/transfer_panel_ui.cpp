@@ -1,4 +1,4 @@
-#include "firmware/frmTransferPanel.h"
+#include "firmware/transfer_panel_ui.h"
 
 #include <algorithm>
 #include <utility>
@@ -115,7 +115,7 @@ void TransferPanel::Clear() {
     const std::string device = link_.ports[index]->Device();
     SetText(rows_[index].lblDevice, device);
     rows_[index].lblDevice->SetToolTip(ToWx(device));
-    link::SlotLabels labels;
+    SlotLabels labels;
     labels.status = NLSFmt(context_.session, PortStateText(link_.CommStates[index]));
     SetSlot(slot, labels);
     SetText(rows_[index].lblOutcome, "");
@@ -160,7 +160,7 @@ void TransferPanel::ShowBootstrapHint(bool shown) {
   lblBootstrapHint->SetLabel(shown ? hint_ : wxString());
 }
 
-void TransferPanel::SetSlot(int slot, const link::SlotLabels& labels) {
+void TransferPanel::SetSlot(int slot, const SlotLabels& labels) {
   const Row& row = rows_[link::Link::Index(slot)];
   SetText(row.lblMicro, labels.micro);
   SetText(row.lblFlash, labels.flash);

@@ -34,12 +34,12 @@ struct Surroundings {
   std::function<std::vector<platform::SerialDeviceInfo>()> list_devices;
 };
 
-class Program {
+class CommandContext {
  public:
-  Program(const Options& program_options, const Surroundings& world);
-  ~Program();
-  Program(const Program&) = delete;
-  Program& operator=(const Program&) = delete;
+  CommandContext(const Options& program_options, const Surroundings& world);
+  ~CommandContext();
+  CommandContext(const CommandContext&) = delete;
+  CommandContext& operator=(const CommandContext&) = delete;
 
   const Options& options;
   const Surroundings& surroundings;
