@@ -98,12 +98,12 @@ ExitStatus KeepFormer(CommandContext& context, const ConvertOptions& options,
     copy = platform::KeepCopy(file, file + ".bak");
     if (copy.error) {
       RefuseFile(context.session, copy.error, "KeepCopy");
-      return context.JobStatus(false);
+      return context.WorkStatus(false);
     }
   }
   const bool done = convert();
   if (copy.is_new && platform::HaveSameContents(file, copy.path)) platform::RemoveFile(copy.path);
-  return context.JobStatus(done);
+  return context.WorkStatus(done);
 }
 
 ExitStatus Finish(CommandContext& context, const ConvertOptions& options, const Versions& versions,
@@ -164,14 +164,14 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
   services::Session& session = context.session;
   const std::optional<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
-  if (!file) return context.JobStatus(false);
+  if (!file) return context.WorkStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && identity->is_calibration) {
     RefuseName(context,
                NLSText("The file %0:s holds calibration data. Please convert it with "
                        "\"convert calibration\"."),
                options.saved_file);
-    return context.JobStatus(false);
+    return context.WorkStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
       context, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
@@ -179,7 +179,7 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
   if (identity && !IsOfVersion(session, options, *identity, versions->from))
     return ExitStatus::kRefused;
   if (!MayGoBack(session, *versions) || !MayWrite(context, options))
-    return context.JobStatus(false);
+    return context.WorkStatus(false);
 
   std::vector<upgrade::Change> changes;
   upgrade::UpgradeLog log(session, options.dry_run ? "" : upgrade::UpgradeLogFile(session));
@@ -202,19 +202,19 @@ ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& opt
   services::Session& session = context.session;
   const std::optional<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
-  if (!file) return context.JobStatus(false);
+  if (!file) return context.WorkStatus(false);
   const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
   if (identity && !identity->is_calibration) {
     RefuseName(context,
                NLSText("The file %0:s holds personality data. Please convert it with "
                        "\"convert personality\"."),
                options.saved_file);
-    return context.JobStatus(false);
+    return context.WorkStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
       context, options, upgrade::CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
   if (!versions) return ExitStatus::kUsage;
-  if (!MayWrite(context, options)) return context.JobStatus(false);
+  if (!MayWrite(context, options)) return context.WorkStatus(false);
 
   std::vector<upgrade::Change> changes;
   const upgrade::CalibrationRequest request{

@@ -27,7 +27,7 @@ std::string Summary(const services::Session& session, const radiodb::DataFile& f
 
 ExitStatus Check(CommandContext& context, const std::string& name) {
   const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(context.session, name);
-  if (!file) return context.JobStatus(false);
+  if (!file) return context.WorkStatus(false);
   const radiodb::DataFileCheck check = CheckDataFile(context.session, *file);
   std::string text;
   for (const radiodb::Finding& finding : check.findings)

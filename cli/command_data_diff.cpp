@@ -16,7 +16,7 @@ struct DiffFiles {
 ExitStatus Diff(CommandContext& context, const DiffFiles& files) {
   const std::optional<upgrade::DataFileDifferences> differences =
       upgrade::CompareDataFiles(context.session, files.before, files.after);
-  if (!differences) return context.JobStatus(false);
+  if (!differences) return context.WorkStatus(false);
   context.Print(DifferenceText(context.session, *differences));
   context.json.Set("differences", DifferenceJson(*differences));
   if (!differences->None()) return ExitStatus::kRefused;

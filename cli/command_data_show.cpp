@@ -38,7 +38,7 @@ Json ItemsJson(const std::vector<ItemSummary>& items) {
 
 ExitStatus Show(CommandContext& context, const std::string& name) {
   const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(context.session, name);
-  if (!file) return context.JobStatus(false);
+  if (!file) return context.WorkStatus(false);
   const radiodb::DataFileCheck check = CheckDataFile(context.session, *file);
   const std::vector<ItemSummary> items = SummariseItems(context.session, *file);
   context.Print(FileIdentityTable(context.session, *file, check).Text() + "\n" +

@@ -44,12 +44,12 @@ bool DataFileWriter::Finish() {
 std::string DataFileWriter::Abandon() {
   if (path_.empty()) return {};
   file_.Close();
-  std::string text = NLSFmt(session_,
+  std::string text = NLSFmt(job_.session,
                             "%0:s is incomplete, because reading the radio ended early. Please "
                             "read the radio again.",
                             {path_});
   if (!former_.path.empty())
-    text += " " + NLSFmt(session_, "What it held before is kept in %0:s.", {former_.path});
+    text += " " + NLSFmt(job_.session, "What it held before is kept in %0:s.", {former_.path});
   path_.clear();
   return text;
 }
@@ -72,8 +72,8 @@ void DataFileWriter::DropFormer() {
 void DataFileWriter::Fail(const platform::SystemError& error) {
   if (failed_) return;
   failed_ = true;
-  ReportError(session_, error, "DataFileWriter");
-  session_.RequestCancel(services::Failure::kFile);
+  ReportError(job_.session, error, "DataFileWriter");
+  job_.RequestCancel(services::Failure::kFile);
 }
 
 }  // namespace zep::radiodb

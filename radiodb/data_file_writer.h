@@ -4,8 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "link/job.h"
 #include "platform/files.h"
-#include "services/session.h"
 
 namespace zep::radiodb {
 
@@ -14,7 +14,7 @@ namespace zep::radiodb {
 // the job.
 class DataFileWriter {
  public:
-  explicit DataFileWriter(services::Session& session) : session_(session) {}
+  explicit DataFileWriter(link::Job& job) : job_(job) {}
 
   // Makes or replaces the file. False when that is not possible; what it held is as before then.
   bool Create(const std::string& path);
@@ -34,7 +34,7 @@ class DataFileWriter {
   void DropFormer();
   void Fail(const platform::SystemError& error);
 
-  services::Session& session_;
+  link::Job& job_;
   platform::FileWriter file_;
   std::string path_;           // of the file that is being written; empty when there is none
   platform::FileCopy former_;  // of its former contents; no path when there is none

@@ -38,7 +38,7 @@ std::vector<std::string> CalibrationHeader(const services::Session& session);
 
 // The files that a read writes; those that its kind does not ask for stay closed.
 struct ReadFiles {
-  explicit ReadFiles(services::Session& session) : database(session), calibration(session) {}
+  explicit ReadFiles(link::Job& job) : database(job), calibration(job) {}
 
   DataFileWriter database;
   DataFileWriter calibration;
@@ -53,7 +53,7 @@ struct ReadFiles {
 bool OpenReadFiles(RadioDb& db, ReadFiles& files);
 
 // The checks before programming, in their order; the first that fails is shown. False, with
-// session.failure set, when the file must not be programmed.
+// the cause kept in the job, when the file must not be programmed.
 bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file);
 
 // Tells the user where the data of a radio is that could not be written back, and what further

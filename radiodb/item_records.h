@@ -1,7 +1,7 @@
 // The item record protocol: how the numbered items of a radio's database are listed, read and
 // written, with the commands of a radio in programming mode.
 //
-// Everything here talks with the first Active port and ends early when the session is stopped. One
+// Everything here talks with the first Active port and ends early when the job is stopped. One
 // record is one line of a file:
 //
 //   item number (2), a second header byte (2), length N in bytes (2), data (2N), checksum (2)
@@ -27,7 +27,7 @@ std::string_view CalibrationItem(RadioType type);
 // Items "32" and "33" of some radios are common to all networks: they are read with the last one.
 bool IsLeftForLastNetwork(const RadioDb& db, int network, std::string_view item);
 
-// The numbers of the items in a network, two hex digits each. Nothing when the session was stopped.
+// The numbers of the items in a network, two hex digits each. Nothing when the job was stopped.
 //
 //   sends "d0" network CR   expects ">"          several networks only
 //   sends "l" CR            expects the item list, ">"

@@ -15,28 +15,28 @@ namespace {
 using services::Failure;
 using services::NLSFmt;
 using services::NLSText;
+using services::Outcome;
 using services::Session;
 
-void CloseRadio(link::Link& link) {
-  ReleaseFromProgMode(link);
-  CloseAllComms(link);
+void CloseRadio(link::Job& job) {
+  ReleaseFromProgMode(job);
+  CloseAllComms(job.link);
 }
 
-void CloseRadio(link::Link& link, ReadWriteView& view) {
-  view.ShowStatus(NLSFmt(link.session, "Closing communication ports..."));
-  CloseRadio(link);
+void CloseRadio(link::Job& job, ReadWriteView& view) {
+  view.ShowStatus(NLSFmt(job.session, "Closing communication ports..."));
+  CloseRadio(job);
 }
 
 // A radio whose item 0 cannot be read has no identity record, without which a file could never be
 // programmed.
 bool ReadIdentityForTransfer(RadioDb& db) {
-  Session& session = db.link.session;
-  if (!ReadRadioIdentity(db.link, IdentityUse::kTransfer, db.identity)) return false;
+  if (!ReadRadioIdentity(db.job, IdentityUse::kTransfer, db.identity)) return false;
   db.number_of_networks = std::max(1, db.identity.networks);
   db.current_network = 1;
   db.common_dynamic_item_skipped = false;
   if (!db.identity.database_record.empty()) return true;
-  return Refuse(session,
+  return Refuse(db.job,
                 NLSText("The identity of this radio (item 00) has an unknown format, so its data "
                         "can neither be saved nor programmed. Please use another version of this "
                         "application."),
@@ -60,53 +60,53 @@ bool EndFiles(Session& session, ReadFiles& files, bool complete) {
 
 bool ProgramFile(RadioDb& db, ReadWriteView& view, const std::string& path) {
   if (!ReadIdentityForTransfer(db)) return false;
-  const std::optional<DataFile> file = ReadDataFile(db.link.session, path);
+  const std::optional<DataFile> file = ReadDataFile(db.job.session, path);
   if (!file || !CheckFileAgainstRadio(db, *file)) return false;
   return WriteItems(db, view, *file);
 }
 
 }  // namespace
 
-bool ReadRadio(RadioDb& db, ReadWriteView& view) {
-  Session& session = db.link.session;
-  session.TransferMode = services::Transfer::kRead;
-  view.SetCaption(NLSFmt(session, "Reading Radio"));
+Outcome ReadRadio(RadioDb& db, ReadWriteView& view) {
+  link::Job& job = db.job;
+  job.TransferMode = link::Transfer::kRead;
+  view.SetCaption(NLSFmt(job.session, "Reading Radio"));
   db.data_file.clear();
   db.calibration_file.clear();
-  ReadFiles files(session);
+  ReadFiles files(job);
   const bool complete =
       ReadIdentityForTransfer(db) && OpenReadFiles(db, files) && ReadAllItems(db, view, files);
-  CloseRadio(db.link, view);
+  CloseRadio(job, view);
   db.database_records = files.database_records;
   db.calibration_records = files.calibration_records;
-  return EndFiles(session, files, complete);
+  return job.Ended(EndFiles(job.session, files, complete));
 }
 
-bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
-  Session& session = db.link.session;
-  session.TransferMode = services::Transfer::kProgram;
-  view.SetCaption(NLSFmt(session, "Programming Radio"));
+Outcome ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
+  link::Job& job = db.job;
+  job.TransferMode = link::Transfer::kProgram;
+  view.SetCaption(NLSFmt(job.session, "Programming Radio"));
   db.data_file = file;
   db.writing_begun = false;
   const bool complete = ProgramFile(db, view, file);
-  CloseRadio(db.link, view);
+  CloseRadio(job, view);
   if (!complete && db.writing_begun) {
     NLSMsgBox(
-        session,
-        NLSFmt(session, "The radio may hold only part of the data now. Please program %0:s again.",
-               {file}),
+        job.session,
+        NLSFmt(job.session,
+               "The radio may hold only part of the data now. Please program %0:s again.", {file}),
         {.icon = services::Icon::kCritical});
   }
-  return complete;
+  return job.Ended(complete);
 }
 
 std::string SavedText(const RadioDb& db, const std::string& file) {
-  return NLSFmt(db.link.session, "The data of radio %0:s is saved in %1:s.",
+  return NLSFmt(db.job.session, "The data of radio %0:s is saved in %1:s.",
                 {RadioName(db.identity), file});
 }
 
 std::string ProgrammedText(const RadioDb& db, const std::string& file) {
-  return NLSFmt(db.link.session, "Radio %0:s is programmed with %1:s.",
+  return NLSFmt(db.job.session, "Radio %0:s is programmed with %1:s.",
                 {RadioName(db.identity), file});
 }
 
@@ -118,11 +118,11 @@ std::optional<TransferKind> TransferKindOf(Session& session, const std::string& 
                                               : TransferKind::kChosenFile;
 }
 
-bool ReadSpecification(RadioDb& db) {
-  db.link.session.TransferMode = services::Transfer::kRead;
-  const bool complete = ReadRadioIdentity(db.link, IdentityUse::kView, db.identity);
-  CloseRadio(db.link);
-  return complete;
+Outcome ReadSpecification(RadioDb& db) {
+  db.job.TransferMode = link::Transfer::kRead;
+  const bool complete = ReadRadioIdentity(db.job, IdentityUse::kView, db.identity);
+  CloseRadio(db.job);
+  return db.job.Ended(complete);
 }
 
 }  // namespace zep::radiodb

@@ -270,7 +270,7 @@ TEST_F(Conversion, FailsWithOneLineAndNoFile) {
     if (fields[3] == "-") std::filesystem::remove(test_.folder.Path(fields[2]));
     if (fields[4] == "Could not locate default.ops")
       test_.user.WillAnswer("Cannot find default.ops would you like", Answer::kNo);
-    test_.session.ClearFlags();
+    test_.session.failure = services::Failure::kNone;
     EXPECT_FALSE(ConvertFile(request));
     EXPECT_NE(test_.session.failure, services::Failure::kNone);
     EXPECT_FALSE(test_.folder.Read("upgrade/saved.ops"));

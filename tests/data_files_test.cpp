@@ -32,7 +32,7 @@ TEST(DataFiles, FoldersAndNamesComeFromSettingsAndIdentity) {
   radio.db.identity.database_version = "4/0?";
   radio.db.identity.networks = radio.db.number_of_networks = 2;
   radio.user.WillChoose("save", radio.folder.Path("a.omn"));
-  ReadFiles files(radio.session);
+  ReadFiles files(radio.job);
   EXPECT_TRUE(OpenReadFiles(radio.db, files));
   SaveDefaultDataFilePath(radio.session, "without a folder.ops");
   EXPECT_EQ(DefaultDataFilePath(radio.session), home);
@@ -54,10 +54,11 @@ TEST(DataFiles, ExistingFilesAreReplacedOnlyWithConsent) {
       radio.user.WillChoose("save", answers.empty() ? std::nullopt : std::optional(file));
     for (const char answer : answers)
       radio.user.WillAnswer("?", answer == 'Y' ? Answer::kYes : Answer::kNo);
-    ReadFiles files(radio.session);
+    ReadFiles files(radio.job);
     const bool opened = OpenReadFiles(radio.db, files);
-    EXPECT_NE(opened, radio.session.CancelRequested);
-    return radio.Told(opened) + (radio.folder.Read("database/7v.ops") == "former" ? "" : "ops ") +
+    EXPECT_NE(opened, radio.job.CancelRequested);
+    return radio.Told(radio.job.Ended(opened)) +
+           (radio.folder.Read("database/7v.ops") == "former" ? "" : "ops ") +
            (radio.folder.Read("calibration/7v.ocs") == "former" ? "" : "ocs ");
   };
   const std::string save = "save [Select Data File to save to] -> ";
@@ -74,10 +75,10 @@ TEST(DataFiles, ExistingFilesAreReplacedOnlyWithConsent) {
 }
 
 TEST(DataFileWriter, KeepsWhatAFileHeldUnlessItIsTheSame) {
-  TestSession test;
+  testing::TestLink test;
   const std::string path = test.folder.Write("a.ops", "former");
   test.folder.Write("a.ops.bak", "before that");
-  DataFileWriter file(test.session);
+  DataFileWriter file(test.job);
   ASSERT_TRUE(file.Create(path));
   file.WriteLine("first");
   EXPECT_NE(file.Abandon().find("What it held before is kept in " + path + ".bak2."),
@@ -95,21 +96,21 @@ TEST(DataFileWriter, KeepsWhatAFileHeldUnlessItIsTheSame) {
 
   EXPECT_FALSE(file.Create(test.folder.Path("missing/a.ops")));
   EXPECT_NE(test.user.TakeBoxes().find("There is no folder "), std::string::npos);
-  test.session.ClearFlags();
+  test.job.ClearFlags();
   ASSERT_TRUE(file.Create("/dev/full"));
   for (int line = 0; line < 100; ++line) file.WriteLine(std::string(400, '0'));
-  EXPECT_TRUE(test.session.CancelRequested);
+  EXPECT_TRUE(test.job.CancelRequested);
   EXPECT_FALSE(file.Finish());
   EXPECT_NE(test.user.Boxes().find("There is no space left for /dev/full."), std::string::npos);
   EXPECT_EQ(test.user.messages.size(), 2U);
-  EXPECT_EQ(test.session.failure, services::Failure::kFile);
+  EXPECT_EQ(test.Failure(), services::Failure::kFile);
 }
 
 TEST(DataFileReader, LinesBehindTheHeaderAreFoundHoweverTheyAreWritten) {
   ScriptedRadio radio;
   const auto read = [&](const std::string& contents) {
     const auto file = ReadDataFile(radio.session, radio.folder.Write("a", contents));
-    std::string lines = file ? "" : radio.Told(false);
+    std::string lines = file ? "" : radio.Told(radio.job.Ended(false));
     for (const DataFileLine& line : file.value_or(DataFile{}).lines)
       lines += std::to_string(line.number) + " " + line.text + ";";
     return lines;
@@ -163,9 +164,9 @@ TEST(DataFiles, FileIsCheckedAgainstTheRadio) {
     radio.db.identity.tier = tier;
     radio.db.identity.type = tier == 10 ? RadioType::kConventionalII : RadioType::kConventional;
     radio.db.transfer_kind = kind;
-    radio.session.ClearFlags();
+    radio.job.ClearFlags();
     const auto file = ReadDataFile(radio.session, radio.folder.Write("a.ops", text));
-    return radio.Told(CheckFileAgainstRadio(radio.db, *file));
+    return radio.Told(radio.job.Ended(CheckFileAgainstRadio(radio.db, *file)));
   };
   const auto identity = [&](const std::string& model, const std::string& version = "0405") {
     const std::string record = "000011" + services::ConTextToHex(model + version + "0201");

@@ -48,7 +48,7 @@ Origin OriginOf(const radiodb::DataFileCheck& check) {
 }
 
 bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_calibration) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   const platform::FileContents contents = platform::ReadWholeFile(path);
   // Written again in the way that survives a power cut.
   const platform::SystemError error =
@@ -81,13 +81,13 @@ bool HasOtherLine(const PersonalityNetwork& saved, std::string_view item) {
 // The radio's items of a network that are not among those saved, each two digits long. A list of
 // items carries no checksum, so the one that was used for the read may have been cut short.
 std::string MissingItems(const radiodb::RadioDb& db, int network, const PersonalityNetwork& saved) {
-  link::Link& link = db.link;
+  link::Job& job = db.job;
   const radiodb::RadioType type = db.identity.type;
   const std::string list = radiodb::ListItems(db, network).value_or("");
   std::string missing;
-  for (std::size_t at = 0; at + 2 <= list.size() && !link.session.Stopped(); at += 2) {
+  for (std::size_t at = 0; at + 2 <= list.size() && !job.Stopped(); at += 2) {
     const std::string item = list.substr(at, 2);
-    const auto number = static_cast<std::size_t>(services::ConHexByteToInt(link.session, item));
+    const auto number = static_cast<std::size_t>(services::ConHexByteToInt(job.session, item));
     if (number < kItemCount && !saved.items[number].empty()) continue;
     if (HasOtherLine(saved, item)) continue;
     if (item == radiodb::CalibrationItem(type) ||
@@ -96,30 +96,30 @@ std::string MissingItems(const radiodb::RadioDb& db, int network, const Personal
       continue;
     }
     // Empty ones are not saved.
-    radiodb::SendCommand(link, "r" + item);
-    if (!radiodb::ReceiveReply(link).empty()) missing += item;
+    radiodb::SendCommand(job, "r" + item);
+    if (!radiodb::ReceiveReply(job).empty()) missing += item;
   }
   return missing;
 }
 
 bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   const std::optional<PersonalityData> data = ReadDatabase(session, path);
   radiodb::RadioIdentity radio;
-  if (!data || !radiodb::ReadRadioIdentity(db.link, radiodb::IdentityUse::kView, radio)) {
+  if (!data || !radiodb::ReadRadioIdentity(db.job, radiodb::IdentityUse::kView, radio)) {
     return false;
   }
   std::string missing;
   for (std::size_t at = 0; at < data->networks.size(); ++at) {
     missing += MissingItems(db, static_cast<int>(at + 1), data->networks[at]);
   }
-  link::ReleaseFromProgMode(db.link);
-  link::CloseAllComms(db.link);
+  link::ReleaseFromProgMode(db.job);
+  link::CloseAllComms(db.job.link);
   const bool same_radio = radio.model_string == db.identity.model_string &&
                           radio.serial_number == db.identity.serial_number &&
                           radio.database_version == db.identity.database_version &&
                           radio.calibration_version == db.identity.calibration_version;
-  if (missing.empty() && same_radio) return !session.Stopped();
+  if (missing.empty() && same_radio) return !db.job.Stopped();
   NLSMsgBox(session,
             NLSFmt(session,
                    "The radio, asked once more, gives other answers than those in %0:s. Please "
@@ -133,22 +133,21 @@ bool Secure(const radiodb::RadioDb& db, SavedData& saved) {
   return (saved.data_file.empty() || SecureFile(db, saved.data_file, false)) &&
          (saved.calibration_file.empty() || SecureFile(db, saved.calibration_file, true)) &&
          (saved.data_file.empty() || HoldsAllItems(db, saved.data_file)) &&
-         MakeNote(db.link.session, saved);
+         MakeNote(db.job.session, saved);
 }
 
 }  // namespace
 
 bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved) {
-  Session& session = db.link.session;
   if (Secure(db, saved)) return true;
-  if (session.failure == services::Failure::kCancelled) return false;
-  return Refuse(session,
+  if (db.job.Ended(false).WasCancelled()) return false;
+  return Refuse(db.job,
                 services::NLSText("The radio's data could not be saved safely, so the radio keeps "
                                   "its firmware. Please try again."),
                 services::Failure::kFile);
 }
 
-bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
+bool MayBeSameRadio(link::Job& job, const std::string& saved_serial_number,
                     const std::string& serial_number) {
   const auto is_set = [](const std::string& number) {
     return !number.empty() && number != "NOT SET";
@@ -157,6 +156,7 @@ bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
       saved_serial_number == serial_number) {
     return true;
   }
+  Session& session = job.session;
   const std::string question =
       NLSFmt(session,
              "The saved data is of the radio with the serial number %0:s, but the radio now has "
@@ -168,7 +168,7 @@ bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
                  .cautious = true}) == services::Answer::kYes) {
     return true;
   }
-  session.KeepCause(services::Failure::kRefused);
+  job.KeepCause(services::Failure::kRefused);
   return false;
 }
 
