@@ -59,7 +59,8 @@ struct BenchSession {
                  .settings = settings,
                  .strings = strings,
                  .translation = translation,
-                 .log = log},
+                 .log = log,
+                 .start_program = {}},
                 {.application_folder = folder, .program_folder = folder}) {}
 
   QuietUser user;

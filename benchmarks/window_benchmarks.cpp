@@ -18,11 +18,11 @@
 #include "benchmarks/bench_session.h"
 #include "firmware/frmWriteSWToRadio.h"
 #include "platform/processes.h"
+#include "programs/this_computer.h"
 #include "shell/application.h"
 #include "shell/frmMDI.h"
 #include "shell/start_up.h"
 #include "shell/toolkit.h"
-#include "simulator/simulated_port.h"
 
 namespace zep::benchmarks {
 namespace {
@@ -73,17 +73,17 @@ class OkToAll final : public wxModalDialogHook {
 
 struct Bench {
   Bench(const std::string& folder, const std::vector<std::string>& devices)
-      : world{.clock = clock,
-              .user_hive = hive,
-              .machine_hive = machine_hive,
-              .make_port =
-                  [this](const std::string& device) { return simulator::MakePort(device, clock); },
-              .list_devices = [] { return std::vector<platform::SerialDeviceInfo>(); },
-              .system_version = platform::GetSystemVersion,
-              .acquire_instance = [] { return true; },
-              .show_other_instance = [] {},
-              .start_program = [](const std::string&) { return platform::SystemError{}; },
-              .open_address = [](const std::string&) { return platform::SystemError{}; }} {
+      : world{{.clock = clock,
+               .user_hive = hive,
+               .machine_hive = machine_hive,
+               .make_port =
+                   [this](const std::string& device) { return programs::MakePort(device, clock); },
+               .list_devices = [] { return std::vector<platform::SerialDeviceInfo>(); },
+               .start_program = [](const std::string&) { return platform::SystemError{}; }},
+              platform::GetSystemVersion,
+              [] { return true; },
+              [] {},
+              [](const std::string&) { return platform::SystemError{}; }} {
     for (std::size_t slot = 1; slot <= devices.size(); ++slot) {
       hive.Write("Software\\Vorn Electronics Ltd\\ZEP\\Download",
                  "CommPort" + std::to_string(slot) + "State", "1");
@@ -113,7 +113,7 @@ struct Bench {
   platform::SystemClock clock;
   platform::MemoryHive hive;
   platform::MemoryHive machine_hive;
-  shell::Surroundings world;
+  shell::DesktopComputer world;
   std::unique_ptr<shell::Application> application;
   shell::frmMDI* frame = nullptr;
 };
@@ -126,7 +126,7 @@ void Unpaced(const std::string& folder) {
   QuietWindows windows;
   platform::NoIoPorts io_ports;
   link::Ports ports;
-  for (auto& port : ports) port = simulator::MakePort("sim:torvik,unpaced", bench.clock);
+  for (auto& port : ports) port = programs::MakePort("sim:torvik,unpaced", bench.clock);
   link::Link link(quiet.session, std::move(ports), windows, io_ports);
   link.CommStates = {link::PortState::kActive, link::PortState::kNotAvailable,
                      link::PortState::kNotAvailable, link::PortState::kNotAvailable};

@@ -60,14 +60,15 @@ Json Describe(const ShownMessage& message) {
 
 }  // namespace
 
-CommandContext::CommandContext(const Options& program_options, const Surroundings& world)
-    : options(program_options),
-      surroundings(world),
-      user(world.console, AnswerToAll(program_options)),
-      foundation_(program_options.application_folder, program_options.string_table, world.clock,
-                  world.user_hive, world.machine_hive),
-      session(foundation_.SeamsFor(world.clock, user), foundation_.paths),
-      progress(world.console, session, byte_count_, program_options.quiet),
+CommandContext::CommandContext(const Options& given_options, Console& the_console,
+                               const platform::Computer& the_computer)
+    : options(given_options),
+      console(the_console),
+      computer(the_computer),
+      user(console, AnswerToAll(given_options)),
+      foundation_(given_options.application_folder, given_options.string_table, computer),
+      session(foundation_.SeamsFor(computer, user), foundation_.paths),
+      progress(console, session, byte_count_, given_options.quiet),
       io_ports_(std::make_unique<platform::NoIoPorts>()),
       windows_(std::make_unique<TerminalLinkWindows>(user)) {
   user.Attach(session, progress);
@@ -104,8 +105,8 @@ ExitStatus CommandContext::Start() {
   if (const std::string note = services::StringTableNote(session); !note.empty()) user.Say(note);
   if (const std::string problem = ParsePorts(session, options.ports, devices_); !problem.empty())
     return UsageError(problem);
-  ShowNote(surroundings.user_hive.Problem());
-  ShowNote(surroundings.machine_hive.Problem());
+  ShowNote(computer.user_hive.Problem());
+  ShowNote(computer.machine_hive.Problem());
   if (options.trace.empty()) return ExitStatus::kDone;
   const platform::SystemError error =
       trace_file_.Open(options.trace, platform::WriteMode::kReplace);
@@ -114,7 +115,7 @@ ExitStatus CommandContext::Start() {
     return ExitStatus::kFile;
   }
   trace_ = std::make_unique<link::WireTrace>(
-      surroundings.clock, [this](std::string_view piece) { trace_file_.WriteThrough(piece); });
+      computer.clock, [this](std::string_view piece) { trace_file_.WriteThrough(piece); });
   return ExitStatus::kDone;
 }
 
@@ -124,7 +125,7 @@ link::Link& CommandContext::Link() {
   const auto devices = NamesPorts() ? devices_ : link::SlotDevices(session.settings);
   for (const int number : link::kAllPorts) {
     const std::size_t index = link::Link::Index(number);
-    ports[index] = std::make_unique<link::WatchedPort>(surroundings.make_port(devices[index]),
+    ports[index] = std::make_unique<link::WatchedPort>(computer.make_port(devices[index]),
                                                        byte_count_, trace_.get());
   }
   link_ = std::make_unique<link::Link>(session, std::move(ports), *windows_, *io_ports_);
@@ -153,7 +154,7 @@ link::Link* CommandContext::LinkForOneRadio(link::Transfer direction) {
 
 void CommandContext::Print(const std::string& text) {
   progress.StepAside();
-  if (!options.json) surroundings.console.WriteOutput(text);
+  if (!options.json) console.WriteOutput(text);
 }
 
 ExitStatus CommandContext::UsageError(const std::string& text) {
@@ -183,7 +184,7 @@ void CommandContext::Finish(ExitStatus status) {
   Json messages = Json::List();
   for (const ShownMessage& message : user.Messages()) messages.Add(Describe(message));
   all.Set("messages", std::move(messages));
-  surroundings.console.WriteOutput(all.Text() + "\n");
+  console.WriteOutput(all.Text() + "\n");
 }
 
 void CommandContext::ShowNote(const platform::SystemError& error) {

@@ -17,32 +17,24 @@
 #include "cli/terminal_user.h"
 #include "link/port_set.h"
 #include "link/wire_trace.h"
+#include "platform/computer.h"
 #include "platform/files.h"
-#include "platform/serial_list.h"
 #include "services/foundation.h"
 #include "services/session.h"
 
 namespace zep::cli {
 
-// The world around the program; a test has its own. All of it outlives the program.
-struct Surroundings {
-  Console& console;
-  platform::Clock& clock;
-  platform::SettingsHive& user_hive;
-  platform::SettingsHive& machine_hive;
-  std::function<std::unique_ptr<platform::SerialPort>(const std::string& device)> make_port;
-  std::function<std::vector<platform::SerialDeviceInfo>()> list_devices;
-};
-
 class CommandContext {
  public:
-  CommandContext(const Options& program_options, const Surroundings& world);
+  CommandContext(const Options& given_options, Console& the_console,
+                 const platform::Computer& the_computer);
   ~CommandContext();
   CommandContext(const CommandContext&) = delete;
   CommandContext& operator=(const CommandContext&) = delete;
 
   const Options& options;
-  const Surroundings& surroundings;
+  Console& console;
+  const platform::Computer& computer;
   TerminalUser user;
 
  private:

@@ -18,9 +18,9 @@ void ShowDevices(CommandContext& context) {
   std::string next_steps;
   Json json = Json::List();
   const auto try_device = [&context](const std::string& device) {
-    return context.surroundings.make_port(device)->Open();
+    return context.computer.make_port(device)->Open();
   };
-  for (const SerialDeviceInfo& device : context.surroundings.list_devices()) {
+  for (const SerialDeviceInfo& device : context.computer.list_devices()) {
     const std::string_view state = link::DeviceStateText(device.state);
     const std::string next_step = link::DeviceNextStep(session, device, try_device);
     table.AddRow({device.device, device.description, device.usb_id, device.serial_number,

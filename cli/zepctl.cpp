@@ -14,7 +14,7 @@ std::string VersionNumber(const services::Session& session) {
 }
 
 ExitStatus Run(CommandLine& command_line, CommandLine::Outcome outcome, CommandContext& context) {
-  Console& console = context.surroundings.console;
+  Console& console = context.console;
   const std::string language_problem = context.ChooseLanguage();
   switch (outcome) {
     case CommandLine::Outcome::kHelp:
@@ -38,13 +38,14 @@ ExitStatus Run(CommandLine& command_line, CommandLine::Outcome outcome, CommandC
 
 }  // namespace
 
-ExitStatus RunZepctl(const std::vector<std::string>& arguments, const Surroundings& surroundings) {
+ExitStatus RunZepctl(const std::vector<std::string>& arguments, Console& console,
+                     const platform::Computer& computer) {
   CommandLine command_line;
   const CommandLine::Outcome outcome = command_line.Parse(arguments);
-  CommandContext context(command_line.options, surroundings);
+  CommandContext context(command_line.options, console, computer);
   const ExitStatus status = Run(command_line, outcome, context);
   context.Finish(status);
-  if (!surroundings.console.HasLostOutput()) return status;
+  if (!console.HasLostOutput()) return status;
   context.user.Say(
       services::NLSFmt(context.session, "The result cannot be written to the standard output."));
   return status == ExitStatus::kDone ? ExitStatus::kRefused : status;

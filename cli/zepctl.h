@@ -10,6 +10,7 @@
 namespace zep::cli {
 
 // Runs the program with these arguments, in UTF-8 and without its own name.
-ExitStatus RunZepctl(const std::vector<std::string>& arguments, const Surroundings& surroundings);
+ExitStatus RunZepctl(const std::vector<std::string>& arguments, Console& console,
+                     const platform::Computer& computer);
 
 }  // namespace zep::cli

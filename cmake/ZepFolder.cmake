@@ -85,11 +85,14 @@ function(zep_folder_ui name)
   zep_library(zep_${name}_ui HEADERS ${headers} SOURCES ${sources} USES ${name} ${ARGN})
 endfunction()
 
-# zep_program(NAME MAIN FOLDER): the program NAME with its main in MAIN, on top of the library of FOLDER.
+# zep_program(NAME MAIN FOLDER...): the program NAME with its main in MAIN, on top of the libraries of the folders.
+# Nothing where the first of them is not built.
 function(zep_program name main folder)
-  if(NOT EXISTS ${CMAKE_SOURCE_DIR}/${main} OR NOT TARGET zep_${folder})
+  if(NOT TARGET zep_${folder})
     return()
   endif()
   add_executable(${name} ${main})
-  target_link_libraries(${name} PRIVATE zep_${folder})
+  foreach(used IN LISTS folder ARGN)
+    target_link_libraries(${name} PRIVATE zep_${used})
+  endforeach()
 endfunction()

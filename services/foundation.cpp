@@ -17,20 +17,20 @@ Language LanguageOfSettings(const Session& session) {
 }  // namespace
 
 Foundation::Foundation(const std::string& application_folder, const std::string& string_table,
-                       platform::Clock& clock, platform::SettingsHive& user_hive,
-                       platform::SettingsHive& machine_hive)
+                       const platform::Computer& computer)
     : paths(FindApplicationPaths(application_folder)),
       strings(string_table, paths.application_folder),
-      log(clock, AppMakePath(paths.application_folder, kLogFile)),
-      settings(user_hive, machine_hive, strings, log) {}
+      log(computer.clock, AppMakePath(paths.application_folder, kLogFile)),
+      settings(computer.user_hive, computer.machine_hive, strings, log) {}
 
-Seams Foundation::SeamsFor(platform::Clock& clock, User& user) {
-  return {.clock = clock,
+Seams Foundation::SeamsFor(const platform::Computer& computer, User& user) {
+  return {.clock = computer.clock,
           .user = user,
           .settings = settings,
           .strings = strings,
           .translation = translation,
-          .log = log};
+          .log = log,
+          .start_program = computer.start_program};
 }
 
 platform::SystemError LoadTexts(Session& session, std::optional<Language> wanted) {

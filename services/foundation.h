@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "platform/computer.h"
 #include "platform/system_error.h"
 #include "services/session.h"
 
@@ -14,13 +15,12 @@ namespace zep::services {
 inline constexpr std::string_view kLogFile = "zepdlca.log";
 inline constexpr std::string_view kDictionaryFile = "ZEPDLCA.mld";
 
-// What a session stands on, in the order in which one part needs the other. The clock and the hives
-// outlive it.
+// What a session stands on, in the order in which one part needs the other. The computer outlives
+// it.
 struct Foundation {
   // An empty application folder is looked for (see FindApplicationPaths).
   Foundation(const std::string& application_folder, const std::string& string_table,
-             platform::Clock& clock, platform::SettingsHive& user_hive,
-             platform::SettingsHive& machine_hive);
+             const platform::Computer& computer);
   Foundation(const Foundation&) = delete;
   Foundation& operator=(const Foundation&) = delete;
 
@@ -30,7 +30,7 @@ struct Foundation {
   ApplicationLog log;
   Settings settings;
 
-  Seams SeamsFor(platform::Clock& clock, User& user);
+  Seams SeamsFor(const platform::Computer& computer, User& user);
 };
 
 // Chooses the wanted language, else that of the shared setting UILanguage, which is English when

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "platform/clock.h"
+#include "platform/system_error.h"
 #include "services/job_control.h"
 #include "services/log.h"
 #include "services/outcome.h"
@@ -29,6 +30,8 @@ struct Seams {
   const StringTable& strings;
   Translation& translation;
   ApplicationLog& log;
+  // Starts another program, which goes on by itself.
+  std::function<platform::SystemError(const std::string& program)> start_program;
 };
 
 class Session {
@@ -40,6 +43,7 @@ class Session {
         strings(seams.strings),
         translation(seams.translation),
         log(seams.log),
+        start_program(seams.start_program),
         paths(std::move(application_paths)) {}
   Session(const Session&) = delete;
   Session& operator=(const Session&) = delete;
@@ -50,6 +54,7 @@ class Session {
   const StringTable& strings;
   Translation& translation;
   ApplicationLog& log;
+  const std::function<platform::SystemError(const std::string& program)> start_program;
   const ApplicationPaths paths;
 
   // Options and facts of the start-up.

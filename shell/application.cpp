@@ -24,14 +24,13 @@ void UseToolkitLanguage(services::Language language) {
 
 }  // namespace
 
-Application::Application(const Surroundings& world, const StartChoices& choices)
-    : surroundings(world),
+Application::Application(const DesktopComputer& the_computer, const StartChoices& choices)
+    : computer(the_computer),
       foundation_(choices.application_folder,
-                  choices.string_table.empty() ? "ZEP" : choices.string_table, world.clock,
-                  world.user_hive, world.machine_hive),
-      session(foundation_.SeamsFor(world.clock, user), foundation_.paths),
+                  choices.string_table.empty() ? "ZEP" : choices.string_table, computer),
+      session(foundation_.SeamsFor(computer, user), foundation_.paths),
       trace_(std::make_unique<link::WireTrace>(
-          world.clock, [this](std::string_view piece) { wire_log.Add(piece); })),
+          computer.clock, [this](std::string_view piece) { wire_log.Add(piece); })),
       io_ports_(std::make_unique<platform::NoIoPorts>()),
       given_ports_(choices.ports),
       link(session, MakePorts(), *this, *io_ports_),
@@ -43,8 +42,7 @@ Application::Application(const Surroundings& world, const StartChoices& choices)
 Application::~Application() = default;
 
 std::unique_ptr<platform::SerialPort> Application::MakePort(const std::string& device) {
-  return std::make_unique<link::WatchedPort>(surroundings.make_port(device), byte_count_,
-                                             trace_.get());
+  return std::make_unique<link::WatchedPort>(computer.make_port(device), byte_count_, trace_.get());
 }
 
 // A device given at the start takes the place of the one that the settings name.
@@ -99,8 +97,8 @@ void Application::ShowPreferences(link::Link& shown_link) {
   link::CheckCommPorts(shown_link, false);  // devices come and go
   link::frmPreferences preferences(
       services::DialogParent(), context, shown_link,
-      {.list_devices = surroundings.list_devices, .try_device = [this](const std::string& device) {
-         return surroundings.make_port(device)->Open();
+      {.list_devices = computer.list_devices, .try_device = [this](const std::string& device) {
+         return computer.make_port(device)->Open();
        }});
   const link::PreferencesOutcome outcome = preferences.Run();
   if (!outcome.accepted) return;

@@ -12,9 +12,8 @@
 #include "firmware/firmware.h"
 #include "link/port_set.h"
 #include "link/wire_trace.h"
+#include "platform/computer.h"
 #include "platform/io_ports.h"
-#include "platform/serial_list.h"
-#include "platform/settings_hive.h"
 #include "platform/system_version.h"
 #include "radiodb/radio_db.h"
 #include "services/foundation.h"
@@ -24,19 +23,14 @@
 
 namespace zep::shell {
 
-// The world around the program; a test has its own. All of it outlives the application.
-struct Surroundings {
-  platform::Clock& clock;
-  platform::SettingsHive& user_hive;
-  platform::SettingsHive& machine_hive;
-  std::function<std::unique_ptr<platform::SerialPort>(const std::string& device)> make_port;
-  std::function<std::vector<platform::SerialDeviceInfo>()> list_devices;
+// What a desktop program needs of the computer beyond that; a test has its own. All of it outlives
+// the application.
+struct DesktopComputer : platform::Computer {
   std::function<platform::SystemVersion()> system_version;
   // Becomes the only copy of the program; false when there is one. And asks that one to show
   // itself.
   std::function<bool()> acquire_instance;
   std::function<void()> show_other_instance;
-  std::function<platform::SystemError(const std::string& program)> start_program;
   std::function<platform::SystemError(const std::string& address)> open_address;
 };
 
@@ -52,10 +46,10 @@ enum class Task { kNone = 0, kDownload = 1, kSpecification = 5, kUpgrade = 6 };
 
 class Application final : public link::LinkWindows {
  public:
-  Application(const Surroundings& world, const StartChoices& choices);
+  Application(const DesktopComputer& the_computer, const StartChoices& choices);
   ~Application() override;
 
-  const Surroundings& surroundings;
+  const DesktopComputer& computer;
   WindowUser user;
 
  private:

@@ -36,13 +36,13 @@ void LaunchApplication(Application& application, services::AppType type) {
     session.settings.AppSaveAppLocation(type, location);
   }
   const std::string program = services::AppMakePath(location.folder, location.executable);
-  const platform::SystemError error = application.surroundings.start_program(program);
+  const platform::SystemError error = session.start_program(program);
   if (error) ReportError(session, error, "LaunchApplication");
 }
 
 void OpenWebPage(Application& application, std::string_view setting, int default_resource) {
   Session& session = application.session;
-  const platform::SystemError error = application.surroundings.open_address(
+  const platform::SystemError error = application.computer.open_address(
       session.settings.AppGetSharedUserSetting(setting, session.strings.Get(default_resource)));
   if (error) session.log.Error(error.subject + ": " + error.description);
 }

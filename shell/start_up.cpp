@@ -57,8 +57,8 @@ bool TakeOption(Application& application, std::string_view word) {
 void ReadTexts(Application& application) {
   services::Session& session = application.session;
   application.UseLanguage();
-  for (const platform::SystemError& error : {application.surroundings.user_hive.Problem(),
-                                             application.surroundings.machine_hive.Problem()}) {
+  for (const platform::SystemError& error :
+       {application.computer.user_hive.Problem(), application.computer.machine_hive.Problem()}) {
     if (error) NLSMsgBox(session, ErrorNote(session, error));
   }
   if (const std::string note = StringTableNote(session); !note.empty()) NLSMsgBox(session, note);
@@ -80,7 +80,7 @@ void RemindWhenShown(frmMDI& frame, services::Session& session) {
 }  // namespace
 
 std::optional<int> DetectCpu(Application& application) {
-  application.system = application.surroundings.system_version();
+  application.system = application.computer.system_version();
   services::Session& session = application.session;
   if (application.system.error) {
     NLSMsgBox(session, NLSFmt(session, "Error getting operating system version information"));
@@ -108,10 +108,10 @@ bool CheckCommandLine(Application& application, std::string_view command_line) {
 }
 
 bool AppInitialise(Application& application, bool silent) {
-  if (application.surroundings.acquire_instance()) return true;
+  if (application.computer.acquire_instance()) return true;
   if (!silent) NLSMsgBox(application.session, "The Application is already running.");
   // Not before: it would come to the front above the box.
-  application.surroundings.show_other_instance();
+  application.computer.show_other_instance();
   return false;
 }
 

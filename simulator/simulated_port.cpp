@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/advice.h"
-#include "platform/serial_device.h"
 #include "simulator/numbers.h"
 #include "simulator/radio_text.h"
 
@@ -118,13 +117,6 @@ Parsed<std::unique_ptr<SimulatedPort>> MakeSimulatedPort(std::string_view device
   Parsed<RadioProfile> radio = ParseRadio(device);
   if (!radio.value) return {{}, std::move(radio.error)};
   return {std::make_unique<SimulatedPort>(std::string(device), std::move(*radio.value), clock), {}};
-}
-
-std::unique_ptr<platform::SerialPort> MakePort(const std::string& device, platform::Clock& clock) {
-  if (!IsSimulatedDevice(device)) return platform::MakeSerialDevice(device);
-  Parsed<std::unique_ptr<SimulatedPort>> port = MakeSimulatedPort(device, clock);
-  if (!port.value) return platform::MakeSerialDevice(device);
-  return std::move(*port.value);
 }
 
 }  // namespace zep::simulator

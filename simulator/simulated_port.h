@@ -63,8 +63,4 @@ bool IsSimulatedDevice(std::string_view device);
 Parsed<std::unique_ptr<SimulatedPort>> MakeSimulatedPort(std::string_view device,
                                                          platform::Clock& clock);
 
-// A closed port on a serial device of this computer, or with a simulated radio at its end when the
-// device begins with "sim:". No device gives a port that does not exist.
-std::unique_ptr<platform::SerialPort> MakePort(const std::string& device, platform::Clock& clock);
-
 }  // namespace zep::simulator

@@ -31,6 +31,7 @@
 #include <wx/msgdlg.h>
 #include <wx/textctrl.h>
 
+#include "programs/this_computer.h"
 #include "shell/application.h"
 #include "shell/frmAbout.h"
 #include "shell/frmMDI.h"
@@ -116,31 +117,24 @@ class Desktop {
                    const std::string& string_table = "ZEP", int language = 1,
                    const std::string& strings = "")
       : machine_(MakeHive(language)),
-        surroundings_{.clock = clock,
-                      .user_hive = user_hive,
-                      .machine_hive = *machine_,
-                      .make_port = [this](const std::string& device) { return MakePort(device); },
-                      .list_devices = [this] { return devices; },
-                      .system_version = [this] { return system; },
-                      .acquire_instance = [this] { return is_only_copy; },
-                      .show_other_instance = [] {},
-                      .start_program =
-                          [this](const std::string& program) {
-                            started.push_back(program);
-                            return platform::SystemError{};
-                          },
-                      .open_address =
-                          [this](const std::string& address) {
-                            started.push_back(address);
-                            return platform::SystemError{};
-                          }} {
+        computer_{
+            {.clock = clock,
+             .user_hive = user_hive,
+             .machine_hive = *machine_,
+             .make_port = [this](const std::string& device) { return MakePort(device); },
+             .list_devices = [this] { return devices; },
+             .start_program = [this](const std::string& program) { return NoteStart(program); }},
+            [this] { return system; },
+            [this] { return is_only_copy; },
+            [] {},
+            [this](const std::string& address) { return NoteStart(address); }} {
     EXPECT_FALSE(simulator::WriteSamples(folder.Path()));
     if (!strings.empty()) folder.Write(string_table + ".strings", strings);
     for (std::size_t slot = 1; slot <= ports.size(); ++slot) {
       user_hive.Write(kKey, "CommPort" + std::to_string(slot) + "State", "1");
     }
     application = std::make_unique<shell::Application>(
-        surroundings_,
+        computer_,
         shell::StartChoices{
             .application_folder = folder.Path(), .string_table = string_table, .ports = ports});
   }
@@ -163,7 +157,7 @@ class Desktop {
 
  private:
   std::unique_ptr<platform::SettingsHive> machine_;
-  shell::Surroundings surroundings_;
+  shell::DesktopComputer computer_;
 
  public:
   std::unique_ptr<shell::Application> application;
@@ -248,8 +242,12 @@ class Desktop {
     hive->Write("Software\\Vorn Electronics Ltd\\ZEP", "UILanguage", std::to_string(language));
     return hive;
   }
+  platform::SystemError NoteStart(const std::string& what) {
+    started.push_back(what);
+    return {};
+  }
   std::unique_ptr<platform::SerialPort> MakePort(const std::string& device) {
-    if (!simulator::IsSimulatedDevice(device)) return simulator::MakePort(device, clock);
+    if (!simulator::IsSimulatedDevice(device)) return programs::MakePort(device, clock);
     std::unique_ptr<simulator::SimulatedPort>& port = ports_[device];
     if (!port) port = std::move(*simulator::MakeSimulatedPort(device, clock).value);
     return std::make_unique<LentPort>(*port);

@@ -232,13 +232,15 @@ struct TestSession {
   services::Translation translation;
   services::ApplicationLog log{clock, folder.Path("application.log")};
   services::Settings settings{user_hive, machine_hive, strings, log};
-  services::Session session{{.clock = clock,
-                             .user = user,
-                             .settings = settings,
-                             .strings = strings,
-                             .translation = translation,
-                             .log = log},
-                            {.application_folder = folder.Path(), .program_folder = folder.Path()}};
+  services::Session session{
+      {.clock = clock,
+       .user = user,
+       .settings = settings,
+       .strings = strings,
+       .translation = translation,
+       .log = log,
+       .start_program = [](const std::string&) { return platform::SystemError{}; }},
+      {.application_folder = folder.Path(), .program_folder = folder.Path()}};
 };
 
 }  // namespace zep::testing

@@ -19,6 +19,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/zepctl.h"
+#include "programs/this_computer.h"
 #include "simulator/samples.h"
 #include "simulator/simulated_port.h"
 #include "tests/lent_port.h"
@@ -86,12 +87,13 @@ class Zepctl {
     arguments.insert(arguments.begin(), {"--application-folder", folder.Path()});
     platform::MemoryHive machine_hive;
     const cli::ExitStatus status = cli::RunZepctl(
-        arguments, {.console = console,
-                    .clock = clock,
-                    .user_hive = user_hive,
-                    .machine_hive = machine_hive,
-                    .make_port = [this](const std::string& device) { return MakePort(device); },
-                    .list_devices = [this] { return devices; }});
+        arguments, console,
+        {.clock = clock,
+         .user_hive = user_hive,
+         .machine_hive = machine_hive,
+         .make_port = [this](const std::string& device) { return MakePort(device); },
+         .list_devices = [this] { return devices; },
+         .start_program = [](const std::string&) { return platform::SystemError{}; }});
     return static_cast<int>(status);
   }
   std::string Out() const { return WithoutFolder(console.out); }
@@ -114,7 +116,7 @@ class Zepctl {
 
  private:
   std::unique_ptr<platform::SerialPort> MakePort(const std::string& device) {
-    if (!simulator::IsSimulatedDevice(device)) return simulator::MakePort(device, clock);
+    if (!simulator::IsSimulatedDevice(device)) return programs::MakePort(device, clock);
     std::unique_ptr<simulator::SimulatedPort>& port = ports_[device];
     if (!port) {
       port = std::move(*simulator::MakeSimulatedPort(device, clock).value);

@@ -92,14 +92,14 @@ void UpgradeInTheLifeOf(MortalClock& time, Bench& bench) {
   std::vector<std::string> arguments = bench.Words(kUpgrade);
   arguments.insert(arguments.begin(), {"--application-folder", bench.folder.Path()});
   platform::MemoryHive machine_hive;
-  RunZepctl(arguments,
-            {.console = bench.console,
-             .clock = time,
-             .user_hive = bench.user_hive,
-             .machine_hive = machine_hive,
-             .make_port =
-                 [&time](const std::string& device) { return simulator::MakePort(device, time); },
-             .list_devices = [] { return std::vector<platform::SerialDeviceInfo>(); }});
+  RunZepctl(
+      arguments, bench.console,
+      {.clock = time,
+       .user_hive = bench.user_hive,
+       .machine_hive = machine_hive,
+       .make_port = [&time](const std::string& device) { return programs::MakePort(device, time); },
+       .list_devices = [] { return std::vector<platform::SerialDeviceInfo>(); },
+       .start_program = [](const std::string&) { return platform::SystemError{}; }});
 }
 
 TEST(ZepctlUpgrade, HasTheDataOnTheDiskWhereverItIsKilled) {

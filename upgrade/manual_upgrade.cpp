@@ -6,7 +6,6 @@
 #include "firmware/transfer_report.h"
 #include "link/byte_exchange.h"
 #include "platform/files.h"
-#include "platform/processes.h"
 #include "radiodb/data_files.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
@@ -101,7 +100,7 @@ void OfferProgrammingApplication(Work& work) {
                   "and open %1:s with it.",
                   {program, work.saved.data_file}),
            Failure::kFile);
-  } else if (const platform::SystemError error = platform::StartProgram(program, {})) {
+  } else if (const platform::SystemError error = session.start_program(program)) {
     services::ReportError(session, error, "StartProgram");
   }
 }

@@ -10,14 +10,13 @@
 
 #include "platform/interrupt.h"
 #include "platform/processes.h"
-#include "platform/serial_list.h"
 #include "platform/single_instance.h"
 #include "platform/terminal.h"
+#include "programs/this_computer.h"
 #include "shell/application.h"
 #include "shell/frmMDI.h"
 #include "shell/start_up.h"
 #include "shell/toolkit.h"
-#include "simulator/simulated_port.h"
 
 namespace zep::shell {
 namespace {
@@ -65,12 +64,10 @@ class Zepdlca final : public wxApp {
   void LookForRequests();
 
   std::optional<std::string> command_line_;
-  platform::SystemClock clock_;
+  programs::ThisComputer this_computer_;
   std::optional<platform::Interrupts> interrupts_;  // from the main window on
   platform::SingleInstance instance_{"zepdlca"};
-  std::unique_ptr<platform::SettingsHive> user_hive_ = platform::OpenUserHive();
-  std::unique_ptr<platform::SettingsHive> machine_hive_ = platform::OpenMachineHive();
-  std::unique_ptr<Surroundings> surroundings_;
+  std::unique_ptr<DesktopComputer> computer_;
   std::unique_ptr<Application> application_;
   frmMDI* frame_ = nullptr;
   wxTimer request_timer_;
@@ -79,23 +76,13 @@ class Zepdlca final : public wxApp {
 bool Zepdlca::OnInit() {
   SetAppName("zepdlca");
   wxImage::AddHandler(new wxPNGHandler);
-  surroundings_ = std::make_unique<Surroundings>(Surroundings{
-      .clock = clock_,
-      .user_hive = *user_hive_,
-      .machine_hive = *machine_hive_,
-      .make_port =
-          [this](const std::string& device) { return simulator::MakePort(device, clock_); },
-      .list_devices = [] { return platform::ListSerialDevices(); },
-      .system_version = platform::GetSystemVersion,
-      .acquire_instance = [this] { return instance_.TryAcquire(); },
-      .show_other_instance = [this] { instance_.RequestShow(); },
-      .start_program =
-          [](const std::string& program) { return platform::StartProgram(program, {}); },
-      .open_address = platform::OpenWebAddress});
+  computer_ = std::make_unique<DesktopComputer>(DesktopComputer{
+      this_computer_.Get(), platform::GetSystemVersion, [this] { return instance_.TryAcquire(); },
+      [this] { instance_.RequestShow(); }, platform::OpenWebAddress});
   application_ = std::make_unique<Application>(
-      *surroundings_, StartChoices{.application_folder = Environment("ZEPDLCA_APPLICATION_FOLDER"),
-                                   .string_table = Environment("ZEPDLCA_STRING_TABLE"),
-                                   .ports = Split(Environment("ZEPDLCA_PORTS"), ';')});
+      *computer_, StartChoices{.application_folder = Environment("ZEPDLCA_APPLICATION_FOLDER"),
+                               .string_table = Environment("ZEPDLCA_STRING_TABLE"),
+                               .ports = Split(Environment("ZEPDLCA_PORTS"), ';')});
   frame_ = Main(*application_, command_line_ ? *command_line_ : Words(argc, argv));
   if (frame_ == nullptr) return false;
   interrupts_.emplace();
