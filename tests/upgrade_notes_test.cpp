@@ -134,6 +134,16 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
   }
 }
 
+TEST(SavedData, IsNotReliedOnWhenTheRadioNowSaysOtherwise) {
+  UpgradeBench bench;
+  bench.db.transfer_kind = radiodb::TransferKind::kBoth;
+  ASSERT_TRUE(ReadRadio(bench.db, bench.view));
+  bench.db.identity.calibration_version = "0101";
+  SavedData saved{bench.db.data_file, bench.db.calibration_file};
+  EXPECT_FALSE(SecureSavedData(bench.db, saved));
+  EXPECT_THAT(bench.Boxes(), HasSubstr("The radio, asked once more, gives other answers"));
+}
+
 TEST(SavedData, MayHoldItem0OfEachNetwork) {
   UpgradeBench bench(",model=12,networks=2");
   bench.Factory(0, 2).use = simulator::ItemUse::kReadOnly;
