@@ -92,9 +92,9 @@ void Read(Bench& bench, Outcome& outcome) {
   db.database_folder = db.calibration_folder = bench.folder.Path() + "/";
   outcome.Take(radiodb::ReadRadio(db, bench.view));
   for (const std::string& file : {db.data_file, db.calibration_file}) {
-    if (!file.empty())
-      outcome.result +=
-          bench.folder.Read(std::filesystem::path(file).filename().string()).value_or("none");
+    if (file.empty()) continue;
+    outcome.result +=
+        bench.folder.Read(std::filesystem::path(file).filename().string()).value_or("none");
   }
 }
 
