@@ -38,15 +38,15 @@ TEST(OnDisk, SavedDataIsThereWithItsNameBeforeTheFlashIsTouched) {
 TEST(OnDisk, WhatIsReadFromARadioIsThereWhenItsJobEnds) {
   UpgradeBench bench(",flash=AT29C020");
   const DiskWatch disk;
-  bench.db.transfer_kind = radiodb::TransferKind::kBoth;
-  ASSERT_TRUE(ReadRadio(bench.db, bench.view));
+  radiodb::RadioDb db(bench.job, bench.last_radio);
+  db.transfer_kind = radiodb::TransferKind::kBoth;
+  ASSERT_TRUE(ReadRadio(db, bench.view).Done());
   const std::string calls = DiskWatch::Take();
   for (const char* file : {kDataFile, kCalibrationFile})
     EXPECT_THAT(calls, ContainsRegex(Synced(bench.folder.Path(file))));
 
   firmware::ChooseImageFile(bench.firmware.image, bench.folder.Path("flash.bin"));
-  bench.session.TransferMode = services::Transfer::kRead;
-  EXPECT_EQ(bench.Run(), "1000 1446 0");
+  EXPECT_EQ(bench.Run({}, link::Transfer::kRead), "1000 1446 0");
   EXPECT_THAT(DiskWatch::Take(), ContainsRegex(Synced(bench.folder.Path("flash.bin"))));
 }
 

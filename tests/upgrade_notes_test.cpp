@@ -136,11 +136,12 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
 
 TEST(SavedData, IsNotReliedOnWhenTheRadioNowSaysOtherwise) {
   UpgradeBench bench;
-  bench.db.transfer_kind = radiodb::TransferKind::kBoth;
-  ASSERT_TRUE(ReadRadio(bench.db, bench.view));
-  bench.db.identity.calibration_version = "0101";
-  SavedData saved{bench.db.data_file, bench.db.calibration_file};
-  EXPECT_FALSE(SecureSavedData(bench.db, saved));
+  radiodb::RadioDb db(bench.job, bench.last_radio);
+  db.transfer_kind = radiodb::TransferKind::kBoth;
+  ASSERT_TRUE(ReadRadio(db, bench.view).Done());
+  db.identity.calibration_version = "0101";
+  SavedData saved{db.data_file, db.calibration_file};
+  EXPECT_FALSE(SecureSavedData(db, saved));
   EXPECT_THAT(bench.Boxes(), HasSubstr("The radio, asked once more, gives other answers"));
 }
 
