@@ -27,7 +27,7 @@ std::string WriteDataFile(services::Session& session, const std::string& name, i
       line += services::ConBytNumToHex(static_cast<std::uint8_t>(record + byte));
     text += line + services::CalcHexChecksum(session, line) + "\r\n";
   }
-  const std::string path = (std::filesystem::temp_directory_path() / name).string();
+  std::string path = (std::filesystem::temp_directory_path() / name).string();
   std::ofstream(path, std::ios::binary) << text;
   return path;
 }
@@ -36,7 +36,7 @@ void CheckDataFileOf10000Records(benchmark::State& state) {
   platform::SystemClock clock;
   BenchSession bench(clock);
   const std::string path = WriteDataFile(bench.session, "zep_benchmark.ops", 10000);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const auto file = radiodb::ReadDataFile(bench.session, path);
     if (!file) Fail(bench.user.last_box);
     const radiodb::DataFileCheck check = radiodb::CheckDataFile(bench.session, *file);
@@ -59,7 +59,7 @@ void ConvertPersonalityOf10000Records(benchmark::State& state) {
                                                .new_version = 405,
                                                .version_text = "0405",
                                                .defaults = defaults->networks[0].items};
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     upgrade::PersonalityData data = *saved;
     if (ConvertDatabase(bench.session, log, conversion, data) != 405)
       Fail("the conversion stopped early");
@@ -73,7 +73,7 @@ BENCHMARK(ConvertPersonalityOf10000Records)->Unit(benchmark::kMillisecond);
 void ConvertCalibration(benchmark::State& state) {
   platform::SystemClock clock;
   BenchSession bench(clock);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     std::string data(260, '1');
     if (!upgrade::ConvertCalibrationDatabase(bench.session, data, 100, 103))
       Fail(bench.user.last_box);

@@ -161,7 +161,7 @@ void Paced(const std::string& folder) {
             << "a click is answered within   " << Milliseconds(waits[waits.size() / 2])
             << " ms (median), " << Milliseconds(waits[waits.size() * 98 / 100])
             << " ms (98 of 100), " << Milliseconds(waits.back())
-            << " ms (in a prescribed standstill of half a second)\n"
+            << " ms (in one of the radio's pauses of half a second)\n"
             << "peak memory                  "
             << static_cast<double>(platform::PeakMemory()) / (1 << 20) << " MB\n";
 }

@@ -19,6 +19,7 @@ LockState LockFile::TryAcquire(const std::string& path) {
 }
 
 void LockFile::Release() {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is a number that has the type of a pointer
   if (handle_ != -1) CloseHandle(reinterpret_cast<HANDLE>(handle_));
   handle_ = -1;
 }

@@ -237,9 +237,8 @@ Duration OpenLine::TimeToSend() {
 class SerialDevice final : public SerialPort {
  public:
   explicit SerialDevice(std::string device) : device_(std::move(device)) {}
-  ~SerialDevice() override {
-    SerialDevice::Close();
-  }  // NOLINT(bugprone-exception-escape): only of no memory
+  // NOLINTNEXTLINE(bugprone-exception-escape): only of no memory
+  ~SerialDevice() override { SerialDevice::Close(); }
 
   std::string Device() const override { return device_; }
   SystemError Open() override;

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/disk_watch.h"
 #include "tests/platform_testing.h"
 #include "tests/testing.h"
 
@@ -128,6 +129,29 @@ TEST_F(Files, AReplacedFileKeepsItsRightsAndALinkStaysALink) {
   EXPECT_TRUE(fs::is_symlink(in_ + "link.ops"));
   EXPECT_EQ(folder_.Read("real/a.ops"), "new");
   EXPECT_EQ(fs::status(file).permissions(), fs::perms{0640});
+}
+
+TEST_F(Files, ASuccessIsOnTheDiskNameAndAll) {
+  folder_.Write("real/a.ops", "old bytes");
+  fs::create_symlink(in_ + "real/a.ops", in_ + "link.ops");
+  const auto written = [](const std::string& name) {
+    return "sync " + name + ".PID.tmp 3 bytes\nrename " + name + ".PID.tmp " + name +
+           "\nsync folder\n";
+  };
+  testing::DiskWatch disk;
+  WriteWholeFile(in_ + "new.ops", "new");
+  EXPECT_EQ(disk.Take(), written("new.ops"));
+  WriteWholeFile(in_ + "link.ops", "new");
+  EXPECT_EQ(disk.Take(), written("a.ops"));
+  KeepCopy(in_ + "new.ops", in_ + "copy.ops");
+  EXPECT_EQ(disk.Take(), written("copy.ops"));
+
+  FileWriter writer;
+  writer.Open(in_ + "new.ops", WriteMode::kAppend);
+  writer.Write(" and");
+  EXPECT_EQ(disk.Take(), "") << "bit by bit, not bit after bit";
+  writer.Flush();
+  EXPECT_EQ(disk.Take(), "sync new.ops 7 bytes\n");
 }
 
 TEST_F(Files, AWriterAppendsOrReplaces) {

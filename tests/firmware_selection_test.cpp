@@ -44,6 +44,7 @@ TEST(FirmwareSelection, ChoosesTheConversionImagesOfVornPmrII) {
 TEST(FirmwareSelection, ChoosesThePhaseImagesOfTorvik) {
   CheckSelection(
       "Torvik", {{3}, {1, 10}, {2, 11}, {0, 4, 13}},
+      // NOLINTNEXTLINE(bugprone-suspicious-missing-comma): a row of versions and files
       {"0107 0108 0109 0116 0122 0123 0124 0125 | "
        "PP31PhaseI.bin PP11PhaseI.bin PP21PhaseI.bin PhaseI.bin",
        "0303 0304 0313 0314 0315 0316 | "

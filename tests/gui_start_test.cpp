@@ -115,7 +115,7 @@ TEST(Frame, ShowsModeAndLanguageAndSwitchesThem) {
 // Texts of the task tree, from the top.
 std::string Tree(Desktop& desktop) {
   auto* tree = desktop.Find<wxTreeCtrl>("TreeView1", desktop.frame);
-  wxTreeItemIdValue cookie;
+  wxTreeItemIdValue cookie = nullptr;
   std::string texts;
   for (wxTreeItemId node = tree->GetFirstChild(tree->GetRootItem(), cookie); node.IsOk();
        node = tree->GetNextSibling(node)) {

@@ -166,11 +166,12 @@ class Desktop {
   // Whether the main window is shown then.
   bool Start(std::string_view command_line = "") {
     frame = shell::Main(*application, command_line);
-    if (frame != nullptr)
+    if (frame != nullptr) {
       frame->Bind(wxEVT_DESTROY, [this](wxWindowDestroyEvent& event) {
         if (event.GetWindow() == frame) frame = nullptr;
         event.Skip();
       });
+    }
     Settle();
     return frame != nullptr;
   }
@@ -260,5 +261,18 @@ class Desktop {
 
   std::map<std::string, std::unique_ptr<simulator::SimulatedPort>> ports_;
 };
+
+inline constexpr const char* kCancelQuestion =
+    "This action will leave the radio in an undefined state. Cancel?";
+
+// The names of the frames that are still shown besides the main window.
+inline std::string OpenDialogs() {
+  std::string names;
+  for (const wxWindow* window : wxTopLevelWindows) {
+    const auto* dialog = dynamic_cast<const wxDialog*>(window);
+    if (dialog != nullptr && dialog->IsShown()) names += dialog->GetName().utf8_string() + " ";
+  }
+  return names;
+}
 
 }  // namespace zep::testing

@@ -19,6 +19,7 @@ namespace {
 
 using services::Answer;
 using std::chrono::milliseconds;
+using namespace std::chrono_literals;
 using testing::TestLink;
 using testing::TestSession;
 
@@ -221,6 +222,18 @@ TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
   EXPECT_EQ(test.Failure(), services::Failure::kPort);
 }
 
+TEST(ByteExchange, ADeviceThatFailsInTheMiddleOfABlockIsTakenOut) {
+  TestLink test;
+  test.Activate({1});
+  test.port(1).Receive("ab");
+  EXPECT_EQ(GetAnyByte(test.job, 1), 'a');
+  test.port(1).Fail(5);
+  GetAnyByte(test.job, 1);
+  EXPECT_EQ(test.user.Boxes(),
+            std::string("critical Error: 5 Input/output error[GetAnyByte] -> OK\n") + kNoResponse);
+  EXPECT_EQ(test.States(), "4222");
+}
+
 TEST(ByteExchange, AVanishedDeviceIsNotSpokenToAgain) {
   TestLink test;
   test.Activate({1, 2});
@@ -243,13 +256,24 @@ TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
   TestLink test;
   test.Activate({1, 2});
   test.job.others_go_on = true;
-  test.port(1).output_is_stuck = true;
+  test.port(1).output = [] { return 1; };
   SendBytesToAllComms(test.job, std::vector<std::uint8_t>{'A'});
   EXPECT_EQ(test.Wire(), "1<A 2<A");
   EXPECT_EQ(test.States(), "4122");
   EXPECT_FALSE(test.job.DownloadError);
   EXPECT_EQ(test.user.Boxes(), kSilent);
   EXPECT_EQ(test.user.turns, 0) << "the drain of a block does not yield";
+}
+
+TEST(ByteExchange, OutputMayTakeItsTimeAsLongAsItFlows) {
+  TestLink test;
+  test.Activate({1});
+  // A byte every three seconds.
+  test.port(1).output = [&] { return static_cast<std::size_t>((14s - test.clock.Now()) / 3s); };
+  SelectBaudRate(test.job, 9600);
+  EXPECT_GT(test.clock.Now(), 11s);
+  EXPECT_EQ(test.port(1).settings, std::vector<std::string>{"9600,n,8,1"});
+  EXPECT_EQ(test.user.Boxes(), "");
 }
 
 TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
@@ -264,6 +288,7 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
   const std::vector<Row> rows = {
       {"a record", "27000300002AAC\r>", "", "00002A", ""},
       {"two records of an item", "0500020102F6\r0501010AEF\r>", "", "01020A", ""},
+      {"what follows a record", "27000300002AACFF\r>", "", "00002A", ""},
       {"a record with a wrong checksum", "27000300002AAD\r>", "", "00002A",
        "{C02} Record corrupted"},
       {"a record with something else than digits", "2?000300002AB3\r>", "", "00002A",

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <initializer_list>
 #include <map>
 #include <memory>
@@ -40,9 +41,9 @@ class ScriptedPort final : public platform::SerialPort {
   }
   // The next look at the port finds this failure; it reads nothing from then on.
   void Fail(int error) { error_ = {.number = error, .description = "Input/output error"}; }
-  platform::SystemError open_error;  // what Open() gives
-  bool output_is_stuck = false;
-  std::vector<std::string> settings;  // as they were set
+  platform::SystemError open_error;     // what Open() gives
+  std::function<std::size_t()> output;  // how many bytes have not gone out yet; none by default
+  std::vector<std::string> settings;    // as they were set
 
   std::string Device() const override { return "scripted"; }
   platform::SystemError Open() override {
@@ -52,7 +53,7 @@ class ScriptedPort final : public platform::SerialPort {
   void Close() override { is_open_ = false; }
   bool IsOpen() const override { return is_open_; }
   platform::SystemError SetSettings(std::string_view text) override {
-    settings.emplace_back(text);
+    settings.push_back(std::string(text) + (OutputCount() > 0 ? " too early" : ""));
     return {};
   }
   std::size_t InputCount() override {
@@ -60,7 +61,7 @@ class ScriptedPort final : public platform::SerialPort {
     while (count < input_.size() && input_[count].first <= clock_.Now()) ++count;
     return count;
   }
-  std::size_t OutputCount() override { return output_is_stuck ? 1 : 0; }
+  std::size_t OutputCount() override { return output ? output() : 0; }
   void ClearInput() override { input_.clear(); }
   void ClearOutput() override {}
   std::optional<std::uint8_t> Read() override {

@@ -1,3 +1,4 @@
+#include <cerrno>
 #include <csignal>
 #include <filesystem>
 
@@ -27,6 +28,32 @@ TEST(SingleInstance, SecondCopyIsRefusedUntilTheFirstEnds) {
   first.reset();
   EXPECT_TRUE(second.TryAcquire());
   EXPECT_TRUE(SingleInstance("zepdlca", "/proc/nowhere").TryAcquire()) << "no place for a lock";
+}
+
+TEST(LockFile, HoldsForEveryUserWhoMayReadIt) {
+  const struct {
+    const char* name;
+    fs::perms permissions;  // of a file of root's, which an ordinary user finds
+    bool is_held;
+    LockState state;
+    int error;
+  } rows[] = {
+      {"held", fs::perms{0444}, true, LockState::kHeldByAnother, EWOULDBLOCK},
+      {"left behind", fs::perms{0444}, false, LockState::kAcquired, 0},
+      {"may not be read", fs::perms{0}, true, LockState::kFailed, EACCES},
+  };
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.name);
+    const testing::TempFolder folder;
+    const std::string path = folder.Write("a.lock", "");
+    LockFile holder;
+    ASSERT_TRUE(!row.is_held || holder.TryAcquire(path) == LockState::kAcquired);
+    fs::permissions(path, row.permissions);
+    const testing::OrdinaryUser user;
+    LockFile lock;
+    EXPECT_EQ(lock.TryAcquire(path), row.state);
+    EXPECT_EQ(lock.Error().number, row.error);
+  }
 }
 
 TEST(Interrupts, AreCountedWhileWantedAndDeadlyAfterwards) {

@@ -1,4 +1,3 @@
-#include <set>
 #include <string>
 #include <vector>
 
@@ -124,40 +123,6 @@ TEST(SimulatedDatabase, CalibrationMustAddUp) {
   table.Say("b|");
   for (const std::string& record : records) EXPECT_EQ(table.Say("w" + record + "|"), ">");
   EXPECT_EQ(table.Say("e|"), "{C03}|>");
-}
-
-// The records of all items that the radio lists.
-std::vector<std::string> AllRecords(RadioOnTable& table) {
-  std::vector<std::string> all;
-  for (const std::string& item : table.List()) {
-    for (const std::string& record : table.Records(item)) all.push_back(record);
-  }
-  return all;
-}
-
-// What is read from any radio can be written back as it is, and changes nothing.
-TEST(SimulatedDatabase, EveryRadioTakesBackItsOwnData) {
-  for (const std::string radio : {"conventional", "conventional2", "model31", "torvik", "trunked",
-                                  "torvik,model=12,networks=2"}) {
-    SCOPED_TRACE(radio);
-    RadioOnTable table(radio);
-    const bool trunked = table.radio.Profile().IsTrunked();
-    const std::set<std::string> read_only =
-        trunked ? std::set<std::string>{"2F", "3D", "3E", "3F", "45", "46", "48"}
-                : std::set<std::string>{"28", "29", "2D", "2E"};
-    table.Say(trunked ? "#d02|" : "#");
-    const std::vector<std::string> before = AllRecords(table);
-    EXPECT_GE(before.size(), 100U);
-    ASSERT_EQ(table.Say("b|"), ">");
-    for (const std::string& record : before) {
-      EXPECT_EQ(ByteSum(BytesFromHex(record).value()), 0) << record;
-      if (record.substr(4, 2) == "00") continue;
-      const bool refused = read_only.count(record.substr(0, 2)) > 0;
-      EXPECT_EQ(table.Say("w" + record + "|"), refused ? "{C07}|>" : ">") << record;
-    }
-    ASSERT_EQ(table.Say("e|"), ">");
-    EXPECT_EQ(AllRecords(table), before);
-  }
 }
 
 TEST(SimulatedDatabase, NetworksHaveTheirOwnItemsAndShareTheRest) {

@@ -36,9 +36,9 @@ struct Row {
   unsigned offset;
   unsigned blocks;
 };
-// The rows of the first megabit, whose banks begin with that many blocks from an address on.
-std::vector<Row> MegabitRows(unsigned address, unsigned blocks) {
-  return {
+// The rows of so many megabits, whose banks begin with that many blocks from an address on.
+std::vector<Row> RowsOf(unsigned megabits, unsigned address, unsigned blocks) {
+  std::vector<Row> rows = {
       {0, address, address, blocks},
       {0, 0x1080, 0x01080, 127},
       {0, 0x8000, 0x08000, 108},
@@ -48,18 +48,11 @@ std::vector<Row> MegabitRows(unsigned address, unsigned blocks) {
       {2, address, 0x18000 + address, blocks},
       {2, 0x1080, 0x19080, 127},
   };
-}
-// The rows of both megabits of an E1 radio.
-std::vector<Row> E1Rows() {
-  std::vector<Row> rows = MegabitRows(0x0200, 28);
-  for (Row row : MegabitRows(0x0200, 28)) {
-    row.bank += 3;
-    row.offset += 0x20000;
-    rows.push_back(row);
-  }
+  if (megabits == 1) return rows;
+  for (Row row : RowsOf(1, address, blocks))
+    rows.push_back({row.bank + 3, row.address, row.offset + 0x20000, row.blocks});
   return rows;
 }
-
 Bytes HeaderOf(const Row& row) {
   return {static_cast<std::uint8_t>(row.bank), static_cast<std::uint8_t>(row.address / 256),
           static_cast<std::uint8_t>(row.address % 256), 0, static_cast<std::uint8_t>(row.blocks)};
@@ -142,41 +135,54 @@ TEST(SimulatedBootstrap, AManualRadioWaitsForItsTechnician) {
   EXPECT_EQ(table.Say("^"), "v");
 }
 
-TEST(SimulatedLoader, WritesOneMegabitIntoAnA1Radio) {
-  RadioOnTable table("torvik");
-  const Bytes before = table.radio.FlashMemory().Contents();
-  const Bytes image = MakeFirmwareImage({"11", Micro::kA1, 131072, {"0126", "0405", "0103"}});
-  EXPECT_FALSE(table.radio.FlashMatches(image));
-  StartLoader(table);
-  EXPECT_EQ(WriteRows(table, MegabitRows(0x0100, 30), image), 723U);
-  EXPECT_TRUE(table.radio.FlashMatches(image));
-  const Bytes& after = table.radio.FlashMemory().Contents();
-  for (const std::size_t kept : {0x000FFU, 0x01000U, 0x05000U, 0x0B7FFU, 0x180FFU, 0x1FFFFU}) {
-    EXPECT_EQ(after[kept], before[kept]) << kept;
+TEST(SimulatedLoader, WritesTheRowsOfItsMapAndStartsWhatTheyHold) {
+  struct Case {
+    const char* radio;
+    ImageOptions image;
+    std::vector<Row> rows;
+    unsigned blocks;
+    std::vector<std::size_t> written;  // ends of the rows
+    std::vector<std::size_t> kept;     // beside them: boot code and the radio's own data
+    const char* answer;                // of the new firmware, with the data of before
+  };
+  for (const Case& row : std::vector<Case>{
+           {"torvik",
+            {"11", Micro::kA1, 131072, {"0126", "0400", "0100"}},
+            RowsOf(1, 0x0100, 30),
+            723,
+            {0x00100, 0x0B800, 0x1CFFF},
+            {0x000FF, 0x01000, 0x05000, 0x0B7FF, 0x180FF, 0x1D000, 0x1FFFF},
+            "v>0000185A45502D483131313030313236303430302C303130303031E6|>0900021234AF|>"},
+           {"conventional",
+            {"51", Micro::kE1, 262144, {"0336", "0405", "0103"}},
+            RowsOf(2, 0x0200, 28),
+            1434,
+            {0x00200, 0x3CFFF},
+            {0x001FF, 0x3D000},
+            "v>0000215A45502D4831353130303333362C5354442C30323031303430352C303130333031C8|>"
+            "0900021234AF|>"}}) {
+    SCOPED_TRACE(row.radio);
+    RadioOnTable table(row.radio);
+    table.Say("#b|w0900021234AF|e|");
+    const Bytes before = table.radio.FlashMemory().Contents();
+    Bytes image = MakeFirmwareImage(row.image);
+    EXPECT_FALSE(table.radio.FlashMatches(image));
+    StartLoader(table);
+    EXPECT_EQ(WriteRows(table, row.rows, image), row.blocks);
+    EXPECT_TRUE(table.radio.FlashMatches(image));
+    for (const std::size_t at : row.kept)
+      EXPECT_EQ(table.radio.FlashMemory().Contents()[at], before[at]) << at;
+    EXPECT_EQ(table.SayBytes({0xFF}), "");
+    EXPECT_EQ(table.Say("^#r00|r09|"), row.answer);
+
+    for (const std::size_t at : row.kept) image[at] ^= 1;
+    EXPECT_TRUE(table.radio.FlashMatches(image));
+    for (const std::size_t at : row.written) {
+      image[at] ^= 1;
+      EXPECT_FALSE(table.radio.FlashMatches(image)) << at;
+      image[at] ^= 1;
+    }
   }
-
-  EXPECT_EQ(table.SayBytes({0xFF}), "");
-  EXPECT_EQ(table.Say("^#r00|"), "v>0000185A45502D483131313030313236303430352C303130333031DE|>");
-}
-
-TEST(SimulatedLoader, WritesTwoMegabitsIntoAnE1Radio) {
-  RadioOnTable table("conventional");
-  Bytes image = MakeFirmwareImage({"51", Micro::kE1, 262144, {"0336", "0405", "0103"}});
-  table.Say("#b|w0900021234AF|e|");
-  StartLoader(table);
-  EXPECT_EQ(WriteRows(table, E1Rows(), image), 1434U);
-  EXPECT_TRUE(table.radio.FlashMatches(image));
-  table.SayBytes({0xFF});
-  EXPECT_EQ(table.Say("^#r09|"), "v>0900021234AF|>");  // data of the same layout is kept
-
-  for (const std::size_t offset : {0x00200U, 0x3CFFFU}) {
-    image[offset] ^= 1;
-    EXPECT_FALSE(table.radio.FlashMatches(image)) << offset;
-    image[offset] ^= 1;
-  }
-  image[0x001FF] ^= 1;  // boot code
-  image[0x3D000] ^= 1;  // behind the last row
-  EXPECT_TRUE(table.radio.FlashMatches(image));
 }
 
 TEST(SimulatedLoader, ReadsWhatIsInTheFlash) {

@@ -56,17 +56,6 @@ struct RadioOnTable {
     EXPECT_EQ(reply, ">");
     return records;
   }
-  // The numbers of all listed items, two digits each.
-  std::vector<std::string> List() {
-    std::vector<std::string> items;
-    std::string reply = Say("l|");
-    for (; reply.size() > 4; reply.erase(0, reply.find('|') + 1)) {
-      const std::string line = reply.substr(4, reply.find('|') - 6);
-      for (std::size_t at = 0; at < line.size(); at += 2) items.push_back(line.substr(at, 2));
-    }
-    return items;
-  }
-
   std::string Answers() {
     std::string answers;
     for (const simulator::Utterance& said : radio.TakeAnswers()) answers += said.bytes;

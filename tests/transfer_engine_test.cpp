@@ -52,6 +52,14 @@ TEST(TransferEngine, TwoRadiosMoveInLockstep) {
   EXPECT_FALSE(bench.link.Port(1).IsOpen());
 }
 
+TEST(TransferEngine, ADotTooManyAcknowledgesNoOtherBlock) {
+  FirmwareBench bench;
+  bench.Script({1});
+  bench.port(1).Answer(std::string(128, '\xA5'), "..");
+  bench.Choose(ImageBytes(131072, "ZEP-xx11 ", 0x8000).replace(0x180, 128, 128, '\xA6'));
+  EXPECT_EQ(bench.Run(), "2000 1 3") << "nothing answers the second block";
+}
+
 TEST(TransferEngine, RunsEndAsTheRadiosAre) {
   const std::string a1 = ImageBytes(131072, "ZEP-xx11 ", 0x8000);
   const std::string large = ImageBytes(262144, "ZEP-xx31 ", 0x8000);

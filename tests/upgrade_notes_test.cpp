@@ -134,6 +134,17 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
   }
 }
 
+TEST(SavedData, IsNotReliedOnWhenTheRadioNowSaysOtherwise) {
+  UpgradeBench bench;
+  radiodb::RadioDb db(bench.job, bench.last_radio);
+  db.transfer_kind = radiodb::TransferKind::kBoth;
+  ASSERT_TRUE(ReadRadio(db, bench.view).Done());
+  db.identity.calibration_version = "0101";
+  SavedData saved{db.data_file, db.calibration_file};
+  EXPECT_FALSE(SecureSavedData(db, saved));
+  EXPECT_THAT(bench.Boxes(), HasSubstr("The radio, asked once more, gives other answers"));
+}
+
 TEST(SavedData, MayHoldItem0OfEachNetwork) {
   UpgradeBench bench(",model=12,networks=2");
   bench.Factory(0, 2).use = simulator::ItemUse::kReadOnly;

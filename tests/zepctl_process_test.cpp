@@ -70,8 +70,12 @@ TEST_F(ZepctlProcess, ResultsGoToTheStandardOutputAndAllElseToTheStandardError) 
 TEST_F(ZepctlProcess, SignalsCancelTheJob) {
   for (const std::string signal : {"INT", "TERM", "HUP"}) {
     SCOPED_TRACE(signal);
-    const std::string out = Shell("timeout --preserve-status -s " + signal +
-                                  " 1.5 $Z -p sim:conventional read " + signal + ".ops 2>&1");
+    // The signal comes once the job says that it reads.
+    const std::string out = Shell(
+        "mkfifo said; env --default-signal=INT $Z -p sim:conventional read " + signal +
+        ".ops > said 2>&1 & exec 3< said; while read -r line <&3; do echo \"$line\"; case $line in "
+        "*Reading*) kill -s " +
+        signal + " $!; break; esac; done; cat <&3; rm said; wait $!");
     EXPECT_THAT(out, EndsWith("is incomplete, because reading the radio ended early. Please read "
                               "the radio again.\n=130\n"));
   }
