@@ -1,52 +1,30 @@
-#include "upgrade/calibration_conversion.h"
+#include "conversion/calibration_conversion.h"
 
 #include <algorithm>
 #include <cctype>
 
-#include "link/record_text.h"
-#include "platform/files.h"
-#include "radiodb/data_files.h"
-#include "radiodb/item_records.h"
+#include "conversion/item_bytes.h"
+#include "conversion/personality_data.h"
 #include "services/hex_text.h"
-#include "services/messages.h"
-#include "services/paths.h"
-#include "upgrade/calibration_steps.h"
-#include "upgrade/checked_data_file.h"
-#include "upgrade/personality_data.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 namespace {
 
-using services::Failure;
-using services::NLSFmt;
-using services::NLSMsgBox;
-using services::Session;
+using radiodb::DataFile;
+using radiodb::DataFileLine;
+using services::NLSText;
+using services::Text;
 
 constexpr std::size_t kChecksumCharacters = 4;
 constexpr std::string_view kNoChecksum = "0000";
 
-bool Fail(Session& session, const std::string& text) {
-  session.KeepCause(Failure::kFile);
-  NLSMsgBox(session, text, {.title = "Conversion Error"});
-  return false;
-}
-
-bool FailStep(Session& session, const CalibrationStep& step) {
-  session.KeepCause(Failure::kFile);
-  NLSMsgBox(session, NLSFmt(session, "Conversion Error") + std::string(step.error_text));
-  return false;
-}
-
-bool IsSameText(std::string_view a, std::string_view b) {
-  return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](unsigned char x, unsigned char y) {
-    return std::toupper(x) == std::toupper(y);
-  });
-}
+// Characters of a record that are no data.
+constexpr std::size_t kRecordEnds = radiodb::kRecordHeader + radiodb::kRecordChecksum;
 
 // What a step takes out of the data and puts into it, but for the checksum.
 void CollectChanges(const CalibrationStep& step, std::string_view data,
                     std::vector<Change>& changes) {
-  const std::string reason(step.error_text.substr(2));
+  const ChangeReason reason{ChangeReason::Kind::kCalibrationStep, step.from, step.to};
   const auto add = [&](std::size_t at, std::string_view before, std::string_view after) {
     if (before.empty() && after.empty()) return;
     changes.push_back(
@@ -68,54 +46,53 @@ void CollectChanges(const CalibrationStep& step, std::string_view data,
 }
 
 // Renews the checksum; the data ends in one, whatever it is.
-void RenewChecksum(Session& session, std::string& data) {
+void RenewChecksum(std::string& data) {
   const std::size_t at = data.size() - kChecksumCharacters;
   data.replace(at, kChecksumCharacters, kNoChecksum);
-  data.replace(at, kChecksumCharacters, CalibrationChecksum(session, data));
+  data.replace(at, kChecksumCharacters, CalibrationChecksum(data));
 }
 
-radiodb::RadioModel ModelOf(const radiodb::DataFile& file) {
-  const std::optional<radiodb::FileIdentity> identity = radiodb::FindFileIdentity(file);
-  if (!identity) return {};
-  return radiodb::FindRadioModel(identity->model_code).value_or(radiodb::RadioModel{});
+radiodb::RadioModel ModelOf(const DataFile& file) {
+  if (!file.Identity()) return {};
+  return radiodb::FindRadioModel(file.Identity()->model_code).value_or(radiodb::RadioModel{});
 }
 
-bool WriteFile(Session& session, const std::string& path, std::string_view text,
-               std::string_view procedure) {
-  const platform::SystemError error = platform::WriteWholeFile(path, text);
-  if (!error) return true;
-  return RefuseFile(session, error, procedure);
+// Compared without regard to case, as a file may be of either.
+bool IsOfItem(const DataFileLine& line, std::string_view item) {
+  const std::string_view number = line.Text().substr(0, 2);
+  return std::equal(number.begin(), number.end(), item.begin(), item.end(),
+                    [](unsigned char a, unsigned char b) { return std::toupper(a) == b; });
 }
 
 }  // namespace
 
-bool ConvertCalibrationDatabase(Session& session, std::string& data, int current, int wanted,
-                                std::vector<Change>* changes) {
+tl::expected<void, CalibrationProblem> ConvertCalibrationDatabase(std::string& data, int current,
+                                                                  int wanted,
+                                                                  std::vector<Change>* changes) {
   const std::string old_data = data;
   const CalibrationStep* step = NextCalibrationStep(current, wanted);
   for (; step != nullptr; step = NextCalibrationStep(current, wanted)) {
-    if (data.size() != step->required_length) return FailStep(session, *step);
+    if (data.size() != step->required_length) return tl::unexpected(CalibrationProblem{step});
     if (changes != nullptr) CollectChanges(*step, data, *changes);
     data = ApplyCalibrationStep(*step, data);
-    if (data.size() != step->resulting_length) return FailStep(session, *step);
+    if (data.size() != step->resulting_length) return tl::unexpected(CalibrationProblem{step});
     current = step->to;
   }
   if (current != wanted || data.size() < kChecksumCharacters) {
-    return Fail(session,
-                NLSFmt(session,
-                       "Calibration data of version %0:s cannot be converted to version %1:s: "
-                       "there are the versions 100 to 103. Please use a newer version of this "
-                       "application.",
-                       {std::to_string(current), std::to_string(wanted)}));
+    return tl::unexpected(CalibrationProblem{
+        .text = {NLSText("Calibration data of version %0:s cannot be converted to version %1:s: "
+                         "there are the versions 100 to 103. Please use a newer version of this "
+                         "application."),
+                 {std::to_string(current), std::to_string(wanted)}}});
   }
-  RenewChecksum(session, data);
+  RenewChecksum(data);
   const std::string old_sum = old_data.substr(old_data.size() - kChecksumCharacters);
   const std::string new_sum = data.substr(data.size() - kChecksumCharacters);
   if (changes != nullptr && old_sum != new_sum) {
     changes->push_back({{.byte = data.size() / 2 - 2, .before = old_sum, .after = new_sum},
-                        NLSFmt(session, "checksum")});
+                        {.kind = ChangeReason::Kind::kChecksum}});
   }
-  return true;
+  return {};
 }
 
 int CalibrationVersionOf(std::string_view data) {
@@ -126,79 +103,67 @@ int CalibrationVersionOf(std::string_view data) {
   return step == steps.end() ? 0 : step->from;
 }
 
-std::string CalibrationChecksum(Session& session, std::string_view data) {
+std::string CalibrationChecksum(std::string_view data) {
   int sum = 0;
-  for (std::size_t byte = 0; byte < data.size() / 2; ++byte) sum += GetByte(session, data, byte);
+  for (std::size_t byte = 0; byte < data.size() / 2; ++byte) sum += GetByte(data, byte);
   return services::ConLngNumToHex(sum % 65536).substr(4);
 }
 
-std::string CalibrationItemIn(const radiodb::DataFile& file, const radiodb::RadioModel& model) {
-  const std::string item = model.tier == 2 ? "47" : "2C";
-  const std::string item_of_type(radiodb::CalibrationItem(model.type));
-  const bool use_other =
-      GetCalibrationData(file, item).empty() && !GetCalibrationData(file, item_of_type).empty();
-  return use_other ? item_of_type : item;
+std::string CalibrationItemIn(const DataFile& file, const radiodb::RadioModel& model) {
+  const radiodb::CalibrationItems items = radiodb::CalibrationItemsOf(model);
+  const bool use_other = GetCalibrationData(file, items.in_file).empty() &&
+                         !GetCalibrationData(file, items.in_radio).empty();
+  return std::string(use_other ? items.in_radio : items.in_file);
 }
 
-std::string GetCalibrationData(const radiodb::DataFile& file, std::string_view item) {
+std::string GetCalibrationData(const DataFile& file, std::string_view item) {
   std::string data;
-  for (const radiodb::DataFileLine& line : file.lines) {
-    if (!IsSameText(std::string_view(line.text).substr(0, 2), item)) continue;
-    if (line.text.size() < link::kRecordHeader + link::kRecordChecksum) continue;
-    data += line.text.substr(link::kRecordHeader,
-                             line.text.size() - link::kRecordHeader - link::kRecordChecksum);
+  for (const DataFileLine& line : file.Lines()) {
+    const std::string_view text = line.Text();
+    if (!IsOfItem(line, item) || text.size() < kRecordEnds) continue;
+    data += text.substr(radiodb::kRecordHeader, text.size() - kRecordEnds);
   }
   return data;
 }
 
-std::string CalibrationDataOf(const radiodb::DataFile& file) {
+std::string CalibrationDataOf(const DataFile& file) {
   return GetCalibrationData(file, CalibrationItemIn(file, ModelOf(file)));
 }
 
-bool AddCalibrationDataToFile(Session& session, const std::string& path, std::string_view item,
-                              std::string_view data) {
-  platform::FileContents contents = platform::ReadWholeFile(path);
-  if (contents.error) return RefuseFile(session, contents.error, "AddCalibrationDataToFile");
-  AppendRecords(item, data, contents.bytes);
-  return WriteFile(session, path, contents.bytes, "AddCalibrationDataToFile");
+void AddCalibrationDataToFile(std::string_view item, std::string_view data, DataFile& file) {
+  AddRecords(item, data, file);
 }
 
-bool ConvertCalibrationFile(Session& session, const CalibrationRequest& request) {
-  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, request.saved_file);
-  if (!file) return false;
-  const std::string item = CalibrationItemIn(*file, ModelOf(*file));
-  std::string data = GetCalibrationData(*file, item);
-  if (data.empty()) {
-    return Fail(session, NLSFmt(session,
-                                "The file %0:s holds no calibration data. Please choose a "
-                                "calibration file.",
-                                {request.saved_file}));
+tl::expected<CalibrationResult, CalibrationProblem> ConvertCalibration(
+    const CalibrationConversion& conversion, const DataFile& saved) {
+  CalibrationResult result{.file = DataFile(conversion.path, conversion.header),
+                           .item = CalibrationItemIn(saved, ModelOf(saved)),
+                           .data = {},
+                           .changes = {}};
+  result.data = GetCalibrationData(saved, result.item);
+  if (result.data.empty()) {
+    return tl::unexpected(
+        CalibrationProblem{.text = {NLSText("The file %0:s holds no calibration data. Please "
+                                            "choose a calibration file."),
+                                    {saved.Path()}}});
   }
-  if (!ConvertCalibrationDatabase(session, data, request.old_version, request.new_version,
-                                  request.changes)) {
-    return false;
-  }
-  if (request.changes != nullptr) {
-    const auto number = static_cast<std::size_t>(services::ConHexByteToInt(session, item));
-    for (Change& change : *request.changes) change.difference.item = number;
-    return true;
-  }
+  const auto converted =
+      ConvertCalibrationDatabase(result.data, conversion.old_version, conversion.new_version,
+                                 conversion.collect_changes ? &result.changes : nullptr);
+  if (!converted) return tl::unexpected(converted.error());
+  for (Change& change : result.changes)
+    change.difference.item = static_cast<std::size_t>(services::HexByte(result.item));
 
-  constexpr std::string_view kEndOfLine = "\r\n";
-  std::string text;
-  for (const std::string& line : radiodb::CalibrationHeader(session)) {
-    text.append(line).append(kEndOfLine);
-  }
   bool written = false;
-  for (const radiodb::DataFileLine& line : file->lines) {
-    if (!IsSameText(std::string_view(line.text).substr(0, 2), item)) {
-      text.append(line.text).append(kEndOfLine);
+  for (const DataFileLine& line : saved.Lines()) {
+    if (!IsOfItem(line, result.item)) {
+      result.file.Add(line.Text());
     } else if (!written) {
-      AppendRecords(item, data, text);
+      AddCalibrationDataToFile(result.item, result.data, result.file);
       written = true;
     }
   }
-  return WriteFile(session, request.converted_file, text, "ConvertCalibrationFile");
+  return result;
 }
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

@@ -1,18 +1,31 @@
 // How two files of radio data differ: who they are for, then item by item.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "services/session.h"
-#include "upgrade/item_differences.h"
+#include "conversion/item_differences.h"
+#include "radiodb/data_file.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 
-// A fact about the radio that a file was read from, or about the file.
+// What is known about the radio that a file was read from, or about the file, in the order in which
+// it is compared; and what each value is.
+enum class FileFact {
+  kContents,         // "personality" or "calibration"
+  kModel,            // the model tier, a number
+  kModelString,      // text
+  kType,             // "conventional", of either generation, or "trunked"
+  kDatabaseVersion,  // text, like the next two; empty where the file has none
+  kHardwareVersion,
+  kSerialNumber,
+  kNetworks,    // their number
+  kOtherLines,  // of a network: lines that are in no item, with commas between them
+};
+
 struct FactDifference {
-  std::string name;  // translated
+  FileFact fact;
+  int network = 0;  // of kOtherLines, from 1
   std::string before;
   std::string after;
 };
@@ -24,9 +37,8 @@ struct DataFileDifferences {
   bool None() const { return facts.empty() && items.empty(); }
 };
 
-// Nothing, after a report, when one of the files cannot be read or is not sound.
-std::optional<DataFileDifferences> CompareDataFiles(services::Session& session,
-                                                    const std::string& before,
-                                                    const std::string& after);
+// REQUIRES: both files are sound.
+DataFileDifferences CompareDataFiles(const radiodb::DataFile& before,
+                                     const radiodb::DataFile& after);
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

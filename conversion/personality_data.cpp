@@ -1,51 +1,55 @@
-#include "upgrade/personality_data.h"
+#include "conversion/personality_data.h"
 
 #include <algorithm>
-#include <span>
+#include <utility>
 
-#include "link/record_text.h"
-#include "platform/files.h"
-#include "radiodb/data_file_reader.h"
-#include "radiodb/data_files.h"
+#include "conversion/checked_data.h"
 #include "services/hex_text.h"
-#include "services/messages.h"
-#include "services/paths.h"
-#include "upgrade/checked_data_file.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 namespace {
 
-constexpr std::string_view kEndOfLine = "\r\n";
+using radiodb::DataFile;
+using radiodb::DataFileLine;
+using radiodb::Record;
+using services::Problem;
+
 constexpr std::size_t kRecordCharacters = 64;  // of data in a record of ours
 
-void AppendRecord(std::string_view record, std::string& text) {
-  text += record;
-  text += services::RecordChecksum(record);
-  text += kEndOfLine;
-}
-
-void AddLine(services::Session& session, const std::string& text, bool& item_0_found,
-             PersonalityNetwork& network) {
-  const bool is_item_0 = text.starts_with("00");
-  if (text == radiodb::kCommonDynamicItemLine || (is_item_0 && item_0_found)) {
-    network.lines.push_back({.other_text = text});
+void AddLine(const DataFileLine& line, bool& item_0_found, PersonalityNetwork& network) {
+  const Record* record = line.AsRecord();
+  const bool is_item_0 = record != nullptr && radiodb::IsIdentityLine(record->Line());
+  if (record == nullptr || (is_item_0 && item_0_found)) {
+    network.lines.push_back({.other_text = std::string(line.Text())});
     return;
   }
   item_0_found |= is_item_0;
-  PersonalityLine line;
-  line.item = static_cast<std::size_t>(services::ConHexByteToInt(session, text.substr(0, 2)));
-  line.header = text.substr(0, link::kRecordHeader);
-  line.characters = text.size() - link::kRecordHeader - link::kRecordChecksum;
-  if (line.characters == 0) return;  // an empty record is never stored
-  network.items.at(line.item).append(text, link::kRecordHeader, line.characters);
-  network.lines.push_back(std::move(line));
+  if (record->IsEmpty()) return;  // it is never stored
+  const std::size_t item = record->ItemNumber();
+  network.items.at(item) += record->Data();
+  network.lines.push_back(
+      {.item = item, .header = std::string(record->Header()), .characters = record->Data().size()});
 }
 
-// Writes a network's items into text: items that kept their length in the records that they had.
+PersonalityData ItemsOf(const DataFile& file) {
+  PersonalityData data;
+  data.networks.emplace_back();
+  bool item_0_found = false;
+  for (const DataFileLine& line : file.Lines()) {
+    if (line.IsSeparator()) {
+      data.networks.emplace_back();
+    } else {
+      AddLine(line, item_0_found, data.networks.back());
+    }
+  }
+  return data;
+}
+
+// Adds a network's items to a file: items that kept their length in the records that they had.
 class NetworkWriter {
  public:
-  NetworkWriter(const PersonalityNetwork& network, std::string& text)
-      : network_(network), text_(text) {
+  NetworkWriter(const PersonalityNetwork& network, DataFile& file)
+      : network_(network), file_(file) {
     for (const PersonalityLine& line : network.lines) {
       if (line.other_text.empty()) characters_read_[line.item] += line.characters;
     }
@@ -56,7 +60,7 @@ class NetworkWriter {
       if (line.other_text.empty()) {
         WriteRecord(line);
       } else {
-        text_.append(line.other_text).append(kEndOfLine);
+        file_.Add(line.other_text);
       }
     }
     for (std::size_t item = 0; item < kItemCount; ++item) {
@@ -66,10 +70,10 @@ class NetworkWriter {
 
  private:
   void WriteRecord(const PersonalityLine& line) {
-    const std::string& data = network_.items[line.item];
+    const std::string_view data = network_.items[line.item];
     std::size_t& written = written_[line.item];
     if (data.size() == characters_read_[line.item]) {
-      AppendRecord(line.header + data.substr(written, line.characters), text_);
+      file_.Add(Record::WithHeader(line.header, data.substr(written, line.characters)));
       written += line.characters;
     } else if (written == 0) {
       WriteAnew(line.item);
@@ -78,68 +82,41 @@ class NetworkWriter {
   }
 
   void WriteAnew(std::size_t item) {
-    if (network_.items[item].empty()) return;
-    AppendRecords(Number(item), network_.items[item], text_);
-  }
-
-  static std::string Number(std::size_t item) {
-    return services::ConBytNumToHex(static_cast<std::uint8_t>(item));
+    AddRecords(services::ConBytNumToHex(static_cast<std::uint8_t>(item)), network_.items[item],
+               file_);
   }
 
   const PersonalityNetwork& network_;
-  std::string& text_;
+  DataFile& file_;
   std::array<std::size_t, kItemCount> characters_read_{};
   std::array<std::size_t, kItemCount> written_{};
 };
 
 }  // namespace
 
-std::optional<PersonalityData> ReadDatabase(services::Session& session, const std::string& path) {
-  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
-  if (!file) return std::nullopt;
-  return ItemsOf(session, *file);
+tl::expected<PersonalityData, Problem> ReadDatabase(const DataFile& file) {
+  if (file.IsSound()) return ItemsOf(file);
+  return CheckedData(file).map(ItemsOf);
 }
 
-PersonalityData ItemsOf(services::Session& session, const radiodb::DataFile& file) {
-  PersonalityData data;
-  data.networks.emplace_back();
-  bool item_0_found = false;
-  for (const radiodb::DataFileLine& line : file.lines) {
-    if (radiodb::IsNetworkSeparator(line.text)) {
-      data.networks.emplace_back();
-    } else {
-      AddLine(session, line.text, item_0_found, data.networks.back());
-    }
-  }
-  return data;
-}
-
-bool WriteDatabase(services::Session& session, const PersonalityData& data,
-                   const std::string& path) {
-  std::string text;
-  for (const std::string& line :
-       radiodb::DatabaseHeader(session, static_cast<int>(data.networks.size()))) {
-    text.append(line).append(kEndOfLine);
-  }
+DataFile WriteDatabase(const PersonalityData& data, std::string path,
+                       std::vector<std::string> header) {
+  DataFile file(std::move(path), std::move(header));
   for (std::size_t network = 0; network < data.networks.size(); ++network) {
-    if (network > 0) text.append(radiodb::kNetworkSeparator).append(kEndOfLine);
-    NetworkWriter(data.networks[network], text).Write();
+    if (network > 0) file.Add(radiodb::kNetworkSeparator);
+    NetworkWriter(data.networks[network], file).Write();
   }
-  platform::SystemError error = platform::MakeFolders(services::FolderOf(path));
-  if (!error) error = platform::WriteWholeFile(path, text);
-  if (!error) return true;
-  return RefuseFile(session, error, "WriteDatabase");
+  return file;
 }
 
-void AppendRecords(std::string_view item_number, std::string_view data, std::string& text) {
+void AddRecords(std::string_view item_number, std::string_view data, DataFile& file) {
   for (int record = 0; !data.empty(); ++record) {
     const std::string_view part = data.substr(0, kRecordCharacters);
-    std::string line(item_number);
-    line += services::PadString(std::to_string(record % 100), services::PadSide::kLeft, 2, "0");
-    line += services::ConBytNumToHex(static_cast<std::uint8_t>(part.size() / 2));
-    AppendRecord(line.append(part), text);
+    file.Add(Record(
+        item_number,
+        services::PadString(std::to_string(record % 100), services::PadSide::kLeft, 2, "0"), part));
     data.remove_prefix(part.size());
   }
 }
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

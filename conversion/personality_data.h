@@ -2,16 +2,16 @@
 // its records, and back into records.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
+#include <tl/expected.hpp>
 #include <vector>
 
-#include "radiodb/data_file_reader.h"
-#include "services/session.h"
-#include "upgrade/item_bytes.h"
+#include "conversion/item_bytes.h"
+#include "radiodb/data_file.h"
+#include "services/problem.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 
 // A line of the file in its place: a record, of which the item's data is kept elsewhere, or, with
 // other_text, any other line.
@@ -33,22 +33,17 @@ struct PersonalityData {
   std::vector<PersonalityNetwork> networks;
 };
 
-// Reads a data file. A file that cannot be read or is not sound in every record is reported and
-// gives nothing; session.failure is set.
-std::optional<PersonalityData> ReadDatabase(services::Session& session, const std::string& path);
+// The data of a file; what is wrong with it when it is not sound in every record.
+tl::expected<PersonalityData, services::Problem> ReadDatabase(const radiodb::DataFile& file);
 
-// The same from the lines of a sound file.
-PersonalityData ItemsOf(services::Session& session, const radiodb::DataFile& file);
-
-// Writes the data in the order of the file that it was read from, behind a header of its own. An
+// A file of the data, in the order of the file that it was read from, behind these header lines. An
 // item that kept its length keeps its records; any other is cut anew, and a new item comes last in
-// its network. The folder is made when missing; the file is replaced as a whole or not at all.
-// False, after a report, when it could not be written.
-bool WriteDatabase(services::Session& session, const PersonalityData& data,
-                   const std::string& path);
+// its network.
+radiodb::DataFile WriteDatabase(const PersonalityData& data, std::string path,
+                                std::vector<std::string> header);
 
-// Appends the item's data to text as records of at most 32 bytes, a line each, counted "00" to
-// "99" and on from "00" in their second header byte.
-void AppendRecords(std::string_view item_number, std::string_view data, std::string& text);
+// Adds the item's data as records of at most 32 bytes, counted "00" to "99" and on from "00" in
+// their second header byte.
+void AddRecords(std::string_view item_number, std::string_view data, radiodb::DataFile& file);
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

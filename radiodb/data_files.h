@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "radiodb/data_file_reader.h"
+#include "radiodb/data_file.h"
 #include "radiodb/data_file_writer.h"
 #include "radiodb/radio_db.h"
 

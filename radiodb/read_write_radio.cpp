@@ -60,8 +60,9 @@ bool EndFiles(Session& session, ReadFiles& files, bool complete) {
 
 bool ProgramFile(RadioDb& db, ReadWriteView& view, const std::string& path) {
   if (!ReadIdentityForTransfer(db)) return false;
-  const std::optional<DataFile> file = ReadDataFile(db.link.session, path);
-  if (!file || !CheckFileAgainstRadio(db, *file)) return false;
+  const tl::expected<DataFile, services::Problem> file = ReadDataFile(path);
+  if (!file) return Refuse(db.link.session, file.error());
+  if (!CheckFileAgainstRadio(db, *file)) return false;
   return WriteItems(db, view, *file);
 }
 
@@ -111,11 +112,12 @@ std::string ProgrammedText(const RadioDb& db, const std::string& file) {
 }
 
 std::optional<TransferKind> TransferKindOf(Session& session, const std::string& file) {
-  const std::optional<DataFile> contents = ReadDataFile(session, file);
-  if (!contents) return std::nullopt;
-  const std::optional<FileIdentity> identity = FindFileIdentity(*contents);
-  return identity && identity->is_calibration ? TransferKind::kCalibration
-                                              : TransferKind::kChosenFile;
+  const tl::expected<DataFile, services::Problem> contents = ReadDataFile(file);
+  if (!contents) {
+    Refuse(session, contents.error());
+    return std::nullopt;
+  }
+  return contents->IsCalibration() ? TransferKind::kCalibration : TransferKind::kChosenFile;
 }
 
 bool ReadSpecification(RadioDb& db) {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "services/messages.h"
 #include "tests/radiodb_testing.h"
 
 namespace zep::radiodb {
@@ -108,10 +109,11 @@ TEST(DataFileWriter, KeepsWhatAFileHeldUnlessItIsTheSame) {
 TEST(DataFileReader, LinesBehindTheHeaderAreFoundHoweverTheyAreWritten) {
   ScriptedRadio radio;
   const auto read = [&](const std::string& contents) {
-    const auto file = ReadDataFile(radio.session, radio.folder.Write("a", contents));
-    std::string lines = file ? "" : radio.Told(false);
-    for (const DataFileLine& line : file.value_or(DataFile{}).lines)
-      lines += std::to_string(line.number) + " " + line.text + ";";
+    const auto file = ReadDataFile(radio.folder.Write("a", contents));
+    std::string lines = file ? "" : radio.Told(services::Refuse(radio.session, file.error()));
+    const DataFile data = file.value_or(DataFile{});
+    for (const DataFileLine& line : data.Lines())
+      lines += std::to_string(line.number) + " " + std::string(line.Text()) + ";";
     return lines;
   };
   EXPECT_EQ(read("***\r\nany\r\n---\r\n00A\r\n~~~\r\n01"), "4 00A;5 ~~~;6 01;");
@@ -129,10 +131,9 @@ TEST(DataFileReader, LinesBehindTheHeaderAreFoundHoweverTheyAreWritten) {
 TEST(DataFileReader, CheckFindsEveryFaultWithItsLine) {
   TestSession test;
   const auto check = [&](const std::string& contents) {
-    const auto file = ReadDataFile(test.session, test.folder.Write("a", contents));
     std::string text;
-    for (const Finding& finding : CheckDataFile(test.session, *file).findings)
-      text += FindingText(test.session, finding) + "\n";
+    for (const Finding& finding : ReadDataFile(test.folder.Write("a", contents))->Findings())
+      text += English(FindingText(finding)) + "\n";
     return text;
   };
   EXPECT_EQ(check(kIdentity51 + "~~~\n0100020102FA\nInsert Common Dynamic Item Here\n"), "");
@@ -150,9 +151,9 @@ TEST(DataFileReader, CheckFindsEveryFaultWithItsLine) {
   const std::string findings = check(hostile);
   EXPECT_EQ(std::ranges::count(findings, '\n'), 1002);
   EXPECT_NE(findings.find("Only the first 1000 bad records are told.\n"), std::string::npos);
-  const DataFile file{
-      "", 0, {}, {{1, "00001C5A45502D483231314C303132352C30303030303430302C303100126722"}}};
-  EXPECT_EQ(FindFileIdentity(file)->serial_number, "10004711");
+  DataFile file;
+  file.Add("00001C5A45502D483231314C303132352C30303030303430302C303100126722");
+  EXPECT_EQ(file.Identity()->serial_number, "10004711");
 }
 
 // Before a file is programmed into a radio of model 51, or 43, with database version 0405.
@@ -164,7 +165,7 @@ TEST(DataFiles, FileIsCheckedAgainstTheRadio) {
     radio.db.identity.type = tier == 10 ? RadioType::kConventionalII : RadioType::kConventional;
     radio.db.transfer_kind = kind;
     radio.session.ClearFlags();
-    const auto file = ReadDataFile(radio.session, radio.folder.Write("a.ops", text));
+    const auto file = ReadDataFile(radio.folder.Write("a.ops", text));
     return radio.Told(CheckFileAgainstRadio(radio.db, *file));
   };
   const auto identity = [&](const std::string& model, const std::string& version = "0405") {

@@ -12,8 +12,7 @@
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "upgrade/calibration_conversion.h"
-#include "upgrade/personality_conversion.h"
+#include "upgrade/data_conversion.h"
 #include "upgrade/saved_data.h"
 #include "upgrade/upgrade_log.h"
 
@@ -126,16 +125,20 @@ std::string CalibrationForRadio(Work& work) {
            Failure::kRefused);
     return {};
   }
-  const CalibrationRequest request{
-      .saved_file = work.saved.calibration_file,
-      .converted_file = ConvertedFileOf(session, work.saved.calibration_file),
-      .old_version = before,
-      .new_version = now,
-  };
-  if (!ConvertCalibrationFile(session, request)) return {};
-  work.saved.converted_calibration = request.converted_file;
+  const std::optional<radiodb::DataFile> saved =
+      ReadCheckedDataFile(session, work.saved.calibration_file);
+  if (!saved) return {};
+  const std::optional<conversion::CalibrationResult> converted =
+      ConvertCalibrationFile(session,
+                             {.old_version = before,
+                              .new_version = now,
+                              .path = ConvertedFileOf(session, work.saved.calibration_file)},
+                             *saved);
+  if (!converted || !WriteConvertedFile(session, converted->file, "ConvertCalibrationFile"))
+    return {};
+  work.saved.converted_calibration = converted->file.Path();
   NoteConvertedFiles(work.log, work.saved);
-  return request.converted_file;
+  return converted->file.Path();
 }
 
 bool WriteBackCalibration(Work& work) {

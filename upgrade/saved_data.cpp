@@ -5,13 +5,11 @@
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "platform/files.h"
-#include "radiodb/data_file_reader.h"
 #include "radiodb/item_records.h"
 #include "radiodb/radio_commands.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
-#include "upgrade/checked_data_file.h"
-#include "upgrade/personality_data.h"
+#include "upgrade/data_conversion.h"
 
 namespace zep::upgrade {
 namespace {
@@ -40,11 +38,11 @@ Origin OriginOf(const radiodb::RadioDb& db, bool is_calibration) {
           db.database_records};
 }
 
-Origin OriginOf(const radiodb::DataFileCheck& check) {
-  const radiodb::FileIdentity& identity = *check.identity;
+Origin OriginOf(const radiodb::DataFile& file) {
+  const radiodb::FileIdentity& identity = *file.Identity();
   // The identity record is not one of those that the radio was asked for.
-  return {identity.model_string, identity.database_version, identity.serial_number, check.networks,
-          check.records - 1};
+  return {identity.model_string, identity.database_version, identity.serial_number, file.Networks(),
+          file.Records() - 1};
 }
 
 bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_calibration) {
@@ -59,7 +57,7 @@ bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_cal
   }
   const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
   if (!file) return false;
-  const Origin origin = OriginOf(radiodb::CheckDataFile(session, *file));
+  const Origin origin = OriginOf(*file);
   const Origin radio = OriginOf(db, is_calibration);
   if (origin == radio) return true;
   NLSMsgBox(session,
@@ -72,25 +70,27 @@ bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_cal
 }
 
 // Item 0 of a further network is carried along as a line.
-bool HasOtherLine(const PersonalityNetwork& saved, std::string_view item) {
-  return std::any_of(saved.lines.begin(), saved.lines.end(), [item](const PersonalityLine& line) {
-    return line.other_text.starts_with(item);
-  });
+bool HasOtherLine(const conversion::PersonalityNetwork& saved, std::string_view item) {
+  return std::any_of(saved.lines.begin(), saved.lines.end(),
+                     [item](const conversion::PersonalityLine& line) {
+                       return line.other_text.starts_with(item);
+                     });
 }
 
 // The radio's items of a network that are not among those saved, each two digits long. A list of
 // items carries no checksum, so the one that was used for the read may have been cut short.
-std::string MissingItems(const radiodb::RadioDb& db, int network, const PersonalityNetwork& saved) {
+std::string MissingItems(const radiodb::RadioDb& db, int network,
+                         const conversion::PersonalityNetwork& saved) {
   link::Link& link = db.link;
   const radiodb::RadioType type = db.identity.type;
   const std::string list = radiodb::ListItems(db, network).value_or("");
   std::string missing;
   for (std::size_t at = 0; at + 2 <= list.size() && !link.session.Stopped(); at += 2) {
     const std::string item = list.substr(at, 2);
-    const auto number = static_cast<std::size_t>(services::ConHexByteToInt(link.session, item));
-    if (number < kItemCount && !saved.items[number].empty()) continue;
+    const auto number = static_cast<std::size_t>(services::HexByte(item));
+    if (number < conversion::kItemCount && !saved.items[number].empty()) continue;
     if (HasOtherLine(saved, item)) continue;
-    if (item == radiodb::CalibrationItem(type) ||
+    if (item == radiodb::CalibrationItemsOf({.type = type}).in_radio ||
         radiodb::IsLeftForLastNetwork(db, network, item) ||
         !radiodb::IsItemSelected(type, db.transfer_kind, item)) {
       continue;
@@ -104,7 +104,10 @@ std::string MissingItems(const radiodb::RadioDb& db, int network, const Personal
 
 bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
   Session& session = db.link.session;
-  const std::optional<PersonalityData> data = ReadDatabase(session, path);
+  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
+  if (!file) return false;
+  const tl::expected<conversion::PersonalityData, services::Problem> data =
+      conversion::ReadDatabase(*file);
   radiodb::RadioIdentity radio;
   if (!data || !radiodb::ReadRadioIdentity(db.link, radiodb::IdentityUse::kView, radio)) {
     return false;
