@@ -148,11 +148,35 @@ bool ChooseFiles(RadioDb& db) {
   return !WritesCalibration(db.transfer_kind) || ChooseDefaultCalibration(db);
 }
 
-bool Begin(DataFileWriter& file, const std::string& path, const std::vector<std::string>& header,
-           const std::optional<Record>& identity_record) {
-  if (!file.Create(path)) return false;
-  for (const std::string& line : header) file.WriteLine(line);
-  if (identity_record) file.WriteLine(identity_record->Line());
+bool TellOfFile(Session& session, const platform::SystemError& error, std::string_view procedure) {
+  ReportError(session, error, procedure);
+  session.RequestCancel(Failure::kFile);
+  return false;
+}
+
+bool Begin(Session& session, FileToMake& file, const std::string& path,
+           const std::vector<std::string>& header, const std::optional<Record>& identity_record) {
+  file.data = DataFile(path, header);
+  if (identity_record) file.data.Add(*identity_record);
+  const platform::SystemError error = file.out.Open(path);
+  return !error || TellOfFile(session, error, "OpenReadFiles");
+}
+
+// Writes the file; nothing where there is none. What is to be told when it is not complete goes
+// into incomplete. False when it could not be stored.
+bool End(Session& session, FileToMake& file, bool complete, std::string& incomplete) {
+  if (!file.out.IsOpen()) return true;
+  const tl::expected<std::string, services::Problem> former =
+      WriteDataFile(file.data, file.out, "EndReadFiles");
+  if (!former) return TellOfFile(session, former.error().error, former.error().procedure);
+  if (complete) return true;
+  if (!incomplete.empty()) incomplete += "\n";
+  incomplete += NLSFmt(session,
+                       "%0:s is incomplete, because reading the radio ended early. Please "
+                       "read the radio again.",
+                       {file.data.Path()});
+  if (!former->empty())
+    incomplete += " " + NLSFmt(session, "What it held before is kept in %0:s.", {*former});
   return true;
 }
 
@@ -266,13 +290,24 @@ bool OpenReadFiles(RadioDb& db, ReadFiles& files) {
   Session& session = db.link.session;
   if (!ChooseFiles(db)) return false;
   if (WritesDatabase(db.transfer_kind) &&
-      !Begin(files.database, db.data_file, DatabaseHeader(session, db.number_of_networks),
+      !Begin(session, files.database, db.data_file, DatabaseHeader(session, db.number_of_networks),
              DatabaseIdentityRecord(db.identity))) {
     return false;
   }
   return !WritesCalibration(db.transfer_kind) ||
-         Begin(files.calibration, db.calibration_file, CalibrationHeader(session),
+         Begin(session, files.calibration, db.calibration_file, CalibrationHeader(session),
                CalibrationIdentityRecord(db.identity));
+}
+
+bool EndReadFiles(RadioDb& db, ReadFiles& files, bool complete) {
+  Session& session = db.link.session;
+  std::string incomplete;
+  const bool database = End(session, files.database, complete, incomplete);
+  const bool calibration = End(session, files.calibration, complete, incomplete);
+  if (!incomplete.empty()) NLSMsgBox(session, incomplete, {.icon = Icon::kCritical});
+  db.data = std::move(files.database.data);
+  db.calibration = std::move(files.calibration.data);
+  return complete && database && calibration;
 }
 
 bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file) {

@@ -66,7 +66,7 @@ std::string NetworkStatus(const RadioDb& db, std::string_view text) {
 
 void LeaveForLastNetwork(RadioDb& db, std::string_view item, ReadFiles& files) {
   db.common_dynamic_item_skipped = true;
-  if (item == "32") files.database.WriteLine(kCommonDynamicItemLine);
+  if (item == "32") files.database.Add(kCommonDynamicItemLine);
 }
 
 // Receives characters until the buffer holds length of them. False when they did not come.
@@ -101,11 +101,9 @@ void StoreRecord(const RadioDb& db, const std::string& record, ReadFiles& files)
     // All networks of a radio share its calibration: once is enough.
     if (files.calibration_network == 0) files.calibration_network = db.current_network;
     if (files.calibration_network != db.current_network) return;
-    files.calibration.WriteLine(record);
-    ++files.calibration_records;
+    files.calibration.Add(record);
   } else {
-    files.database.WriteLine(record);
-    ++files.database_records;
+    files.database.Add(record);
   }
 }
 
@@ -245,11 +243,11 @@ bool ReadAllItems(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
   const int networks = db.number_of_networks;
   for (db.current_network = 1; db.current_network <= networks; ++db.current_network) {
     if (!ReadNetwork(db, view, files)) return false;
-    if (db.current_network < networks) files.database.WriteLine(kNetworkSeparator);
+    if (db.current_network < networks) files.database.Add(kNetworkSeparator);
   }
   db.current_network = networks;
-  if (files.database.IsOpen() && files.database_records == 0) return GiveUpForNothing(session);
-  if (files.calibration.IsOpen() && files.calibration_network == 0) {
+  if (files.database.out.IsOpen() && files.database.Items() == 0) return GiveUpForNothing(session);
+  if (files.calibration.out.IsOpen() && files.calibration_network == 0) {
     return GiveUp(session,
                   NLSFmt(session,
                          "The radio holds no calibration data (item %0:s). Please check the "

@@ -172,7 +172,7 @@ TEST(ReadRadio, CommonDynamicItemsAreReadWithTheLastNetwork) {
                                (sent == all ? common : "Insert Common Dynamic Item Here\r\n") +
                                "~~~" + two + common))
         << file;
-    EXPECT_EQ(radio.db.calibration_records, 1);  // all networks share it
+    EXPECT_EQ(radio.db.calibration.Records(), 2);  // all networks share it
     EXPECT_NE(radio.view.shown.find("Reading Items from Network 2 ... 0 max=4 0 1 Reading Radio "
                                     "database 2 of 2."),
               std::string::npos);
@@ -301,7 +301,7 @@ TEST(ProgramRadio, RecordsAreSentNetworkByNetwork) {
 TEST(ItemRecords, ListsAndFilesOfUnusualSizeAreTakenLiterally) {
   ScriptedRadio radio(kConventional, "r1| {C04}|>");
   radio.link.Port(1).Open();
-  ReadFiles files(radio.session);
+  ReadFiles files;
   DataFile file;
   for (int network = 2; network <= 5; ++network) file.Add("~~~");
   EXPECT_FALSE(WriteItems(radio.db, radio.view, file));

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "conversion/checked_data.h"
+#include "conversion/personality_data.h"
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "platform/files.h"
@@ -9,7 +11,6 @@
 #include "radiodb/radio_commands.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
-#include "upgrade/data_conversion.h"
 
 namespace zep::upgrade {
 namespace {
@@ -32,10 +33,10 @@ struct Origin {
 Origin OriginOf(const radiodb::RadioDb& db, bool is_calibration) {
   const radiodb::RadioIdentity& radio = db.identity;
   if (is_calibration) {
-    return {radio.model_string, "", radio.serial_number, 1, db.calibration_records};
+    return {radio.model_string, "", radio.serial_number, 1, db.calibration.Records() - 1};
   }
   return {radio.model_string, radio.database_version, "", db.number_of_networks,
-          db.database_records};
+          db.data.Records() - 1};
 }
 
 Origin OriginOf(const radiodb::DataFile& file) {
@@ -45,26 +46,25 @@ Origin OriginOf(const radiodb::DataFile& file) {
           file.Records() - 1};
 }
 
-bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_calibration) {
+// Reads the file back from the disk and compares it with what the radio has sent.
+bool SecureFile(const radiodb::RadioDb& db, const radiodb::DataFile& sent, bool is_calibration) {
   Session& session = db.link.session;
-  const platform::FileContents contents = platform::ReadWholeFile(path);
-  // Written again in the way that survives a power cut.
-  const platform::SystemError error =
-      contents.error ? contents.error : platform::WriteWholeFile(path, contents.bytes);
-  if (error) {
-    services::ReportError(session, error, "SecureSavedData");
+  const platform::FileContents contents = platform::ReadWholeFile(sent.Path());
+  if (contents.error) {
+    services::ReportError(session, contents.error, "SecureSavedData");
     return false;
   }
-  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
-  if (!file) return false;
+  const tl::expected<radiodb::DataFile, services::Problem> file =
+      radiodb::DataFile::Parse(sent.Path(), contents.bytes).and_then(conversion::CheckedData);
+  if (!file) return Refuse(session, file.error());
   const Origin origin = OriginOf(*file);
   const Origin radio = OriginOf(db, is_calibration);
-  if (origin == radio) return true;
+  if (origin == radio && contents.bytes == sent.Print()) return true;
   NLSMsgBox(session,
             NLSFmt(session,
                    "The file %0:s does not hold what the radio has sent: %1:s of %2:s records. "
                    "Please check the disk.",
-                   {path, std::to_string(origin.records), std::to_string(radio.records)}),
+                   {sent.Path(), std::to_string(origin.records), std::to_string(radio.records)}),
             {.icon = services::Icon::kCritical});
   return false;
 }
@@ -102,12 +102,10 @@ std::string MissingItems(const radiodb::RadioDb& db, int network,
   return missing;
 }
 
-bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
+bool HoldsAllItems(const radiodb::RadioDb& db) {
   Session& session = db.link.session;
-  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
-  if (!file) return false;
   const tl::expected<conversion::PersonalityData, services::Problem> data =
-      conversion::ReadDatabase(*file);
+      conversion::ReadDatabase(db.data);
   radiodb::RadioIdentity radio;
   if (!data || !radiodb::ReadRadioIdentity(db.link, radiodb::IdentityUse::kView, radio)) {
     return false;
@@ -127,16 +125,15 @@ bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
             NLSFmt(session,
                    "The radio, asked once more, gives other answers than those in %0:s. Please "
                    "check the lead and its plugs.",
-                   {path}),
+                   {db.data.Path()}),
             {.icon = services::Icon::kCritical});
   return false;
 }
 
 bool Secure(const radiodb::RadioDb& db, SavedData& saved) {
-  return (saved.data_file.empty() || SecureFile(db, saved.data_file, false)) &&
-         (saved.calibration_file.empty() || SecureFile(db, saved.calibration_file, true)) &&
-         (saved.data_file.empty() || HoldsAllItems(db, saved.data_file)) &&
-         MakeNote(db.link.session, saved);
+  return (saved.data_file.empty() || SecureFile(db, db.data, false)) &&
+         (saved.calibration_file.empty() || SecureFile(db, db.calibration, true)) &&
+         (saved.data_file.empty() || HoldsAllItems(db)) && MakeNote(db.link.session, saved);
 }
 
 }  // namespace
