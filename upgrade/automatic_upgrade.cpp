@@ -123,6 +123,8 @@ bool AutomaticUpgrade::Save() {
                                            : "The saved data could not be verified",
                     Failure::kFile);
   }
+  personality_ = std::move(db_.data);
+  calibration_ = std::move(db_.calibration);
   log_.Log("Personality data saved as: " + services::FileTitleOf(saved_.data_file));
   log_.Log("Calibration data saved as: " + services::FileTitleOf(saved_.calibration_file));
   return CheckSavedCalibration() && CheckDefaultSettings();
@@ -130,12 +132,9 @@ bool AutomaticUpgrade::Save() {
 
 // A conversion that is bound to fail is to do so before the firmware is in the radio.
 bool AutomaticUpgrade::CheckSavedCalibration() {
-  const std::optional<radiodb::DataFile> file =
-      ReadCheckedDataFile(session_, saved_.calibration_file);
-  if (!file) return FailWith("The saved data could not be verified", Failure::kFile);
   const std::string item =
-      conversion::CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type});
-  const std::string data = conversion::GetCalibrationData(*file, item);
+      conversion::CalibrationItemIn(calibration_, {db_.identity.tier, db_.identity.type});
+  const std::string data = conversion::GetCalibrationData(calibration_, item);
   const int version = VersionNumber(old_calibration_version_);
   if (conversion::CalibrationVersionOf(data) == version) return true;
   const bool is_known =
@@ -181,14 +180,11 @@ bool AutomaticUpgrade::Download() {
 bool AutomaticUpgrade::Convert() {
   view_.ShowStatus(NLSFmt(session_, "Converting the radio's data"));
   if (!CheckRadioIsTheSame()) return false;
-  const std::optional<radiodb::DataFile> saved = ReadCheckedDataFile(session_, saved_.data_file);
-  if (!saved)
-    return FailWith("Could not locate " + services::FolderOf(saved_.data_file), Failure::kFile);
   std::optional<ConvertedPersonality> converted =
       ConvertPersonalityData(session_, log_,
                              {.old_version = old_database_version_,
                               .new_version = db_.identity.database_version,
-                              .saved = *saved,
+                              .saved = personality_,
                               .converted_file = ConvertedFileOf(session_, saved_.data_file),
                               .defaults = &*default_settings_});
   if (!converted) return false;
@@ -199,6 +195,7 @@ bool AutomaticUpgrade::Convert() {
     return FailWith("Could not write " + converted->file.Path(), Failure::kFile);
   saved_.converted_file = converted->file.Path();
   NoteConvertedFiles(log_, saved_);
+  converted_ = std::move(converted->file);
   return true;
 }
 
@@ -247,15 +244,12 @@ bool AutomaticUpgrade::ConvertCalibration(radiodb::DataFile& data_file) {
   }
   constexpr std::string_view kFailed = "Could not upgrade calibration data";
   // Programmed by hand, a data file leaves calibration alone, so there is a file of it, too.
-  const std::optional<radiodb::DataFile> saved =
-      ReadCheckedDataFile(session_, saved_.calibration_file);
-  if (!saved) return FailWith(kFailed, Failure::kFile);
   const std::optional<conversion::CalibrationResult> converted =
       ConvertCalibrationFile(session_,
                              {.old_version = VersionNumber(old_calibration_version_),
                               .new_version = VersionNumber(db_.identity.calibration_version),
                               .path = ConvertedFileOf(session_, saved_.calibration_file)},
-                             *saved);
+                             calibration_);
   if (!converted || !WriteConvertedFile(session_, converted->file, "ConvertCalibrationFile"))
     return FailWith(kFailed, Failure::kFile);
   log_.Log("Calibration data version is now " + new_text);
@@ -267,11 +261,11 @@ bool AutomaticUpgrade::ConvertCalibration(radiodb::DataFile& data_file) {
 bool AutomaticUpgrade::Reprogram() {
   Begin(NLSText("Attempting to reprogram personality"));
   constexpr std::string_view kFailed = "Could not reprogram personality";
-  const std::string path = ConvertedFileOf(session_, saved_.data_file);
-  if (platform::FileSize(path).value_or(0) == 0) return FailWith(kFailed, Failure::kFile);
+  if (platform::FileSize(converted_.Path()).value_or(0) == 0)
+    return FailWith(kFailed, Failure::kFile);
   firmware::AskToTurnOn(session_, firmware_.image);
   db_.transfer_kind = radiodb::TransferKind::kBoth;
-  if (!radiodb::ProgramRadio(db_, view_.ReadWriteWindow(), path)) {
+  if (!radiodb::ProgramRadio(db_, view_.ReadWriteWindow(), converted_)) {
     return FailWith(kFailed, Failure::kRefused);
   }
   log_.Log("Radio personality has been reprogrammed");

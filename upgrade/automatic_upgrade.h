@@ -94,6 +94,10 @@ class AutomaticUpgrade {
   const std::string given_default_settings_;
 
   SavedData saved_;
+  // What is in those files: each is read back once, when it is saved, and not again.
+  radiodb::DataFile personality_;
+  radiodb::DataFile calibration_;
+  radiodb::DataFile converted_;
   std::string saved_model_code_;
   std::string saved_serial_number_;
   std::optional<DefaultSettings> default_settings_;
