@@ -41,7 +41,8 @@ std::string PadString(std::string text, PadSide side, int width, std::string_vie
 
 // The byte, as two hex digits, that makes the sum of all bytes of the text and itself a multiple of
 // 256. A last single character shows the error box of ConHexByteToInt and counts 0. A sum above
-// 32767 is reported as an overflow and gives an empty text, as for 129 bytes FF.
+// 32767 is reported as an overflow and gives an empty text, as for 129 bytes FF. Only tests call
+// it: records have RecordChecksum.
 std::string CalcHexChecksum(Session& session, std::string_view text);
 
 // Whether the text is whole bytes in upper-case hex digits.

@@ -105,6 +105,24 @@ TEST(DataFiles, AreWrittenAsAWholeAndWhatTheyHeldIsKept) {
             "There is no space left for /dev/full. Pl");
 }
 
+TEST(Record, IsMadeTakenApartAndFoundInAReply) {
+  const Record record("2C", "07", "AABB");
+  EXPECT_EQ(record.Line(), "2C0702AABB66");
+  EXPECT_EQ(Record::Parse(record.Line()), record);
+  EXPECT_EQ(record.ItemNumber(), 44U);
+  EXPECT_EQ(record.SecondByte(), "07");
+  EXPECT_EQ(record.Data(), "AABB");
+  EXPECT_TRUE(Record::Parse("150000EB")->IsEmpty());
+  // In a reply what follows the record is not looked at, and no record is shorter than it says.
+  EXPECT_EQ(Record::ParseReply("2C0702AABB66FF"), record);
+  const std::string identity = "0000155A45502D483235324C303430353032303116";
+  EXPECT_EQ(Record::WithHeader("000015", identity.substr(6, 34)).Line(), identity);
+  for (const std::string& line : {std::string("2C0702AABB"), std::string("2C0702AABB67"),
+                                  std::string("2C0702aabb66"), std::string("2C07"), identity}) {
+    EXPECT_FALSE(Record::ParseReply(line)) << line;
+  }
+}
+
 TEST(DataFileReader, LinesBehindTheHeaderAreFoundHoweverTheyAreWritten) {
   ScriptedRadio radio;
   const auto read = [&](const std::string& contents) {
