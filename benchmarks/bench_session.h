@@ -6,7 +6,7 @@
 #include <string>
 
 #include "firmware/transfer_view.h"
-#include "link/port_set.h"
+#include "link/job.h"
 #include "platform/io_ports.h"
 #include "platform/settings_hive.h"
 #include "services/session.h"
@@ -34,7 +34,7 @@ class QuietUser final : public services::User {
 class QuietWindows final : public link::LinkWindows {
  public:
   void ShowPreferences(link::Link&) override {}
-  void ShowPortSelection(link::Link&) override {}
+  void ShowPortSelection(link::Job&) override {}
 };
 
 class QuietTransfer final : public firmware::TransferView {
@@ -47,7 +47,7 @@ class QuietTransfer final : public firmware::TransferView {
   void EnableCancel(bool) override {}
   void ShowCancel(bool) override {}
   void ShowBootstrapHint(bool) override {}
-  void SetSlot(int, const firmware::SlotLabels&) override {}
+  void SetPort(int, const firmware::PortFacts&) override {}
   void Repaint() override {}
 };
 

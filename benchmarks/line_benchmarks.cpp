@@ -52,7 +52,8 @@ void MeasureWaiting() {
   platform::NoIoPorts io;
   link::Link link(bench.session, FillUp(std::move(ports)), windows, io);
   link.State(1) = link::PortState::kActive;
-  if (!InitialiseComms(link)) Fail(bench.user.last_box);
+  link::Job job(link);
+  if (!InitialiseComms(job)) Fail(bench.user.last_box);
 
   std::vector<platform::Duration> sent(kReplies);
   std::thread far_end([&] {
@@ -67,7 +68,7 @@ void MeasureWaiting() {
   const platform::Duration began = clock.Now();
   const platform::Duration processor_before = platform::ProcessorTime();
   for (platform::Duration& at : seen) {
-    GetByteFromSpecficComms(link, 1, 'a');
+    GetByteFromSpecficComms(job, 1, 'a');
     at = clock.Now();
   }
   const double elapsed = Seconds(clock.Now() - began);
@@ -98,10 +99,11 @@ double MeasureDownload(int radios, bool at_once, const std::string& folder) {
   QuietTransfer view;
   link::Link link(bench.session, FillUp(std::move(ports)), windows, io);
   for (int port = 1; port <= radios; ++port) link.State(port) = link::PortState::kActive;
-  firmware::Firmware firmware(link);
+  link::Job job(link);
+  firmware::Firmware firmware;
   firmware::ChooseImageFile(firmware.image, services::AppMakePath(folder, "model11-a1-1mbit.bin"));
   if (!CheckForValidFile(bench.session, firmware.image)) Fail(bench.user.last_box);
-  firmware::TransferRun run(firmware, view, {.at_once = at_once});
+  firmware::TransferRun run(job, firmware, view, link::Transfer::kProgram, {.at_once = at_once});
   const firmware::TransferResult result = RunTransfer(run);
   if (!result.succeeded || result.statistics.blocks != 723) Fail(bench.user.last_box);
   return Seconds(result.statistics.ended - result.statistics.began);

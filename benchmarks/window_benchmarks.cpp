@@ -100,11 +100,12 @@ struct Bench {
 
   // The data phase of a download through the engine's window.
   firmware::TransferStatistics Download() {
-    const link::Job job(application->link);
-    firmware::frmWriteSWToRadio window(frame, application->context, application->firmware);
+    link::Job job(application->link);
+    firmware::frmWriteSWToRadio window(frame, application->context, application->link);
     // As an upgrade does: no report at the end, which nobody would answer here.
     const firmware::TransferResult result =
-        window.Run({.at_once = true, .automatic_upgrade = true});
+        window.Run(job, application->firmware, link::Transfer::kProgram,
+                   {.at_once = true, .automatic_upgrade = true});
     if (!result.succeeded) Fail("the download does not succeed");
     return result.statistics;
   }
@@ -129,10 +130,12 @@ void Unpaced(const std::string& folder) {
   link::Link link(quiet.session, std::move(ports), windows, io_ports);
   link.CommStates = {link::PortState::kActive, link::PortState::kNotAvailable,
                      link::PortState::kNotAvailable, link::PortState::kNotAvailable};
-  firmware::Firmware firmware(link);
+  link::Job job(link);
+  firmware::Firmware firmware;
   firmware.image = bench.application->firmware.image;
   QuietTransfer view;
-  firmware::TransferRun run(firmware, view, {.at_once = true, .automatic_upgrade = true});
+  firmware::TransferRun run(job, firmware, view, link::Transfer::kProgram,
+                            {.at_once = true, .automatic_upgrade = true});
   const firmware::TransferStatistics without = RunTransfer(run).statistics;
   std::cout << "1 Mbit unpaced, data phase   " << Seconds(with.ended - with.began)
             << " s through the window, " << Seconds(without.ended - without.began)

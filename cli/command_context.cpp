@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "link/byte_exchange.h"
 #include "link/port_slots.h"
 #include "platform/files.h"
 #include "services/foundation.h"
@@ -134,17 +135,20 @@ link::Link& CommandContext::Link() {
 link::Link* CommandContext::LinkForJob() {
   link::Link& link = Link();
   const bool can_begin = NamesPorts() ? ActivateNamedPorts(link, devices_) : FindActivePorts(link);
-  return can_begin ? &link : nullptr;
+  if (can_begin) return &link;
+  link_failure_ = services::Failure::kPort;
+  return nullptr;
 }
 
-link::Link* CommandContext::LinkForOneRadio(services::Transfer mode) {
-  session.TransferMode = mode;
+link::Link* CommandContext::LinkForOneRadio(link::Transfer direction) {
   link::Link* link = LinkForJob();
-  const auto active = [link] {
-    return std::count(link->CommStates.begin(), link->CommStates.end(), link::PortState::kActive);
-  };
-  if (link != nullptr && active() > 1) windows_->ShowPortSelection(*link);
-  return link != nullptr && active() == 1 ? link : nullptr;
+  if (link == nullptr || link::ActivePorts(link->CommStates) == 1) return link;
+  link::Job choice(*link);
+  choice.TransferMode = direction;
+  windows_->ShowPortSelection(choice);
+  link_failure_ = choice.Ended(link::ActivePorts(choice.CommStates) == 1).failure;
+  SaveCommStates(choice);
+  return link_failure_ == services::Failure::kNone ? link : nullptr;
 }
 
 void CommandContext::Print(const std::string& text) {
@@ -158,7 +162,8 @@ ExitStatus CommandContext::UsageError(const std::string& text) {
   return ExitStatus::kUsage;
 }
 
-ExitStatus CommandContext::JobStatus(bool done) const {
+ExitStatus CommandContext::WorkStatus(bool done) const {
+  if (user.WasInterrupted()) return ExitStatus::kCancelled;
   if (session.failure != services::Failure::kNone) return StatusOf(session.failure);
   return done ? ExitStatus::kDone : ExitStatus::kRefused;
 }

@@ -62,10 +62,11 @@ class CommandContext {
   // The link over the ports of the options or of the settings, with their states checked.
   link::Link& Link();
   // The same for a job. Null when none is Active, or one that was named cannot be used; the user
-  // has been told and session.failure is kPort.
+  // has been told, and LinkStatus() is how the program ends.
   link::Link* LinkForJob();
   // The same for a job with a single radio: the user chooses one of several Active ports.
-  link::Link* LinkForOneRadio(services::Transfer mode);
+  link::Link* LinkForOneRadio(link::Transfer direction);
+  ExitStatus LinkStatus() const { return StatusOf(link_failure_); }
   // Whether the ports were named with -p, rather than left to the settings.
   bool NamesPorts() const { return !options.ports.empty(); }
 
@@ -76,8 +77,8 @@ class CommandContext {
 
   // Says that the command was not given as it should be.
   ExitStatus UsageError(const std::string& text);
-  // How a job ended. done: all that it should do is done.
-  ExitStatus JobStatus(bool done) const;
+  // How work ended in which no job with radios ran. done: all that it should do is done.
+  ExitStatus WorkStatus(bool done) const;
 
   // What is left to be said at the end: the object of --json, settings that could not be stored.
   void Finish(ExitStatus status);
@@ -85,6 +86,7 @@ class CommandContext {
  private:
   void ShowNote(const platform::SystemError& error);
 
+  services::Failure link_failure_ = services::Failure::kNone;
   std::uint64_t byte_count_ = 0;
   SlotDevices devices_;  // named with -p
   platform::FileWriter trace_file_;

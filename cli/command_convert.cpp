@@ -156,14 +156,14 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
   services::Session& session = context.session;
   const std::optional<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
-  if (!file) return context.JobStatus(false);
+  if (!file) return context.WorkStatus(false);
   const std::optional<radiodb::FileIdentity>& identity = file->Identity();
   if (identity && identity->is_calibration) {
     RefuseName(context,
                NLSText("The file %0:s holds calibration data. Please convert it with "
                        "\"convert calibration\"."),
                options.saved_file);
-    return context.JobStatus(false);
+    return context.WorkStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
       context, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
@@ -171,10 +171,10 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
   if (identity && !IsOfVersion(session, options, *identity, versions->from))
     return ExitStatus::kRefused;
   if (!MayGoBack(session, *versions) || !MayWrite(context, options))
-    return context.JobStatus(false);
+    return context.WorkStatus(false);
 
   upgrade::UpgradeLog log(session, options.dry_run ? "" : upgrade::UpgradeLogFile(session));
-  const std::optional<upgrade::ConvertedPersonality> converted =
+  const tl::expected<upgrade::ConvertedPersonality, services::Failure> converted =
       ConvertPersonalityData(session, log,
                              {.old_version = FourDigits(versions->from),
                               .new_version = FourDigits(versions->to),
@@ -182,10 +182,10 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
                               .converted_file = AbsoluteName(options.converted_file),
                               .default_file = AbsoluteName(options.default_file),
                               .collect_changes = options.dry_run});
-  if (!converted) return context.JobStatus(false);
+  if (!converted) return context.WorkStatus(false);
   if (!WriteFile(context, options, converted->file, "WriteDatabase")) {
     log.Log("Could not write " + converted->file.Path());
-    return context.JobStatus(false);
+    return context.WorkStatus(false);
   }
   ShowRemarks(context, converted->remarks);
   return Finish(context, options, *versions, converted->changes);
@@ -195,19 +195,19 @@ ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& opt
   services::Session& session = context.session;
   const std::optional<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
-  if (!file) return context.JobStatus(false);
+  if (!file) return context.WorkStatus(false);
   const std::optional<radiodb::FileIdentity>& identity = file->Identity();
   if (identity && !identity->is_calibration) {
     RefuseName(context,
                NLSText("The file %0:s holds personality data. Please convert it with "
                        "\"convert personality\"."),
                options.saved_file);
-    return context.JobStatus(false);
+    return context.WorkStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
       context, options, conversion::CalibrationVersionOf(conversion::CalibrationDataOf(*file)));
   if (!versions) return ExitStatus::kUsage;
-  if (!MayWrite(context, options)) return context.JobStatus(false);
+  if (!MayWrite(context, options)) return context.WorkStatus(false);
 
   const std::optional<conversion::CalibrationResult> converted =
       upgrade::ConvertCalibrationFile(session,
@@ -217,7 +217,7 @@ ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& opt
                                        .collect_changes = options.dry_run},
                                       *file);
   if (!converted || !WriteFile(context, options, converted->file, "ConvertCalibrationFile"))
-    return context.JobStatus(false);
+    return context.WorkStatus(false);
   return Finish(context, options, *versions, converted->changes);
 }
 

@@ -17,10 +17,10 @@ struct DiffFiles {
 ExitStatus Diff(CommandContext& context, const DiffFiles& files) {
   const std::optional<radiodb::DataFile> before =
       upgrade::ReadCheckedDataFile(context.session, files.before);
-  if (!before) return context.JobStatus(false);
+  if (!before) return context.WorkStatus(false);
   const std::optional<radiodb::DataFile> after =
       upgrade::ReadCheckedDataFile(context.session, files.after);
-  if (!after) return context.JobStatus(false);
+  if (!after) return context.WorkStatus(false);
   const conversion::DataFileDifferences differences = conversion::CompareDataFiles(*before, *after);
   context.Print(DifferenceText(context.session, differences));
   context.json.Set("differences", DifferenceJson(context.session, differences));

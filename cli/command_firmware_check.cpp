@@ -7,27 +7,28 @@
 namespace zep::cli {
 namespace {
 
-using firmware::ImageInspection;
+using firmware::FirmwareImage;
 using services::NLSFmt;
 using services::NLSText;
 
-std::string ImageTable(const services::Session& session, const ImageInspection& image,
+std::string ImageTable(const services::Session& session, const FirmwareImage& image,
                        const std::string& name) {
   Table table;
   const auto row = [&](std::string_view title, std::string value) {
     table.AddRow({NLSFmt(session, title), std::move(value)});
   };
   row(NLSText("File"), name);
-  row(NLSText("Size"), NLSFmt(session, "%0:s bytes", {std::to_string(image.size)}));
+  row(NLSText("Size"), NLSFmt(session, "%0:s bytes", {std::to_string(image.bytes.size())}));
   row(NLSText("Model"), ImageModelText(session, image));
   row(NLSText("Type"), NLSFmt(session, image.radio_type));
-  row(NLSText("Micro"), std::string(MicroName(image)));
-  row(NLSText("Flash"), std::string(FlashName(image)));
+  row(NLSText("Micro"), std::string(MicroName(image.micro_type)));
+  row(NLSText("Flash"), std::string(FlashSizeName(image.flash_size)));
   return table.Text();
 }
 
 ExitStatus Check(CommandContext& context, const std::string& name) {
-  const ImageInspection image = firmware::InspectImage(name);
+  const firmware::SharedImage contents = firmware::ReadFirmwareImage(name);
+  const FirmwareImage& image = *contents;
   context.json.Set("image", ImageJson(context.session, image, name));
   if (!IsUsableImage(context, image)) return ExitStatus::kFile;
   context.Print(ImageTable(context.session, image, name));

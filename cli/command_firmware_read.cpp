@@ -10,18 +10,20 @@ namespace {
 using services::NLSText;
 
 ExitStatus Read(CommandContext& context, const std::string& name) {
-  link::Link* link = context.LinkForOneRadio(services::Transfer::kRead);
-  if (link == nullptr) return context.JobStatus(false);
-  if (!services::MayWriteFile(context.session, name)) return context.JobStatus(false);
-  firmware::Firmware firmware(*link);
+  link::Link* link = context.LinkForOneRadio(link::Transfer::kRead);
+  if (link == nullptr) return context.LinkStatus();
+  if (!services::MayWriteFile(context.session, name)) return context.WorkStatus(false);
+  firmware::Firmware firmware;
+  radiodb::LastRadio radio;
   FirmwareWindows windows(context, {});
-  const bool done = UploadFirmware(firmware, name, windows);
-  windows.Report(firmware);
-  if (done) {
+  const services::Outcome outcome =
+      firmware::UploadFirmware({*link, firmware, radio, windows}, name);
+  windows.Report(*link);
+  if (outcome.Done()) {
     context.Print(firmware::SavedFlashText(context.session, name) + "\n");
     context.json.Set("file", name);
   }
-  return context.JobStatus(done);
+  return StatusOf(outcome);
 }
 
 }  // namespace

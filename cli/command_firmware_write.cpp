@@ -19,14 +19,15 @@ struct WriteOptions {
   std::string data_file;
 };
 
-firmware::DownloadChoices Choices(const WriteOptions& options) {
+firmware::DownloadChoices Choices(const WriteOptions& options, firmware::SharedImage contents) {
   const std::string image = AbsoluteName(options.image);
   const std::string data_file = AbsoluteName(options.data_file);
   return {.BinaryFileName = services::FileTitleOf(image),
           .BinaryFilePath = services::FolderOf(image),
           .DataFileName = services::FileTitleOf(data_file),
           .DataFilePath = services::FolderOf(data_file),
-          .auto_save = options.save_data};
+          .auto_save = options.save_data,
+          .image = std::move(contents)};
 }
 
 ExitStatus Write(CommandContext& context, const WriteOptions& options) {
@@ -34,13 +35,13 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
     return context.UsageError(
         NLSFmt(context.session, "Please give one of --save-data and --data, not both."));
   }
-  const firmware::ImageInspection image = firmware::InspectImage(options.image);
-  context.json.Set("image", ImageJson(context.session, image, options.image));
-  if (!IsUsableImage(context, image)) return ExitStatus::kFile;
+  const firmware::SharedImage image = firmware::ReadFirmwareImage(options.image);
+  context.json.Set("image", ImageJson(context.session, *image, options.image));
+  if (!IsUsableImage(context, *image)) return ExitStatus::kFile;
   // Both are better found out before the firmware is replaced.
   if (!options.data_file.empty()) {
     const auto data = radiodb::ReadDataFile(options.data_file);
-    if (!data) return context.JobStatus(Refuse(context.session, data.error()));
+    if (!data) return context.WorkStatus(Refuse(context.session, data.error()));
   }
   if (!options.data_file.empty() && !context.user.CanAnswer()) {
     return context.UsageError(
@@ -52,20 +53,20 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
   // Data is saved of one radio at a time, and programmed into one.
   const bool has_data = options.save_data || !options.data_file.empty();
   link::Link* link =
-      has_data ? context.LinkForOneRadio(services::Transfer::kProgram) : context.LinkForJob();
-  if (link == nullptr) return context.JobStatus(false);
-  firmware::Firmware firmware(*link);
-  radiodb::RadioDb db(*link);
+      has_data ? context.LinkForOneRadio(link::Transfer::kProgram) : context.LinkForJob();
+  if (link == nullptr) return context.LinkStatus();
+  firmware::Firmware firmware;
+  radiodb::LastRadio radio;
   firmware::TransferOptions transfer;
   if (options.at_once) transfer.at_once = true;
   FirmwareWindows windows(context, transfer);
-  bool done = DownloadFirmwareAndData(firmware, db, Choices(options), windows);
-  windows.Report(firmware);
-  if (!options.data_file.empty()) {
-    context.json.Set("data_programmed", windows.HasProgrammed());
-    done = done && windows.HasProgrammed();
-  }
-  return context.JobStatus(done);
+  const services::Outcome outcome =
+      DownloadFirmwareAndData({*link, firmware, radio, windows}, Choices(options, image));
+  windows.Report(*link);
+  if (options.data_file.empty()) return StatusOf(outcome);
+  context.json.Set("data_programmed", windows.HasProgrammed());
+  // The user may have said No.
+  return outcome.Done() && !windows.HasProgrammed() ? ExitStatus::kRefused : StatusOf(outcome);
 }
 
 }  // namespace

@@ -8,18 +8,19 @@ namespace zep::cli {
 namespace {
 
 ExitStatus Identify(CommandContext& context) {
-  link::Link* link = context.LinkForOneRadio(services::Transfer::kRead);
-  if (link == nullptr) return context.JobStatus(false);
-  const link::Job job(*link);
+  link::Link* link = context.LinkForOneRadio(link::Transfer::kRead);
+  if (link == nullptr) return context.LinkStatus();
+  link::Job job(*link);
   context.progress.SetText(services::NLSFmt(context.session, "Reading Radio"));
-  radiodb::RadioDb db(*link);
-  const bool done = ReadSpecification(db);
+  radiodb::LastRadio radio;
+  radiodb::RadioDb db(job, radio);
+  const services::Outcome outcome = ReadSpecification(db);
   context.progress.EndPhase();
-  if (done) {
+  if (outcome.Done()) {
     context.Print(IdentityTable(context.session, db.identity).Text());
     context.json.Set("radio", IdentityJson(db.identity));
   }
-  return context.JobStatus(done);
+  return StatusOf(outcome);
 }
 
 }  // namespace

@@ -66,7 +66,7 @@ void ShowSlots(CommandContext& context) {
 ExitStatus Ports(CommandContext& context) {
   ShowDevices(context);
   ShowSlots(context);
-  return context.JobStatus(true);
+  return context.LinkStatus();
 }
 
 }  // namespace

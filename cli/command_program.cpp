@@ -13,23 +13,24 @@ using services::NLSText;
 ExitStatus ProgramFile(CommandContext& context, const std::string& name) {
   // A file that cannot be read is no reason to trouble a radio.
   const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
-  if (!file) return context.JobStatus(Refuse(context.session, file.error()));
+  if (!file) return context.WorkStatus(Refuse(context.session, file.error()));
 
-  link::Link* link = context.LinkForOneRadio(services::Transfer::kProgram);
-  if (link == nullptr) return context.JobStatus(false);
-  const link::Job job(*link);
-  radiodb::RadioDb db(*link);
+  link::Link* link = context.LinkForOneRadio(link::Transfer::kProgram);
+  if (link == nullptr) return context.LinkStatus();
+  link::Job job(*link);
+  radiodb::LastRadio radio;
+  radiodb::RadioDb db(job, radio);
   db.transfer_kind = TransferKindOf(*file);
-  bool done = false;
+  services::Outcome outcome;
   {
     ReadWriteDisplay display(context);
-    done = ProgramRadio(db, display, *file);
+    outcome = ProgramRadio(db, display, *file);
   }
-  if (!done) return context.JobStatus(false);
+  if (!outcome.Done()) return StatusOf(outcome);
   context.Print(ProgrammedText(db, name) + "\n");
   context.json.Set("radio", IdentityJson(db.identity));
   context.json.Set("data_file", name);
-  return context.JobStatus(true);
+  return StatusOf(outcome);
 }
 
 }  // namespace

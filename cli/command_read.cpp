@@ -28,11 +28,11 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
     return context.UsageError(
         NLSFmt(context.session, "Please give one of FILE, --calibration FILE and --auto."));
   }
-  link::Link* link = context.LinkForOneRadio(services::Transfer::kRead);
-  if (link == nullptr) return context.JobStatus(false);
-  const link::Job job(*link);
-
-  radiodb::RadioDb db(*link);
+  link::Link* link = context.LinkForOneRadio(link::Transfer::kRead);
+  if (link == nullptr) return context.LinkStatus();
+  link::Job job(*link);
+  radiodb::LastRadio radio;
+  radiodb::RadioDb db(job, radio);
   db.transfer_kind = options.automatic                  ? TransferKind::kBoth
                      : options.calibration_file.empty() ? TransferKind::kChosenFile
                                                         : TransferKind::kCalibration;
@@ -40,12 +40,12 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
   db.database_folder = options.database_folder;
   db.calibration_folder = options.calibration_folder;
   context.user.SetFile(AbsoluteName(options.file));
-  bool done = false;
+  services::Outcome outcome;
   {
     ReadWriteDisplay display(context);
-    done = ReadRadio(db, display);
+    outcome = ReadRadio(db, display);
   }
-  if (!done) return context.JobStatus(false);
+  if (!outcome.Done()) return StatusOf(outcome);
 
   for (const std::string& file : {db.data_file, db.calibration_file}) {
     if (!file.empty()) context.Print(SavedText(db, file) + "\n");
@@ -53,7 +53,7 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
   context.json.Set("radio", IdentityJson(db.identity));
   if (!db.data_file.empty()) context.json.Set("data_file", db.data_file);
   if (!db.calibration_file.empty()) context.json.Set("calibration_file", db.calibration_file);
-  return context.JobStatus(true);
+  return StatusOf(outcome);
 }
 
 }  // namespace

@@ -22,6 +22,11 @@ class UpgradeDisplay final : public upgrade::UpgradeView {
     EndStep();
     context_.progress.ShowLine(status);
   }
+  void ShowCancelWaits() override {
+    context_.user.Say(NLSFmt(context_.session,
+                             "The upgrade ends when this download is complete. To end it at once, "
+                             "please press Ctrl-C again."));
+  }
   radiodb::ReadWriteView& ReadWriteWindow() override {
     EndStep();
     return read_write_.emplace(context_);
@@ -30,13 +35,8 @@ class UpgradeDisplay final : public upgrade::UpgradeView {
     EndStep();
     return transfer_.emplace(context_);
   }
-  void WatchTransfer(firmware::TransferRun* run) override {
-    if (run == nullptr) {
-      context_.user.SetCancelAction(nullptr);
-      EndStep();
-    } else {
-      context_.user.SetCancelAction([run] { Cancel(*run); });
-    }
+  void WatchTransfer(services::RunningJob* transfer) override {
+    if (transfer == nullptr) EndStep();
   }
 
  private:
@@ -67,17 +67,18 @@ std::string_view OutcomeName(UpgradeOutcome outcome) {
 }
 
 ExitStatus Upgrade(CommandContext& context, const upgrade::UpgradeFiles& files) {
-  link::Link* link = context.LinkForOneRadio(services::Transfer::kProgram);
-  if (link == nullptr) return context.JobStatus(false);
-  firmware::Firmware firmware(*link);
-  radiodb::RadioDb db(*link);
+  link::Link* link = context.LinkForOneRadio(link::Transfer::kProgram);
+  if (link == nullptr) return context.LinkStatus();
+  firmware::Firmware firmware;
+  radiodb::LastRadio radio;
   UpgradeDisplay display(context);
   upgrade::AutomaticUpgrade upgrade(
-      firmware, db, display, {AbsoluteName(files.image), AbsoluteName(files.default_settings)});
+      {*link, firmware, radio, display},
+      {AbsoluteName(files.image), AbsoluteName(files.default_settings)});
   const UpgradeOutcome outcome = upgrade.Upgrade();
 
   context.json.Set("outcome", OutcomeName(outcome))
-      .Set("radio", IdentityJson(db.identity))
+      .Set("radio", IdentityJson(radio.identity))
       .Set("firmware_file", firmware.image.FullName())
       .Set("data_file", upgrade.Saved().data_file)
       .Set("calibration_file", upgrade.Saved().calibration_file)
@@ -86,13 +87,12 @@ ExitStatus Upgrade(CommandContext& context, const upgrade::UpgradeFiles& files) 
     context.Print(NLSFmt(context.session,
                          "Radio %0:s now has firmware %1:s, database %2:s and calibration %3:s. "
                          "Its former data is in %4:s and %5:s.",
-                         {RadioName(db.identity), db.identity.software_version,
-                          db.identity.database_version, db.identity.calibration_version,
+                         {RadioName(radio.identity), radio.identity.software_version,
+                          radio.identity.database_version, radio.identity.calibration_version,
                           upgrade.Saved().data_file, upgrade.Saved().calibration_file}) +
                   "\n");
   }
-  return context.JobStatus(outcome == UpgradeOutcome::kSucceeded ||
-                           outcome == UpgradeOutcome::kUpToDate);
+  return StatusOf(upgrade.Cause());
 }
 
 }  // namespace

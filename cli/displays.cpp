@@ -1,5 +1,6 @@
 #include "cli/displays.h"
 
+#include "firmware/transfer_report.h"
 #include "services/messages.h"
 
 namespace zep::cli {
@@ -21,10 +22,7 @@ void ReadWriteDisplay::SetProgress(int value) { context_.progress.SetValue(value
 TransferDisplay::TransferDisplay(CommandContext& context)
     : context_(context), status_prefix_(NLSFmt(context.session, "Status: ")) {}
 
-TransferDisplay::~TransferDisplay() {
-  context_.progress.EndPhase();
-  context_.user.EnableCancel(true);
-}
+TransferDisplay::~TransferDisplay() { context_.progress.EndPhase(); }
 
 void TransferDisplay::SetCaption(const std::string& caption) { context_.progress.SetText(caption); }
 
@@ -37,15 +35,15 @@ void TransferDisplay::SetProgressMaximum(int maximum) { context_.progress.SetMax
 
 void TransferDisplay::SetProgress(int value) { context_.progress.SetValue(value); }
 
-void TransferDisplay::EnableCancel(bool enabled) { context_.user.EnableCancel(enabled); }
-
-void TransferDisplay::SetSlot(int slot, const firmware::SlotLabels& labels) {
-  // A slot that never took part says nothing.
-  std::string& shown = shown_[link::Link::Index(slot)];
-  if (shown.empty() && !context_.Link().IsActive(slot)) return;
-  std::string line =
-      NLSFmt(context_.session, "Port %0:s: %1:s", {std::to_string(slot), labels.status});
-  for (const std::string& label : {labels.micro, labels.flash}) {
+void TransferDisplay::SetPort(int port, const firmware::PortFacts& facts) {
+  const services::Session& session = context_.session;
+  // A port that never took part says nothing.
+  std::string& shown = shown_[link::Link::Index(port)];
+  if (shown.empty() && facts.state != link::PortState::kActive) return;
+  std::string line = NLSFmt(session, "Port %0:s: %1:s",
+                            {std::to_string(port), NLSFmt(session, PortStateText(facts.state))});
+  for (const std::string& label :
+       {std::string(MicroName(facts.micro)), FlashText(session, facts)}) {
     if (!label.empty()) line += ", " + label;
   }
   if (line == shown) return;

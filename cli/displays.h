@@ -36,16 +36,16 @@ class TransferDisplay final : public firmware::TransferView {
   void SetProgressMaximum(int maximum) override;
   void SetProgress(int value) override;
   void ShowProgress(bool) override {}
-  void EnableCancel(bool enabled) override;
+  void EnableCancel(bool) override {}
   void ShowCancel(bool) override {}
   void ShowBootstrapHint(bool) override {}
-  void SetSlot(int slot, const firmware::SlotLabels& labels) override;
+  void SetPort(int port, const firmware::PortFacts& facts) override;
   void Repaint() override {}
 
  private:
   CommandContext& context_;
   std::string status_prefix_;
-  std::array<std::string, link::kPortCount> shown_;  // by slot
+  std::array<std::string, link::kPortCount> shown_;  // by port
 };
 
 }  // namespace zep::cli

@@ -1,7 +1,7 @@
 // How zepctl ends.
 #pragma once
 
-#include "services/session.h"
+#include "services/outcome.h"
 
 namespace zep::cli {
 
@@ -35,6 +35,10 @@ constexpr ExitStatus StatusOf(services::Failure failure) {
       return ExitStatus::kCancelled;
   }
   return ExitStatus::kRefused;
+}
+
+constexpr ExitStatus StatusOf(const services::Outcome& outcome) {
+  return StatusOf(outcome.failure);
 }
 
 }  // namespace zep::cli

@@ -10,39 +10,41 @@ namespace zep::cli {
 
 using services::NLSFmt;
 
-bool FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
+services::Outcome FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
   ReadWriteDisplay display(context_);
   return ReadRadio(db, display);
 }
 
-bool FirmwareWindows::ProgramRadioData(radiodb::RadioDb& db, const std::string& file) {
+services::Outcome FirmwareWindows::ProgramRadioData(radiodb::RadioDb& db, const std::string& file) {
   ReadWriteDisplay display(context_);
-  has_programmed_ = ProgramRadio(db, display, file);
-  return has_programmed_;
+  const services::Outcome outcome = ProgramRadio(db, display, file);
+  has_programmed_ = outcome.Done();
+  return outcome;
 }
 
-void FirmwareWindows::TransferFirmware(firmware::Firmware& firmware) {
+firmware::TransferResult FirmwareWindows::TransferFirmware(link::Job& job,
+                                                           firmware::Firmware& firmware,
+                                                           link::Transfer direction) {
   TransferDisplay display(context_);
-  firmware::TransferRun run(firmware, display, options_);
-  context_.user.SetCancelAction([&run] { Cancel(run); });
-  result_ = RunTransfer(run);
-  context_.user.SetCancelAction(nullptr);
+  firmware::TransferRun run(job, firmware, display, direction, options_);
+  return result_ = RunTransfer(run);
 }
 
-void FirmwareWindows::Report(const firmware::Firmware& firmware) {
+void FirmwareWindows::Report(const link::Link& link) {
   const services::Session& session = context_.session;
   Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
                NLSFmt(session, "Flash"), NLSFmt(session, "Result")});
   Json json = Json::List();
-  for (const firmware::SlotReport& report : SlotReports(firmware, result_)) {
-    const std::string_view outcome = OutcomeText(report.outcome);
-    table.AddRow({std::to_string(report.slot), report.device, report.micro, report.flash,
+  for (const auto& [port, device, facts] : PortReports(link, result_)) {
+    const std::string_view outcome = OutcomeText(facts.outcome);
+    const std::string flash = FlashText(session, facts);
+    table.AddRow({std::to_string(port), device, std::string(MicroName(facts.micro)), flash,
                   NLSFmt(session, outcome)});
     json.Add(Json()
-                 .Set("slot", report.slot)
-                 .Set("device", report.device)
-                 .Set("micro", report.micro)
-                 .Set("flash", report.flash)
+                 .Set("slot", port)
+                 .Set("device", device)
+                 .Set("micro", MicroName(facts.micro))
+                 .Set("flash", flash)
                  .Set("result", outcome));
   }
   context_.json.Set("radios", std::move(json));

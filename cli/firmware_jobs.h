@@ -12,15 +12,16 @@ class FirmwareWindows final : public firmware::DownloadWindows {
   FirmwareWindows(CommandContext& context, const firmware::TransferOptions& options)
       : context_(context), options_(options) {}
 
-  bool ReadRadioData(radiodb::RadioDb& db) override;
-  bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override;
-  void TransferFirmware(firmware::Firmware& firmware) override;
+  services::Outcome ReadRadioData(radiodb::RadioDb& db) override;
+  services::Outcome ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override;
+  firmware::TransferResult TransferFirmware(link::Job& job, firmware::Firmware& firmware,
+                                            link::Transfer direction) override;
 
   // Whether a data file has been programmed.
   bool HasProgrammed() const { return has_programmed_; }
 
   // The radios with what became of them; empty when no transfer was begun.
-  void Report(const firmware::Firmware& firmware);
+  void Report(const link::Link& link);
 
  private:
   CommandContext& context_;

@@ -8,10 +8,10 @@
 
 namespace zep::cli {
 
-Json ImageJson(const services::Session& session, const firmware::ImageInspection& image,
+Json ImageJson(const services::Session& session, const firmware::FirmwareImage& image,
                const std::string& name);
 
 // Whether the file is an image. If not, the user is told why.
-bool IsUsableImage(CommandContext& context, const firmware::ImageInspection& image);
+bool IsUsableImage(CommandContext& context, const firmware::FirmwareImage& image);
 
 }  // namespace zep::cli

@@ -62,15 +62,13 @@ void ReportPort(Link& link, int port) {
   if (error) ReportError(link.session, error, "InitialiseComms", port);
 }
 
-void FailForPort(Link& link) { link.session.KeepCause(Failure::kPort); }
-
 // "1 (/dev/ttyUSB0), 2 (/dev/ttyUSB1)"
-std::string ActivePorts(Link& link) {
+std::string Choices(link::Job& job) {
   std::string text;
   for (const int port : kAllPorts) {
-    if (!link.IsActive(port)) continue;
+    if (!job.IsActive(port)) continue;
     if (!text.empty()) text += ", ";
-    text += std::to_string(port) + " (" + link.Port(port).Device() + ")";
+    text += std::to_string(port) + " (" + job.Port(port).Device() + ")";
   }
   return text;
 }
@@ -108,7 +106,6 @@ bool ActivateNamedPorts(Link& link, const SlotDevices& devices) {
     ReportPort(link, port);
     all_can_be_opened = false;
   }
-  if (!all_can_be_opened) FailForPort(link);
   return all_can_be_opened;
 }
 
@@ -117,34 +114,35 @@ bool FindActivePorts(Link& link) {
     const bool is_chosen = link::StateOfSettings(link, port) == PortState::kActive;
     if (is_chosen && !link.IsActive(port)) ReportPort(link, port);
   }
-  if (link::FirstActivePort(link) != 0) return true;
+  if (link::FirstActivePort(link.CommStates) != 0) return true;
   NLSMsgBox(link.session,
             "No port is chosen. Please name the radio's port, as in \"zepctl -p /dev/ttyUSB0 "
             "identify\"; \"zepctl ports\" shows the serial devices of this computer.",
             {.icon = Icon::kCritical});
-  FailForPort(link);
   return false;
 }
 
 void TerminalLinkWindows::ShowPreferences(Link& link) { FindActivePorts(link); }
 
-void TerminalLinkWindows::ShowPortSelection(Link& link) {
-  const std::string choices = ActivePorts(link);
-  const std::string prompt = link::SelectPortTitle(link.session) + ": " + choices + " ";
+void TerminalLinkWindows::ShowPortSelection(link::Job& job) {
+  services::Session& session = job.session;
+  const std::string choices = Choices(job);
+  const std::string prompt =
+      link::SelectPortTitle(session, job.TransferMode) + ": " + choices + " ";
   while (const std::optional<std::string> typed = user_.AskLine(prompt)) {
     if (typed->empty()) break;
     const int port = typed->size() == 1 ? typed->front() - '0' : 0;
-    if (port < 1 || port > link::kPortCount || !link.IsActive(port)) continue;
-    SelectPort(link, port);
+    if (port < 1 || port > link::kPortCount || !job.IsActive(port)) continue;
+    SelectPort(job, port);
     return;
   }
-  if (link.session.CancelRequested) return;
+  if (job.CancelRequested) return;
   NLSMsgBox(
-      link.session,
-      NLSFmt(link.session, "This works on one radio at a time. Please name one port with -p: %0:s.",
+      session,
+      NLSFmt(session, "This works on one radio at a time. Please name one port with -p: %0:s.",
              {choices}),
       {.icon = Icon::kCritical});
-  FailForPort(link);
+  job.KeepCause(Failure::kPort);
 }
 
 }  // namespace zep::cli

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "link/port_set.h"
+#include "link/job.h"
 
 namespace zep::cli {
 
@@ -36,7 +36,7 @@ class TerminalLinkWindows final : public link::LinkWindows {
   // There is no such window: the user is told what to type.
   void ShowPreferences(link::Link& link) override;
   // Asks which port. Who cannot be asked is told the choices, and several ports stay Active.
-  void ShowPortSelection(link::Link& link) override;
+  void ShowPortSelection(link::Job& job) override;
 
  private:
   TerminalUser& user_;

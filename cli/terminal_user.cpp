@@ -43,25 +43,8 @@ void TerminalUser::Attach(services::Session& session, ProgressMeter& progress) {
 }
 
 void TerminalUser::PumpEvents() {
-  interrupts_ += console_.TakeInterrupts();
-  if (interrupts_ > 0 && cancel_enabled_ && !cancelling_) Cancel();
+  if (console_.TakeInterrupts() > 0) session_->jobs.Cancel();
   progress_->Tick();
-}
-
-void TerminalUser::EnableCancel(bool enabled) {
-  cancel_enabled_ = enabled;
-  if (enabled && cancel_action_) PumpEvents();
-}
-
-void TerminalUser::Cancel() {
-  interrupts_ = 0;
-  cancelling_ = true;
-  if (cancel_action_) {
-    cancel_action_();
-  } else {
-    session_->RequestCancel();
-  }
-  cancelling_ = false;
 }
 
 Answer TerminalUser::ShowMessage(const MessageRequest& request) {
@@ -86,7 +69,7 @@ Answer TerminalUser::Ask(const MessageRequest& request) {
   const std::string no = NLSFmt(*session_, "no");
   const std::string question = messages_.back().text + " [" + NLSFmt(*session_, "y/N") + "] ";
   std::optional<bool> answer = answer_to_all_;
-  if (cancelling_) {
+  if (request.purpose == services::Purpose::kCancel) {
     // The user's own wish is not answered with the No that is meant for the program's questions.
     if (!console_.CanAsk()) answer = true;
     if (answer == false) answer.reset();
@@ -112,8 +95,10 @@ std::optional<std::string> TerminalUser::AskLine(const std::string& prompt) {
   std::optional<std::string> line = console_.ReadLine();
   if (line) return line;
   console_.WriteError("\n");
+  if (console_.TakeInterrupts() == 0) return std::nullopt;
   // At the question whether to cancel a second Ctrl-C means Yes.
-  if (console_.TakeInterrupts() > 0) session_->RequestCancel();
+  was_interrupted_ = !session_->jobs.IsRunning();
+  session_->jobs.Stop();
   return std::nullopt;
 }
 

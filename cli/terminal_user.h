@@ -1,8 +1,7 @@
 // The user at a terminal: message boxes become lines of the standard error, questions are asked
-// there or answered by an option, and Ctrl-C is Cancel.
+// there or answered by an option, and Ctrl-C is the wish to cancel the running job.
 #pragma once
 
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -34,10 +33,8 @@ class TerminalUser final : public services::User {
   // The file that the next file dialogs give.
   void SetFile(std::string file) { file_ = std::move(file); }
 
-  // What Ctrl-C does; without one it cancels the job. The action may ask the user.
-  void SetCancelAction(std::function<void()> action) { cancel_action_ = std::move(action); }
-  // While Cancel is disabled an interrupt is kept; it is acted upon at once when it is enabled.
-  void EnableCancel(bool enabled);
+  // Whether Ctrl-C has ended the program's work where no job ran.
+  bool WasInterrupted() const { return was_interrupted_; }
 
   const std::vector<ShownMessage>& Messages() const { return messages_; }
 
@@ -57,17 +54,13 @@ class TerminalUser final : public services::User {
  private:
   services::Answer Ask(const services::MessageRequest& request);
   void WaitForEnter();
-  void Cancel();
 
   Console& console_;
   std::optional<bool> answer_to_all_;
   services::Session* session_ = nullptr;
   ProgressMeter* progress_ = nullptr;
   std::string file_;
-  std::function<void()> cancel_action_;
-  bool cancel_enabled_ = true;
-  bool cancelling_ = false;
-  int interrupts_ = 0;  // not acted upon yet
+  bool was_interrupted_ = false;
   std::vector<ShownMessage> messages_;
 };
 

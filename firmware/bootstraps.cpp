@@ -15,8 +15,8 @@
 namespace zep::firmware {
 namespace {
 
+using link::Job;
 using link::kAllPorts;
-using link::Link;
 using services::Failure;
 using services::Icon;
 using services::NLSFmt;
@@ -33,35 +33,53 @@ constexpr std::size_t kLongestDownloader = 2000;
 constexpr std::size_t kBootstrapSize = 256;
 constexpr std::string_view kBootstrapStart = "\xFF";
 
-void SendBootstrapToPort(Link& link, TransferView& view, int port, const std::string& loader) {
-  Session& session = link.session;
+void SendBootstrapToPort(Job& job, TransferView& view, int port, const std::string& loader) {
+  Session& session = job.session;
   view.SetProgressMaximum(static_cast<int>(kBootstrapSize));
   view.ShowStatus(NLSFmt(session, "Writing bootstrap file 1 to communication port %0:s",
                          {std::to_string(port)}));
-  SendStringToSpecificComms(link, kBootstrapStart, port);
+  SendStringToSpecificComms(job, kBootstrapStart, port);
   int sent = 0;
   for (const char byte : loader) {
-    SendByteToSpecificComms(link, static_cast<std::uint8_t>(byte), port);
-    ShortenOutput(link, port, link::kBytesAhead);
+    SendByteToSpecificComms(job, static_cast<std::uint8_t>(byte), port);
+    ShortenOutput(job, port, link::kBytesAhead);
     // A slow processor leaves the bar alone, so that the line is kept fed.
     if (session.fast_processor) view.SetProgress(++sent);
-    if (session.DownloadError || !link.IsActive(port)) return;
+    if (job.DownloadError || !job.IsActive(port)) return;
   }
 }
 
-// For want of a loader file. To install the application anew does not help everyone.
-void StopForFile(Session& session, std::string_view text) {
+// To install the application anew does not help everyone.
+void StopForLoader(Job& job, std::string_view text) {
+  Session& session = job.session;
   std::string box = NLSFmt(session, text) + "\n";
   box += NLSFmt(session,
                 "The files bs.tsk and dl.tsk come with the radio's firmware. Please put them into "
                 "the folder %0:s.",
                 {session.paths.application_folder});
   NLSMsgBox(session, box, {.icon = Icon::kCritical});
-  session.RequestCancel(Failure::kFile);
+  job.RequestCancel(Failure::kFile);
 }
 
+// Half a loader would leave the radio deaf: a wish to cancel is kept until all of it is sent.
+class UncancelledStep {
+ public:
+  explicit UncancelledStep(TransferRun& run) : run_(run), step_(run.job, link::Cancelling::kWaits) {
+    run_.view.EnableCancel(false);
+  }
+  ~UncancelledStep() {
+    if (!run_.job.Stopped()) run_.view.EnableCancel(true);
+  }
+  UncancelledStep(const UncancelledStep&) = delete;
+  UncancelledStep& operator=(const UncancelledStep&) = delete;
+
+ private:
+  TransferRun& run_;
+  link::Job::Step step_;
+};
+
 void AskForBootstrapMode(TransferRun& run) {
-  const Session& session = run.firmware.link.session;
+  const Session& session = run.job.session;
   std::string text = NLSFmt(session, "Please put radio in Bootstrap mode.");
   if (run.firmware.image.FirmwareRadioModel == kModelHeldOn) {
     text += "\n\n" + NLSFmt(session,
@@ -69,17 +87,18 @@ void AskForBootstrapMode(TransferRun& run) {
                             "file is loaded",
                             {radiodb::AppGetRadioModel(session, kModelHeldOn)});
   }
-  NLSMsgBox(run.firmware.link.session, text, {.notice = services::Notice::kAwaitsAction});
+  NLSMsgBox(run.job.session, text, {.notice = services::Notice::kAwaitsAction});
 }
 
 // False when the run must not go on without the priority. Only Windows grants it to everybody;
 // elsewhere the loader is sent at normal priority.
-bool SetPriority(Session& session, bool time_critical) {
+bool SetPriority(Job& job, bool time_critical) {
+  Session& session = job.session;
   const platform::SystemError error = platform::SetThreadTimeCritical(time_critical);
   if (!error) return true;
 #ifdef _WIN32
   ReportError(session, error, "WriteRadioSW");
-  session.RequestCancel(Failure::kRefused);
+  job.RequestCancel(Failure::kRefused);
   return false;
 #else
   session.log.Error("The first loader is sent at normal priority: " + error.description);
@@ -88,153 +107,149 @@ bool SetPriority(Session& session, bool time_critical) {
 }
 
 void SendBytes(TransferRun& run, const std::string& downloader) {
-  Link& link = run.firmware.link;
+  Job& job = run.job;
   int sent = 0;
   for (const char byte : downloader) {
-    SendByteToAllComms(link, static_cast<std::uint8_t>(byte));
-    ShortenOutput(link, link::kBytesAhead);
-    link.session.PumpEvents();
-    if (link.session.Stopped()) return;
+    SendByteToAllComms(job, static_cast<std::uint8_t>(byte));
+    ShortenOutput(job, link::kBytesAhead);
+    job.session.PumpEvents();
+    if (job.Stopped()) return;
     run.view.SetProgress(++sent);
   }
 }
 
-void SwitchToDownloadSpeed(Link& link) {
-  const bool high_speed = link.session.high_speed;
-  SendByteToAllComms(link, high_speed ? 0x00 : '0');
-  services::WaitSeconds(link.session, 0.5);
-  SelectBaudRate(link, high_speed ? 125000 : 9600);
+void SwitchToDownloadSpeed(Job& job) {
+  const bool high_speed = job.session.high_speed;
+  SendByteToAllComms(job, high_speed ? 0x00 : '0');
+  services::WaitSeconds(job.session, 0.5);
+  SelectBaudRate(job, high_speed ? 125000 : 9600);
 }
 
 // Loads the downloader into every radio's RAM and starts it.
 void LoadDownloader(TransferRun& run, const std::string& file_name) {
-  Link& link = run.firmware.link;
-  Session& session = link.session;
-  SwitchToDownloadSpeed(link);
-  SendByteToAllComms(link, 'B');
+  Job& job = run.job;
+  Session& session = job.session;
+  SwitchToDownloadSpeed(job);
+  SendByteToAllComms(job, 'B');
   const platform::FileContents downloader = platform::ReadWholeFile(file_name);
   if (downloader.error) {
     ReportError(session, downloader.error, "WriteRadioSW");
-    return session.RequestCancel(Failure::kFile);
+    return job.RequestCancel(Failure::kFile);
   }
   if (downloader.bytes.empty() || downloader.bytes.size() > kLongestDownloader) {
-    return StopForFile(session,
-                       NLSText("The file dl.tsk is corrupt. Please reinstall this application."));
+    return StopForLoader(job,
+                         NLSText("The file dl.tsk is corrupt. Please reinstall this application."));
   }
   run.view.SetProgressMaximum(static_cast<int>(downloader.bytes.size()));
   UpdateStatusBar(run, NLSText("Writing bootstrap file 2"));
-  ClearInputBuffers(link);
+  ClearInputBuffers(job.link);
   SendBytes(run, downloader.bytes);
-  if (session.Stopped()) return;
-  SendByteToAllComms(link, 'E');
-  DrainOutput(link);
+  if (job.Stopped()) return;
+  SendByteToAllComms(job, 'E');
+  DrainOutput(job);
   services::WaitSecondsYielding(session, 1);
 }
 
 void IdentifyRadios(TransferRun& run) {
-  Session& session = run.firmware.link.session;
-  for (const int slot : kAllPorts) {
-    UpdateStatus(run, slot);
-    UpdateFlashMicro(run.firmware, run.view, slot);
+  for (const int port : kAllPorts) {
+    UpdateStatus(run, port);
+    UpdateFlashMicro(run, port);
   }
   // No radio has told which map is its own; the user knows why already.
-  if (!session.Stopped() && run.firmware.micro_type.empty())
-    session.SetDownloadError(Failure::kRefused);
+  if (!run.job.Stopped() && run.micro_type == MicroType::kUnknown)
+    run.job.SetDownloadError(Failure::kRefused);
 }
 
 void CheckRadios(TransferRun& run) {
-  Session& session = run.firmware.link.session;
   run.view.Repaint();
   ShowChangedStates(run);
-  VerifyFlashFile(run.firmware);
-  if (session.DownloadError) return;
-  const auto any = [&](std::string_view micro) {
-    return std::any_of(run.firmware.labels.begin(), run.firmware.labels.end(),
-                       [micro](const SlotLabels& labels) { return labels.micro == micro; });
+  VerifyFlashFile(run);
+  if (run.job.DownloadError) return;
+  const auto any = [&run](MicroType micro) {
+    return std::ranges::any_of(run.result.ports,
+                               [micro](const PortFacts& radio) { return radio.micro == micro; });
   };
-  if (!any("A1") || !any("E1")) return;
-  NLSMsgBox(session, "You cannot program an E1 and an A1 radio at the same time",
+  if (!any(MicroType::kA1) || !any(MicroType::kE1)) return;
+  NLSMsgBox(run.job.session, "You cannot program an E1 and an A1 radio at the same time",
             {.icon = Icon::kCritical});
-  session.SetDownloadError(Failure::kRefused);
+  run.job.SetDownloadError(Failure::kRefused);
 }
 
-void SendMode(Link& link) {
-  const bool download = link.session.TransferMode == services::Transfer::kProgram;
-  for (const char byte : {download ? 'r' : 't', '0'}) {
+void SendMode(TransferRun& run) {
+  for (const char byte : {run.IsUpload() ? 't' : 'r', '0'}) {
     const auto command = static_cast<std::uint8_t>(byte);
-    SendByteToAllComms(link, command, {.wait = true, .expected = command});
+    SendByteToAllComms(run.job, command, {.wait = true, .expected = command});
   }
 }
 
 }  // namespace
 
-void SendBootStrap1ToAllComms(Link& link, TransferView& view) {
-  Session& session = link.session;
+void SendBootStrap1ToAllComms(Job& job, TransferView& view) {
+  Session& session = job.session;
   const platform::FileContents loader =
       platform::ReadWholeFile(services::FindApplicationFile(session.paths, "bs.tsk"));
   if (loader.error) {
     ReportError(session, loader.error, "SendBootStrap1ToAllComms");
-    session.RequestCancel(Failure::kFile);
+    job.RequestCancel(Failure::kFile);
     return;
   }
   if (loader.bytes.size() != kBootstrapSize) {
     NLSMsgBox(session, "Invalid bootstrap file (bs.tsk)");
-    session.RequestCancel(Failure::kFile);
-    CheckForNoResponse(link);
+    job.RequestCancel(Failure::kFile);
+    CheckForNoResponse(job);
     return;
   }
   for (const int port : kAllPorts) {
-    if (link.IsActive(port)) SendBootstrapToPort(link, view, port, loader.bytes);
+    if (job.IsActive(port)) SendBootstrapToPort(job, view, port, loader.bytes);
   }
-  DrainOutput(link);
-  CheckForNoResponse(link);
+  DrainOutput(job);
+  CheckForNoResponse(job);
 }
 
 void RunBootstrap1(TransferRun& run) {
-  Link& link = run.firmware.link;
-  Session& session = link.session;
+  Job& job = run.job;
+  Session& session = job.session;
   if (!platform::FileExists(services::FindApplicationFile(session.paths, "bs.tsk"))) {
-    return StopForFile(
-        session, NLSText("The file bs.tsk does not exist. Please reinstall this application."));
+    return StopForLoader(
+        job, NLSText("The file bs.tsk does not exist. Please reinstall this application."));
   }
-  run.view.EnableCancel(false);
+  const UncancelledStep step(run);
   AskForBootstrapMode(run);
-  if (session.Stopped()) return;
+  if (job.Stopped()) return;
   run.view.ShowBootstrapHint(true);
   run.view.Repaint();
-  SelectBaudRate(link, 1200);
-  if (!SetPriority(session, true)) return;
-  SendBootStrap1ToAllComms(link, run.view);
-  if (!SetPriority(session, false)) return;
-  if (session.Stopped()) return;
+  SelectBaudRate(job, 1200);
+  if (!SetPriority(job, true)) return;
+  SendBootStrap1ToAllComms(job, run.view);
+  if (!SetPriority(job, false)) return;
+  if (job.Stopped()) return;
 
   services::WaitSecondsYielding(session, 1);
-  CheckConfig(link);
+  CheckConfig(job);
   services::WaitSecondsYielding(session, 1);
-  if (session.Stopped()) return;
-  for (const int slot : kAllPorts) UpdateStatus(run, slot);
-  run.view.EnableCancel(true);
+  if (job.Stopped()) return;
+  for (const int port : kAllPorts) UpdateStatus(run, port);
 }
 
 void RunBootstrap2(TransferRun& run) {
-  Link& link = run.firmware.link;
-  Session& session = link.session;
+  Job& job = run.job;
+  Session& session = job.session;
   const std::string downloader = services::FindApplicationFile(session.paths, "dl.tsk");
   if (!platform::FileExists(downloader)) {
-    return StopForFile(
-        session, NLSText("The file dl.tsk does not exist. Please reinstall this application."));
+    return StopForLoader(
+        job, NLSText("The file dl.tsk does not exist. Please reinstall this application."));
   }
   run.view.ShowProgress(true);
   run.view.ShowCancel(true);
   run.view.ShowBootstrapHint(false);
-  ClearInputBuffers(link);
+  ClearInputBuffers(job.link);
   LoadDownloader(run, downloader);
-  if (session.Stopped()) return;
+  if (job.Stopped()) return;
   IdentifyRadios(run);
-  if (session.Stopped()) return;
+  if (job.Stopped()) return;
   CheckRadios(run);
-  if (session.Stopped()) return;
-  SendMode(link);
+  if (job.Stopped()) return;
+  SendMode(run);
 }
 
 }  // namespace zep::firmware

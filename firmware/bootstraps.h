@@ -9,10 +9,10 @@ namespace zep::firmware {
 // Sends the first-stage loader bs.tsk, 256 bytes behind a leading 0xFF, to every Active port. The
 // ports are at 1200 baud and the radios in bootstrap mode; nothing answers. A file of another
 // length is refused and nothing is sent.
-void SendBootStrap1ToAllComms(link::Link& link, TransferView& view);
+void SendBootStrap1ToAllComms(link::Job& job, TransferView& view);
 
 // Has the user put the radios into bootstrap mode, sends the first loader at 1200 baud and looks at
-// the configuration registers. Cancel is disabled meanwhile.
+// the configuration registers. A wish to cancel waits meanwhile.
 //
 //   sends    0xFF, bs.tsk   expects nothing; a radio may send its configuration register by itself
 void RunBootstrap1(TransferRun& run);

@@ -1,6 +1,5 @@
 #include "firmware/download.h"
 
-#include <algorithm>
 #include <optional>
 
 #include "link/byte_exchange.h"
@@ -15,6 +14,7 @@ namespace zep::firmware {
 namespace {
 
 using link::Link;
+using link::Transfer;
 using radiodb::RadioDb;
 using radiodb::TransferKind;
 using services::Failure;
@@ -23,84 +23,95 @@ using services::NLSFmt;
 using services::NLSMsgBox;
 using services::NLSText;
 using services::Session;
-using services::Transfer;
 
 // Tells a trunked radio that its firmware is new. It does not answer.
 constexpr std::string_view kTrunkedRecord = "\rw4F80010000\r";
 
-bool DownloadFirmware(Firmware& firmware, DownloadWindows& windows) {
-  firmware.link.session.TransferMode = Transfer::kProgram;
-  windows.TransferFirmware(firmware);
-  return firmware.link.session.DownloadSucceeded && !firmware.link.session.Stopped();
+// One press of the Download button.
+struct DownloadRun {
+  DownloadRun(const DownloadWork& the_work, const DownloadChoices& the_choices)
+      : work(the_work), choices(the_choices) {}
+
+  const DownloadWork& work;
+  const DownloadChoices& choices;
+  link::Job job{work.link};
+  RadioDb db{job, work.radio};
+  TransferResult transfer;
+
+  Session& session = job.session;
+};
+
+bool DownloadFirmware(DownloadRun& run) {
+  run.transfer = run.work.windows.TransferFirmware(run.job, run.work.firmware, Transfer::kProgram);
+  return run.transfer.succeeded && !run.job.Stopped();
 }
 
 // Saves the radio's data under its default name. Its full name; nothing when it is not saved.
-std::optional<std::string> SaveData(Firmware& firmware, RadioDb& db, DownloadWindows& windows) {
-  firmware.link.session.TransferMode = Transfer::kRead;
-  db.transfer_kind = TransferKind::kAutoSave;
-  if (!windows.ReadRadioData(db) || firmware.link.session.Stopped()) return std::nullopt;
-  return db.data_file;
+std::optional<std::string> SaveData(DownloadRun& run) {
+  run.db.transfer_kind = TransferKind::kAutoSave;
+  if (!run.work.windows.ReadRadioData(run.db).Done()) return std::nullopt;
+  return run.db.data_file;
 }
 
-bool WriteDataBack(Firmware& firmware, RadioDb& db, const std::string& saved,
-                   DownloadWindows& windows) {
-  Session& session = firmware.link.session;
-  AskToTurnOn(session, firmware.image);
-  session.TransferMode = Transfer::kProgram;
-  return windows.ProgramRadioData(db, saved);
+bool WriteDataBack(DownloadRun& run, const std::string& saved) {
+  AskToTurnOn(run.session, run.work.firmware.image);
+  return run.work.windows.ProgramRadioData(run.db, saved).Done();
 }
 
-bool WriteTrunkedRecord(Link& link) {
-  Session& session = link.session;
-  if (!InitialiseComms(link)) return false;
-  SelectBaudRate(link, 9600);
-  session.ReportRadioErrors = services::ReportErrors::kSilent;
-  PutActiveCommsInProgMode(link);
-  session.ReportRadioErrors = services::ReportErrors::kShow;
-  if (session.Stopped()) return false;
-  for (const int port : link::kAllPorts) SendStringToSpecificComms(link, kTrunkedRecord, port);
-  SendCaretToActiveComms(link);
-  DrainOutput(link);
+bool WriteTrunkedRecord(link::Job& job) {
+  if (!InitialiseComms(job)) return false;
+  SelectBaudRate(job, 9600);
+  job.ReportRadioErrors = link::ReportErrors::kSilent;
+  PutActiveCommsInProgMode(job);
+  job.ReportRadioErrors = link::ReportErrors::kShow;
+  if (job.Stopped()) return false;
+  for (const int port : link::kAllPorts) SendStringToSpecificComms(job, kTrunkedRecord, port);
+  SendCaretToActiveComms(job);
+  DrainOutput(job);
   return true;
 }
 
 // What a trunked radio needs to know of its new firmware.
-bool RecordDownload(Firmware& firmware) {
-  return firmware.image.FirmwareRadioType != "Trunked" || WriteTrunkedRecord(firmware.link);
-}
-
-// Whether the flash loader ran in a radio, so that its firmware may not be what it was.
-bool HasReachedRadio(const Firmware& firmware) {
-  return std::ranges::any_of(firmware.labels,
-                             [](const SlotLabels& labels) { return !labels.micro.empty(); });
+bool RecordDownload(DownloadRun& run) {
+  return run.work.firmware.image.FirmwareRadioType != "Trunked" || WriteTrunkedRecord(run.job);
 }
 
 // The download with the radio's data saved before and written back after it.
-bool DownloadAroundData(Firmware& firmware, RadioDb& db, DownloadWindows& windows) {
-  Session& session = firmware.link.session;
-  const std::optional<std::string> saved = SaveData(firmware, db, windows);
+bool DownloadAroundData(DownloadRun& run) {
+  const std::optional<std::string> saved = SaveData(run);
   if (!saved) return false;
-  if (!IsForModel(session, firmware.image, db.identity.tier)) {
-    session.KeepCause(Failure::kRefused);
+  if (!IsForModel(run.session, run.work.firmware.image, run.db.identity.tier)) {
+    run.job.KeepCause(Failure::kRefused);
     return false;
   }
-  const bool downloaded = DownloadFirmware(firmware, windows);
-  const bool written_back = downloaded && WriteDataBack(firmware, db, *saved, windows);
-  if (!written_back && HasReachedRadio(firmware)) radiodb::TellOfSavedFile(session, *saved);
+  const bool downloaded = DownloadFirmware(run);
+  const bool written_back = downloaded && WriteDataBack(run, *saved);
+  if (!written_back && run.transfer.HasReachedRadio())
+    radiodb::TellOfSavedFile(run.session, *saved);
   // Data that the new firmware refuses is no reason to leave the radio without its record.
-  return downloaded && !session.Stopped() && RecordDownload(firmware) && written_back;
+  return downloaded && !run.job.Stopped() && RecordDownload(run) && written_back;
 }
 
-bool ProgramDataFile(RadioDb& db, const DownloadChoices& choices, DownloadWindows& windows) {
-  Session& session = db.link.session;
-  const std::string file = services::PathOf(choices.DataFilePath, choices.DataFileName);
+bool ProgramDataFile(DownloadRun& run) {
+  const std::string file = services::PathOf(run.choices.DataFilePath, run.choices.DataFileName);
   const services::Answer answer =
-      NLSMsgBox(session, NLSFmt(session, "Program default data file: ") + file,
+      NLSMsgBox(run.session, NLSFmt(run.session, "Program default data file: ") + file,
                 {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo});
   if (answer != services::Answer::kYes) return true;
-  session.TransferMode = Transfer::kProgram;
-  db.transfer_kind = TransferKind::kChosenFile;
-  return windows.ProgramRadioData(db, file) && !session.Stopped();
+  run.db.transfer_kind = TransferKind::kChosenFile;
+  return run.work.windows.ProgramRadioData(run.db, file).Done();
+}
+
+bool DownloadAll(DownloadRun& run) {
+  if (!InitialiseComms(run.job)) return false;
+  ClearInputBuffers(run.work.link);
+  if (!CheckChosenImage(run.session, run.work.firmware.image, run.choices)) {
+    run.job.KeepCause(Failure::kFile);
+    return false;
+  }
+  if (run.choices.auto_save) return DownloadAroundData(run);
+  if (!DownloadFirmware(run) || !RecordDownload(run)) return false;
+  return run.choices.DataFileName.empty() || ProgramDataFile(run);
 }
 
 std::string ReadText(const Session& session, std::string_view name,
@@ -130,25 +141,27 @@ void SaveDownloadChoices(Session& session, const DownloadChoices& choices) {
   save("DataFilePath", services::WithSeparator(choices.DataFilePath));
 }
 
-bool CheckChosenImage(Firmware& firmware, const DownloadChoices& choices) {
-  Session& session = firmware.link.session;
-  ImageFile& image = firmware.image;
+bool CheckChosenImage(Session& session, ChosenImage& image, const DownloadChoices& choices) {
+  const auto refuse = [&session](const std::string& text) {
+    NLSMsgBox(session, text, {.icon = Icon::kCritical});
+    return false;
+  };
   if (choices.BinaryFileName.empty()) {
     image.BinaryFileName.clear();
-    return Refuse(session, NLSText("Please select a valid file to down load."), Failure::kFile);
+    return refuse(NLSFmt(session, "Please select a valid file to down load."));
   }
   ChooseImageFile(image, services::PathOf(choices.BinaryFilePath, choices.BinaryFileName));
-  if (CheckForValidFile(session, image)) return true;
+  const SharedImage contents =
+      choices.image != nullptr ? choices.image : ReadFirmwareImage(image.FullName());
+  if (CheckForValidFile(session, image, contents)) return true;
   std::string text = NLSFmt(session, "The selected file is not valid. Please select another file.");
   // The reason, unless the user was told of it just now.
-  const ImageInspection inspection = InspectImage(image.FullName());
-  if (!inspection.error && inspection.problem != ImageProblem::kWrongSize)
-    text += "\n" + ImageProblemText(session, inspection);
-  return Refuse(session, text, Failure::kFile);
+  if (!contents->error && contents->problem != ImageProblem::kWrongSize)
+    text += "\n" + ImageProblemText(session, *contents);
+  return refuse(text);
 }
 
-bool BrowseBinary(Firmware& firmware, DownloadChoices& choices) {
-  Session& session = firmware.link.session;
+bool BrowseBinary(Session& session, ChosenImage& image, DownloadChoices& choices) {
   const std::optional<std::string> file = session.user.AskOpenFile(
       {.title = NLSFmt(session, "Select Firmware File to Download"),
        .filter = NLSFmt(session, session.strings.Get(services::kResFirmwareFileFilter)),
@@ -158,30 +171,27 @@ bool BrowseBinary(Firmware& firmware, DownloadChoices& choices) {
   choices.BinaryFileName = services::FileTitleOf(*file);
   choices.BinaryFilePath = services::FolderOf(*file);
   SaveDownloadChoices(session, choices);
-  CheckChosenImage(firmware, choices);
+  choices.image = ReadFirmwareImage(*file);
+  CheckChosenImage(session, image, choices);
   return true;
 }
 
-bool OffersAutoSave(Link& link) { return CountActivePorts(link) == 1; }
-
-bool DownloadFirmwareAndData(Firmware& firmware, RadioDb& db, const DownloadChoices& choices,
-                             DownloadWindows& windows) {
-  Link& link = firmware.link;
-  const link::Job job(link);
-  if (!InitialiseComms(link)) return false;
-  ClearInputBuffers(link);
-  if (!CheckChosenImage(firmware, choices)) return false;
-  if (choices.auto_save) return DownloadAroundData(firmware, db, windows);
-  if (!DownloadFirmware(firmware, windows) || !RecordDownload(firmware)) return false;
-  return choices.DataFileName.empty() || ProgramDataFile(db, choices, windows);
+bool OffersAutoSave(Link& link) {
+  link::CheckCommPorts(link, false);
+  return link::ActivePorts(link.CommStates) == 1;
 }
 
-bool UploadFirmware(Firmware& firmware, const std::string& file, DownloadWindows& windows) {
-  const link::Job job(firmware.link);
-  ChooseImageFile(firmware.image, file);
-  firmware.link.session.TransferMode = Transfer::kRead;
-  windows.TransferFirmware(firmware);
-  return firmware.link.session.DownloadSucceeded;
+services::Outcome DownloadFirmwareAndData(const DownloadWork& work,
+                                          const DownloadChoices& choices) {
+  DownloadRun run(work, choices);
+  const bool done = DownloadAll(run);
+  return run.job.Ended(done);
+}
+
+services::Outcome UploadFirmware(const DownloadWork& work, const std::string& file) {
+  link::Job job(work.link);
+  ChooseImageFile(work.firmware.image, file);
+  return work.windows.TransferFirmware(job, work.firmware, Transfer::kRead).outcome;
 }
 
 }  // namespace zep::firmware

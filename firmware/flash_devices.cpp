@@ -3,7 +3,7 @@
 #include <array>
 #include <string_view>
 
-#include "firmware/firmware.h"
+#include "firmware/transfer_engine.h"
 #include "link/byte_exchange.h"
 #include "services/messages.h"
 
@@ -22,23 +22,47 @@ struct KnownDevice {
   std::uint8_t manufacturer;
   std::uint8_t device;
   std::string_view name;
-  std::int32_t size;
+  FlashSize size;
 };
 
 constexpr std::array kKnownDevices = {
-    KnownDevice{kMakerAt, 0xD5, "AT29C010A 1MBit", kFlash1Mbit},
-    KnownDevice{kMakerAt, 0xDA, "AT29C020 2MBit", kFlash2Mbit},
-    KnownDevice{kMakerSst, 0x10, "SST29EE020 2MBit", kFlash2Mbit},
-    KnownDevice{kMakerSst, 0x24, "SST29SF020 2MBit", kFlash2Mbit},
+    KnownDevice{kMakerAt, 0xD5, "AT29C010A 1MBit", FlashSize::k1Mbit},
+    KnownDevice{kMakerAt, 0xDA, "AT29C020 2MBit", FlashSize::k2Mbit},
+    KnownDevice{kMakerSst, 0x10, "SST29EE020 2MBit", FlashSize::k2Mbit},
+    KnownDevice{kMakerSst, 0x24, "SST29SF020 2MBit", FlashSize::k2Mbit},
 };
 
-std::string_view MicroType(std::uint8_t reported) {
-  if (reported == 'a') return "A1";
-  if (reported == 'e') return "E1";
-  return {};
+MicroType MicroTypeOf(std::uint8_t reported) {
+  if (reported == 'a') return MicroType::kA1;
+  return reported == 'e' ? MicroType::kE1 : MicroType::kUnknown;
 }
 
 }  // namespace
+
+std::string_view MicroName(MicroType micro) {
+  switch (micro) {
+    case MicroType::kA1:
+      return "A1";
+    case MicroType::kE1:
+      return "E1";
+    case MicroType::kUnknown:
+      break;
+  }
+  return {};
+}
+
+std::string_view FlashSizeName(FlashSize size) {
+  switch (size) {
+    case FlashSize::k1Mbit:
+      return "1 Mbit";
+    case FlashSize::k2Mbit:
+      return "2 Mbit";
+    case FlashSize::kNone:
+    case FlashSize::kUnknown:
+      break;
+  }
+  return {};
+}
 
 FlashDevice IdentifyFlashDevice(std::uint8_t manufacturer, std::uint8_t device) {
   for (const KnownDevice& known : kKnownDevices) {
@@ -47,41 +71,39 @@ FlashDevice IdentifyFlashDevice(std::uint8_t manufacturer, std::uint8_t device) 
   }
   const bool known_maker = manufacturer == kMakerAt || manufacturer == kMakerSst;
   if (known_maker) return {};
-  return {.Name = "Unknown", .Size = kFlashUnknown};
+  return {.Name = "Unknown", .Size = FlashSize::kUnknown};
 }
 
-void UpdateFlashMicro(Firmware& firmware, TransferView& view, int slot) {
-  link::Link& link = firmware.link;
-  if (!link.IsActive(slot)) return;
-  const std::uint8_t manufacturer = GetByteFromSpecficComms(link, slot, 0);
-  const std::uint8_t device = GetByteFromSpecficComms(link, slot, 0);
-  const std::uint8_t micro = GetByteFromSpecficComms(link, slot, 0);
+void UpdateFlashMicro(TransferRun& run, int port) {
+  link::Job& job = run.job;
+  if (!job.IsActive(port)) return;
+  const std::uint8_t manufacturer = GetByteFromSpecficComms(job, port, 0);
+  const std::uint8_t device = GetByteFromSpecficComms(job, port, 0);
+  const std::uint8_t micro = GetByteFromSpecficComms(job, port, 0);
   // A radio that failed meanwhile leaves no record, which could have the image refused for the
   // others.
   if (micro == 0) return;
-  firmware.Flash(slot) = IdentifyFlashDevice(manufacturer, device);
-  const std::string_view micro_type = MicroType(micro);
-  if (micro_type.empty()) {
-    NLSMsgBox(link.session, "Unknown Micro type returned.", {.icon = Icon::kCritical});
+  PortFacts& radio = run.Facts(port);
+  radio.flash = IdentifyFlashDevice(manufacturer, device);
+  const MicroType micro_type = MicroTypeOf(micro);
+  if (micro_type == MicroType::kUnknown) {
+    NLSMsgBox(job.session, "Unknown Micro type returned.", {.icon = Icon::kCritical});
     return;
   }
-  firmware.micro_type = micro_type;
-  SlotLabels& labels = firmware.Labels(slot);
-  labels.micro = micro_type;
-  labels.flash = NLSFmt(link.session, firmware.Flash(slot).Name);
-  view.SetSlot(slot, labels);
+  run.micro_type = radio.micro = micro_type;
+  run.view.SetPort(port, radio);
 }
 
-void CheckConfig(link::Link& link) {
+void CheckConfig(link::Job& job) {
   constexpr std::uint8_t kRefused = 'C';
-  for (const int slot : link::kAllPorts) {
-    if (!link.IsActive(slot) || link.Port(slot).InputCount() < 1) continue;
-    if (GetAnyByte(link, slot) != kRefused) continue;
-    NLSMsgBox(link.session,
-              NLSFmt(link.session, "Invalid value in the Config Register of the radio on Com %0:s.",
-                     {std::to_string(slot)}),
+  for (const int port : link::kAllPorts) {
+    if (!job.IsActive(port) || job.Port(port).InputCount() < 1) continue;
+    if (GetAnyByte(job, port) != kRefused) continue;
+    NLSMsgBox(job.session,
+              NLSFmt(job.session, "Invalid value in the Config Register of the radio on Com %0:s.",
+                     {std::to_string(port)}),
               {.icon = Icon::kCritical});
-    FailPort(link, slot, services::Failure::kRefused);
+    FailPort(job, port, services::Failure::kRefused);
   }
 }
 

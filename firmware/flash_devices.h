@@ -4,38 +4,46 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
-#include "firmware/transfer_view.h"
-#include "link/port_set.h"
+#include "link/job.h"
 
 namespace zep::firmware {
 
-struct Firmware;
+struct TransferRun;
 
-// Sizes of flash devices.
-inline constexpr std::int32_t kFlashNotIdentified = 0;
-inline constexpr std::int32_t kFlash1Mbit = 1;
-inline constexpr std::int32_t kFlash2Mbit = 2;
-inline constexpr std::int32_t kFlashUnknown = 3;
+// Of a flash device, and of an image.
+enum class FlashSize : std::int32_t {
+  kNone = 0,  // nothing identified
+  k1Mbit = 1,
+  k2Mbit = 2,
+  kUnknown = 3,
+};
+
+enum class MicroType : std::int32_t { kUnknown = 0, kA1 = 1, kE1 = 2 };
+
+// "A1" or "E1"; empty when it is not known. And "1 Mbit" or "2 Mbit". The same in all languages.
+std::string_view MicroName(MicroType micro);
+std::string_view FlashSizeName(FlashSize size);
 
 struct FlashDevice {
-  std::string Name;
-  std::int32_t Size = kFlashNotIdentified;
+  std::string Name;  // as it is shown; "Unknown" is translated where it is
+  FlashSize Size = FlashSize::kNone;
 };
 
 // The device with these JEDEC identifiers. A known maker's unknown device has no name and is not
 // refused later; an unknown maker's device is "Unknown", and is.
 FlashDevice IdentifyFlashDevice(std::uint8_t manufacturer, std::uint8_t device);
 
-// Reads what the radio on an Active slot reports and keeps it as the slot's flash device and
-// labels and as the current micro type. A radio that fails meanwhile leaves nothing behind; of one
-// with an unknown micro, which the user is told, only the flash device is kept.
+// Reads what the radio on an Active port reports and keeps it as the port's facts and as the
+// current micro type. A radio that fails meanwhile leaves nothing behind; of one with an unknown
+// micro, which the user is told, only the flash device is kept.
 //
 //   expects  manufacturer, device, micro type ("a" is A1, "e" is E1)
-void UpdateFlashMicro(Firmware& firmware, TransferView& view, int slot);
+void UpdateFlashMicro(TransferRun& run, int port);
 
 // Looks at the configuration register that each Active radio may have sent by itself. The value
 // "C" is refused: the user is told and the port has failed.
-void CheckConfig(link::Link& link);
+void CheckConfig(link::Job& job);
 
 }  // namespace zep::firmware

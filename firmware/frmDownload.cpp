@@ -32,25 +32,28 @@ class JobWindows final : public DownloadWindows {
   JobWindows(wxWindow* parent, services::WindowContext& context)
       : parent_(parent), context_(context) {}
 
-  bool ReadRadioData(radiodb::RadioDb& db) override {
+  services::Outcome ReadRadioData(radiodb::RadioDb& db) override {
     radiodb::frmReadWriteRadio window(parent_, context_);
-    const bool done =
+    const services::Outcome outcome =
         window.Run([&db](radiodb::ReadWriteView& view) { return ReadRadio(db, view); });
-    if (done) report_ += SavedText(db, db.data_file) + "\n";
-    return done;
+    if (outcome.Done()) report_ += SavedText(db, db.data_file) + "\n";
+    return outcome;
   }
 
-  bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override {
+  services::Outcome ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override {
     radiodb::frmReadWriteRadio window(parent_, context_);
-    const bool done =
+    const services::Outcome outcome =
         window.Run([&](radiodb::ReadWriteView& view) { return ProgramRadio(db, view, file); });
-    if (done) report_ += ProgrammedText(db, file) + "\n";
-    return done;
+    if (outcome.Done()) report_ += ProgrammedText(db, file) + "\n";
+    return outcome;
   }
 
-  void TransferFirmware(Firmware& firmware) override {
-    frmWriteSWToRadio window(parent_, context_, firmware);
-    report_ += TransferReportText(firmware, window.Run());
+  TransferResult TransferFirmware(link::Job& job, Firmware& firmware,
+                                  link::Transfer direction) override {
+    frmWriteSWToRadio window(parent_, context_, job.link);
+    const TransferResult result = window.Run(job, firmware, direction);
+    report_ += TransferReportText(job.link, result);
+    return result;
   }
 
   // Lines, in the order of the steps.
@@ -76,10 +79,12 @@ void ShowText(wxTextCtrl& box, const std::string& text) {
 }  // namespace
 
 frmDownload::frmDownload(wxWindow* parent, services::WindowContext& window_context,
-                         Firmware& program_firmware, radiodb::RadioDb& radio_db)
+                         link::Link& program_link, Firmware& program_firmware,
+                         radiodb::LastRadio& last_radio)
     : TaskWindow(parent, window_context, "frmDownload", "download.htm"),
+      link_(program_link),
       firmware_(program_firmware),
-      db_(radio_db) {
+      radio_(last_radio) {
   const Session& session = context.session;
   const int gap = services::Gap(this);
   const wxSizerFlags below = wxSizerFlags().Expand().Border(wxTOP, gap);
@@ -182,8 +187,8 @@ wxSizer* frmDownload::MakeButtons() {
 }
 
 void frmDownload::UpdateOffers() {
-  if (context.job.IsRunning()) return;
-  const bool offers = OffersAutoSave(firmware_.link);
+  if (context.session.jobs.IsRunning()) return;
+  const bool offers = OffersAutoSave(link_);
   if (!offers) chkAutoSaveRadioData->SetValue(false);
   chkAutoSaveRadioData->Show(offers);
   lblAutoSaveRadioData->SetLabelText(ToWx(
@@ -237,11 +242,10 @@ void frmDownload::ShowImageFacts() {
   const DownloadChoices choices = Choices();
   const std::string file = services::PathOf(choices.BinaryFilePath, choices.BinaryFileName);
   std::string facts;
-  is_image_ = false;
+  image_.reset();
   if (!choices.BinaryFileName.empty()) {
-    const ImageInspection image = InspectImage(file);
-    is_image_ = image.problem == ImageProblem::kNone;
-    facts = is_image_ ? ImageFacts(session, image) : ImageProblemText(session, image);
+    image_ = ReadFirmwareImage(file);
+    facts = HasImage() ? ImageFacts(session, *image_) : ImageProblemText(session, *image_);
   }
   lblImageFacts->SetLabelText(ToWx(facts));
   lblImageFacts->Wrap(FromDIP(kNoteWidth));
@@ -251,9 +255,9 @@ void frmDownload::ShowImageFacts() {
 
 void frmDownload::BrowseBinary() {
   DownloadChoices choices = Choices();
-  if (!firmware::BrowseBinary(firmware_, choices)) return;
+  if (!firmware::BrowseBinary(context.session, firmware_.image, choices)) return;
   ShowChoices(choices);
-  if (!is_image_) txtBinaryFileName->SetFocus();
+  if (!HasImage()) txtBinaryFileName->SetFocus();
 }
 
 void frmDownload::BrowseData() {
@@ -272,30 +276,28 @@ void frmDownload::BrowseData() {
 }
 
 void frmDownload::Download() {
-  if (context.job.IsRunning()) return;
+  if (context.session.jobs.IsRunning()) return;
   TakeInput();
   ShowImageFacts();
   HideResult();
   cmdCancel->SetFocus();
   EnableInputs(false);
   JobWindows windows(this, context);
-  {
-    const services::JobControl::Scope scope(context.job,
-                                            [this] { context.session.RequestCancel(); });
-    DownloadFirmwareAndData(firmware_, db_, Choices(), windows);
-  }
+  DownloadChoices choices = Choices();
+  choices.image = image_;
+  DownloadFirmwareAndData({link_, firmware_, radio_, windows}, choices);
   EnableInputs(true);
-  (is_image_ ? static_cast<wxWindow*>(cmdDownload) : txtBinaryFileName)->SetFocus();
+  (HasImage() ? static_cast<wxWindow*>(cmdDownload) : txtBinaryFileName)->SetFocus();
   UpdateOffers();  // the user may have chosen other ports meanwhile
   ShowResult(windows.Report());
 }
 
 void frmDownload::Upload() {
-  if (context.job.IsRunning()) return;
+  if (context.session.jobs.IsRunning()) return;
   HideResult();
   cmdCancel->SetFocus();
   EnableInputs(false);
-  const std::string report = UploadFirmwareToChosenFile(this, context, firmware_);
+  const std::string report = UploadFirmwareToChosenFile(this, context, link_, firmware_);
   EnableInputs(true);
   cmdUpload->SetFocus();
   ShowChoices(LoadDownloadChoices(context.session));
@@ -325,8 +327,8 @@ void frmDownload::ShowResult(const std::string& text) {
 }
 
 std::string UploadFirmwareToChosenFile(wxWindow* parent, services::WindowContext& context,
-                                       Firmware& firmware) {
-  if (context.job.IsRunning()) return {};
+                                       link::Link& link, Firmware& firmware) {
+  if (context.session.jobs.IsRunning()) return {};
   Session& session = context.session;
   DownloadChoices choices = LoadDownloadChoices(session);
   const std::optional<std::string> file = session.user.AskSaveFile(
@@ -339,7 +341,8 @@ std::string UploadFirmwareToChosenFile(wxWindow* parent, services::WindowContext
   choices.BinaryFilePath = services::FolderOf(*file);
   SaveDownloadChoices(session, choices);
   JobWindows windows(parent, context);
-  if (!UploadFirmware(firmware, *file, windows)) return windows.Report();
+  radiodb::LastRadio nobody;
+  if (!UploadFirmware({link, firmware, nobody, windows}, *file).Done()) return windows.Report();
   return windows.Report() + SavedFlashText(session, *file);
 }
 

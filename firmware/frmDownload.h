@@ -17,8 +17,8 @@ namespace zep::firmware {
 
 class frmDownload : public services::TaskWindow {
  public:
-  frmDownload(wxWindow* parent, services::WindowContext& window_context, Firmware& program_firmware,
-              radiodb::RadioDb& radio_db);
+  frmDownload(wxWindow* parent, services::WindowContext& window_context, link::Link& program_link,
+              Firmware& program_firmware, radiodb::LastRadio& last_radio);
   // Stores the choices.
   ~frmDownload() override;
 
@@ -47,6 +47,7 @@ class frmDownload : public services::TaskWindow {
   void TakeInput();
   void OnLeave(wxFocusEvent& event);
   void ShowImageFacts();
+  bool HasImage() const { return image_ != nullptr && image_->IsUsable(); }
   void BrowseBinary();
   void BrowseData();
   void Download();
@@ -56,10 +57,11 @@ class frmDownload : public services::TaskWindow {
   void HideResult();
   void ShowResult(const std::string& text);
 
+  link::Link& link_;
   Firmware& firmware_;
-  radiodb::RadioDb& db_;
-  wxTimer timInspect;      // runs while an image is being typed, which is inspected in a pause
-  bool is_image_ = false;  // what was inspected last
+  radiodb::LastRadio& radio_;
+  wxTimer timInspect;  // runs while an image is being typed, which is inspected in a pause
+  SharedImage image_;  // what was inspected last; null when no file is named
 
   wxTextCtrl* txtBinaryFileName;
   wxTextCtrl* txtBinaryFilePath;
@@ -79,6 +81,6 @@ class frmDownload : public services::TaskWindow {
 // Reads the flash of one radio into a file that the user chooses. What became of it, for the user;
 // empty when nothing was begun. Does nothing while a job runs.
 std::string UploadFirmwareToChosenFile(wxWindow* parent, services::WindowContext& context,
-                                       Firmware& firmware);
+                                       link::Link& link, Firmware& firmware);
 
 }  // namespace zep::firmware

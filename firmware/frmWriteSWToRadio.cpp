@@ -11,16 +11,14 @@ constexpr int kUntilPainted = 50;  // milliseconds
 }  // namespace
 
 frmWriteSWToRadio::frmWriteSWToRadio(wxWindow* parent, services::WindowContext& window_context,
-                                     Firmware& program_firmware)
+                                     const link::Link& link)
     : wxDialog(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE,
                "frmWriteSWToRadio"),
       context_(window_context),
-      firmware_(program_firmware),
       timActivateWriteSW(this) {
-  pnlTransfer = new TransferPanel(this, context_, firmware_.link);
+  pnlTransfer = new TransferPanel(this, context_, link);
   cmdCancel = services::MakeButton(
-      this, NLSFmt(context_.session, "&Cancel"), "cmdCancel", [this] { pnlTransfer->Cancel(); },
-      wxID_CANCEL);
+      this, NLSFmt(context_.session, "&Cancel"), "cmdCancel", [this] { Cancel(); }, wxID_CANCEL);
   stbStatus = new wxStatusBar(this, wxID_ANY, 0, "stbStatus");
   SetEscapeId(wxID_CANCEL);
   services::SetHelpPage(this, context_, "engine.htm");
@@ -36,9 +34,6 @@ frmWriteSWToRadio::frmWriteSWToRadio(wxWindow* parent, services::WindowContext& 
     cmdCancel->Show(shown);
     Layout();
   };
-  pnlTransfer->on_cancel = [this] {
-    if (run_ != nullptr) firmware::Cancel(*run_);
-  };
 
   const int margin = 2 * services::Gap(this);
   auto* rows = new wxBoxSizer(wxVERTICAL);
@@ -50,23 +45,23 @@ frmWriteSWToRadio::frmWriteSWToRadio(wxWindow* parent, services::WindowContext& 
   services::FitToScreen(this);
 
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
-    if (!event.CanVeto()) {
-      context_.session.RequestCancel();
-      return;
+    if (event.CanVeto()) {
+      event.Veto();
+      Cancel();
+    } else {
+      context_.session.jobs.Stop();
     }
-    event.Veto();
-    pnlTransfer->Cancel();
   });
   Bind(wxEVT_TIMER, [this](wxTimerEvent&) { WriteSW(); });
 }
 
-TransferResult frmWriteSWToRadio::Run(const TransferOptions& options) {
-  TransferRun run(firmware_, *pnlTransfer, options);
+TransferResult frmWriteSWToRadio::Run(link::Job& job, Firmware& firmware, link::Transfer direction,
+                                      const TransferOptions& options) {
+  TransferRun run(job, firmware, *pnlTransfer, direction, options);
   run_ = &run;
-  const services::JobControl::Scope scope(context_.job, [this] { pnlTransfer->Cancel(); });
   pnlTransfer->Clear();
   if (LoadTransfer(run)) {
-    pnlTransfer->ShowText(firmware_.image.BinaryFileName);
+    pnlTransfer->ShowText(firmware.image.BinaryFileName);
     timActivateWriteSW.StartOnce(kUntilPainted);
     ShowModal();
   } else {
@@ -77,13 +72,19 @@ TransferResult frmWriteSWToRadio::Run(const TransferOptions& options) {
 }
 
 void frmWriteSWToRadio::WriteSW() {
-  if (run_->asking_to_cancel) {
+  if (run_->job.Asks()) {
     timActivateWriteSW.StartOnce(kUntilPainted);  // after the answer
     return;
   }
   WriteRadioSW(*run_);
   UnloadTransfer(*run_);
   EndModal(wxID_OK);
+}
+
+// It needs no second wish, though the ports take their time to close.
+void frmWriteSWToRadio::Cancel() {
+  context_.session.jobs.Cancel();
+  if (context_.session.jobs.IsStopping()) cmdCancel->Disable();
 }
 
 }  // namespace zep::firmware

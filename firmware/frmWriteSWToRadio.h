@@ -16,17 +16,18 @@ namespace zep::firmware {
 class frmWriteSWToRadio : public wxDialog {
  public:
   frmWriteSWToRadio(wxWindow* parent, services::WindowContext& window_context,
-                    Firmware& program_firmware);
+                    const link::Link& link);
 
-  // One run, in the direction that TransferMode says; the window closes at its end. Closing it
-  // earlier is Cancel. When the ports cannot be opened it is not shown at all.
-  TransferResult Run(const TransferOptions& options = {});
+  // One run; the window closes at its end. Closing it earlier is Cancel. When the ports cannot be
+  // opened it is not shown at all.
+  TransferResult Run(link::Job& job, Firmware& firmware, link::Transfer direction,
+                     const TransferOptions& options = {});
 
  private:
   void WriteSW();
+  void Cancel();
 
   services::WindowContext& context_;
-  Firmware& firmware_;
   TransferRun* run_ = nullptr;
 
   wxTimer timActivateWriteSW;

@@ -14,10 +14,9 @@
 namespace zep::firmware {
 namespace {
 
-using link::Link;
+using link::Job;
 using services::Failure;
 using services::NLSText;
-using services::Session;
 
 using Rows = std::span<const MemoryMapEntry>;
 
@@ -27,8 +26,10 @@ int ProgressMaximum(bool upload, bool one_megabit) {
   return one_megabit ? 723 : 1450;
 }
 
-Rows ChooseRows(const Firmware& firmware, bool one_megabit) {
-  const MemoryMap& map = firmware.micro_type == "E1" ? firmware.E1MemoryMap : firmware.A1MemoryMap;
+Rows ChooseRows(const TransferRun& run, bool one_megabit) {
+  const Firmware& firmware = run.firmware;
+  const MemoryMap& map =
+      run.micro_type == MicroType::kE1 ? firmware.E1MemoryMap : firmware.A1MemoryMap;
   return Rows(map).first(one_megabit ? kRowsOf1Mbit : kRowsOf2Mbit);
 }
 
@@ -37,13 +38,13 @@ std::size_t EndOf(const MemoryMapEntry& row) {
          static_cast<std::size_t>(row.Blocks) * kBlockSize;
 }
 
-void StopForFile(Session& session, const platform::SystemError& error) {
-  ReportError(session, error, "WriteRadioSoftware");
-  session.RequestCancel(Failure::kFile);
+void StopForImage(Job& job, const platform::SystemError& error) {
+  ReportError(job.session, error, "WriteRadioSoftware");
+  job.RequestCancel(Failure::kFile);
 }
 
 bool SendsAtOnce(const TransferRun& run) {
-  const services::Settings& settings = run.firmware.link.session.settings;
+  const services::Settings& settings = run.job.session.settings;
   return run.options.at_once.value_or(
       settings.AppGetUserNumber(settings.OwnType(), "SendToAllAtOnce", 0) != 0);
 }
@@ -53,35 +54,35 @@ void CountBlock(TransferRun& run, bool on_the_wire) {
   if (!on_the_wire) return;
   ++run.result.statistics.blocks;
   run.result.statistics.bytes += kBlockSize;
-  run.result.statistics.ended = run.firmware.link.session.clock.Now();
+  run.result.statistics.ended = run.job.session.clock.Now();
 }
 
-void SendHeader(Link& link, const MemoryMapEntry& row) {
+void SendHeader(Job& job, const MemoryMapEntry& row) {
   for (const std::uint8_t byte :
        {static_cast<std::uint8_t>(row.Bank), services::GetHighByte(row.StartAddress),
         services::GetLowByte(row.StartAddress), services::GetHighByte(row.Blocks),
         services::GetLowByte(row.Blocks)}) {
-    SendByteToAllComms(link, byte, {.wait = true, .expected = byte, .end_on_zero = byte == 0});
-    if (link.session.Stopped()) return;
+    SendByteToAllComms(job, byte, {.wait = true, .expected = byte, .end_on_zero = byte == 0});
+    if (job.Stopped()) return;
   }
-  services::WaitSeconds(link.session, 0.02);
+  services::WaitSeconds(job.session, 0.02);
 }
 
 void DownloadRow(TransferRun& run, const MemoryMapEntry& row, std::string_view image,
                  bool at_once) {
-  Link& link = run.firmware.link;
+  Job& job = run.job;
   for (auto at = static_cast<std::size_t>(row.FileOffset); at < EndOf(row); at += kBlockSize) {
     const std::string_view text = image.substr(at, kBlockSize);
     const std::vector<std::uint8_t> block(text.begin(), text.end());
     if (at_once) {
-      SendBytesToAllCommsAtOnce(link, block);
+      SendBytesToAllCommsAtOnce(job, block);
     } else {
-      SendBytesToAllComms(link, block);
+      SendBytesToAllComms(job, block);
     }
-    if (link.session.Stopped()) return;
-    WaitForDotFromActiveComms(link);
-    if (link.session.Stopped()) return;
-    ClearInputBuffers(link);
+    if (job.Stopped()) return;
+    WaitForDotFromActiveComms(job);
+    if (job.Stopped()) return;
+    ClearInputBuffers(job.link);
     CountBlock(run, true);
     ShowChangedStates(run);
     UpdateStatusBar(run, NLSText("Downloading radio firmware"));
@@ -89,33 +90,29 @@ void DownloadRow(TransferRun& run, const MemoryMapEntry& row, std::string_view i
 }
 
 void Download(TransferRun& run, Rows rows) {
-  Link& link = run.firmware.link;
-  const std::string file = run.firmware.image.FullName();
-  const platform::FileContents image = platform::ReadWholeFile(file);
-  if (image.error) return StopForFile(link.session, image.error);
-  if (image.bytes.size() < EndOf(rows.back()))
-    return StopForFile(link.session, InputPastEndOfFile(file, image.bytes.size()));
+  Job& job = run.job;
   const bool at_once = SendsAtOnce(run);
   for (const MemoryMapEntry& row : rows) {
-    if (row.Kind != kTransferred) continue;
-    SendHeader(link, row);
-    if (link.session.Stopped()) return;
-    DownloadRow(run, row, image.bytes, at_once);
-    if (link.session.Stopped()) return;
+    if (row.Kind != RowKind::kTransferred) continue;
+    SendHeader(job, row);
+    if (job.Stopped()) return;
+    // The bytes that were checked, whatever has become of the file since then.
+    DownloadRow(run, row, run.firmware.image.contents->bytes, at_once);
+    if (job.Stopped()) return;
   }
-  services::WaitSecondsYielding(link.session, 1);
+  services::WaitSecondsYielding(job.session, 1);
 }
 
 void UploadRow(TransferRun& run, const MemoryMapEntry& row, platform::FileWriter& file) {
-  Link& link = run.firmware.link;
-  const int port = FirstActivePort(link);
-  SendHeader(link, row);
-  for (std::int32_t count = 0; count < row.Blocks && !link.session.Stopped(); ++count) {
-    SendByteToActiveComms(link, '.');
-    if (!WaitForInputCount(link, port, kBlockSize, "WriteRadioSoftware")) return;
+  Job& job = run.job;
+  const int port = FirstActivePort(job.CommStates);
+  SendHeader(job, row);
+  for (std::int32_t count = 0; count < row.Blocks && !job.Stopped(); ++count) {
+    SendByteToActiveComms(job, '.');
+    if (!WaitForInputCount(job, port, kBlockSize, "WriteRadioSoftware")) return;
     std::string block;
     for (std::int32_t at = 0; at < kBlockSize; ++at)
-      block += static_cast<char>(GetAnyByte(link, port));
+      block += static_cast<char>(GetAnyByte(job, port));
     file.Write(block);
     CountBlock(run, true);
     UpdateStatusBar(run, NLSText("Uploading radio firmware"));
@@ -123,13 +120,13 @@ void UploadRow(TransferRun& run, const MemoryMapEntry& row, platform::FileWriter
 }
 
 void Upload(TransferRun& run, Rows rows) {
-  Session& session = run.firmware.link.session;
+  Job& job = run.job;
   platform::FileWriter file;
   if (const auto error = file.Open(run.firmware.image.FullName(), platform::WriteMode::kReplace))
-    return StopForFile(session, error);
+    return StopForImage(job, error);
   run.upload_begun = true;
   for (const MemoryMapEntry& row : rows) {
-    if (row.Kind == kTransferred) {
+    if (row.Kind == RowKind::kTransferred) {
       UploadRow(run, row, file);
     } else {
       for (std::int32_t block = 0; block < row.Blocks; ++block) {
@@ -137,29 +134,27 @@ void Upload(TransferRun& run, Rows rows) {
         CountBlock(run, false);
       }
     }
-    if (session.Stopped()) return;
+    if (job.Stopped()) return;
     // Row by row, so that a full disk is noticed early.
-    if (const auto error = file.Flush()) return StopForFile(session, error);
+    if (const auto error = file.Flush()) return StopForImage(job, error);
   }
-  services::WaitSecondsYielding(session, 1);
-  if (const auto error = file.Close()) return StopForFile(session, error);
+  services::WaitSecondsYielding(job.session, 1);
+  if (const auto error = file.Close()) return StopForImage(job, error);
 }
 
 }  // namespace
 
 void WriteRadioSoftware(TransferRun& run) {
-  Firmware& firmware = run.firmware;
-  Session& session = firmware.link.session;
-  const bool upload = session.TransferMode == services::Transfer::kRead;
-  const bool one_megabit =
-      (upload ? firmware.UploadFlashSize : firmware.image.FirmwareFlashSize) == kFlash1Mbit;
-  ClearInputBuffers(firmware.link);
-  run.view.SetProgressMaximum(ProgressMaximum(upload, one_megabit));
-  run.result.statistics.began = run.result.statistics.ended = session.clock.Now();
-  if (upload) {
-    Upload(run, ChooseRows(firmware, one_megabit));
+  const Firmware& firmware = run.firmware;
+  const bool one_megabit = run.IsUpload() ? firmware.UploadFlashSize == 1
+                                          : firmware.image.FirmwareFlashSize == FlashSize::k1Mbit;
+  ClearInputBuffers(run.job.link);
+  run.view.SetProgressMaximum(ProgressMaximum(run.IsUpload(), one_megabit));
+  run.result.statistics.began = run.result.statistics.ended = run.job.session.clock.Now();
+  if (run.IsUpload()) {
+    Upload(run, ChooseRows(run, one_megabit));
   } else {
-    Download(run, ChooseRows(firmware, one_megabit));
+    Download(run, ChooseRows(run, one_megabit));
   }
 }
 

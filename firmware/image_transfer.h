@@ -5,7 +5,8 @@
 
 namespace zep::firmware {
 
-// Writes the chosen image into the radios' flash, or the flash of one radio into the file.
+// The rows of the memory map, in either direction: writes the chosen image into the radios' flash,
+// or the flash of one radio into the file.
 //
 //   sends    bank, start address (high, low), blocks (high, low)   expects each byte back
 //   download sends 128 bytes                                       expects "."

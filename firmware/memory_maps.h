@@ -7,11 +7,17 @@
 namespace zep::firmware {
 
 inline constexpr std::int32_t kBlockSize = 128;  // bytes
-inline constexpr std::int32_t kTransferred = 1;  // the kind of row that is transferred
+
+enum class RowKind : std::int32_t {
+  kTransferred = 1,
+  // Kept as two: the tools that make the maps tell them apart.
+  kLeftOut = 2,
+  kLeftOutToo = 3,
+};
 
 struct MemoryMapEntry {
-  std::int16_t Bank = 0;          // 0 to 5
-  std::int32_t Kind = 0;          // 1 transferred; 2 and 3 not
+  std::int16_t Bank = 0;  // 0 to 5
+  RowKind Kind = RowKind::kLeftOut;
   std::int32_t StartAddress = 0;  // inside the bank
   std::int32_t EndAddress = 0;    // for information: the number of blocks decides
   std::int32_t FileOffset = 0;    // in bytes

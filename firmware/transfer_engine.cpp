@@ -13,96 +13,102 @@
 namespace zep::firmware {
 namespace {
 
+using link::Job;
 using link::kAllPorts;
-using link::Link;
 using services::Failure;
 using services::Icon;
 using services::NLSFmt;
 using services::NLSMsgBox;
 using services::NLSText;
 using services::Session;
-using services::Transfer;
-
-bool IsUpload(const TransferRun& run) {
-  return run.firmware.link.session.TransferMode == Transfer::kRead;
-}
-
-std::ptrdiff_t ActivePorts(const Link& link) {
-  return std::count(link.CommStates.begin(), link.CommStates.end(), link::PortState::kActive);
-}
 
 void NoteUsedPorts(TransferRun& run) {
-  for (const int slot : kAllPorts) {
-    if (run.firmware.link.IsActive(slot)) run.used[Link::Index(slot)] = true;
+  for (const int port : kAllPorts) {
+    if (run.job.IsActive(port)) run.Facts(port).takes_part = true;
   }
 }
 
 // False, after a word to the user, when an upload would have to read several radios.
-bool IsOneRadio(Link& link) {
-  if (ActivePorts(link) <= 1) return true;
-  NLSMsgBox(link.session,
+bool IsOneRadio(Job& job) {
+  if (ActivePorts(job.CommStates) <= 1) return true;
+  NLSMsgBox(job.session,
             "Only one radio at a time can be read, but several ports are Active. Please choose one "
             "port.",
             {.icon = Icon::kCritical});
-  link.session.SetDownloadError(Failure::kRefused);
+  job.SetDownloadError(Failure::kRefused);
   return false;
 }
 
 // An upload reads one radio, whose contents have nothing to do with any image looked at before.
 // False when the user could not be brought to choose one port.
 bool PrepareUpload(TransferRun& run) {
-  Link& link = run.firmware.link;
-  ImageFile& image = run.firmware.image;
-  image.FirmwareRadioModel = image.FirmwareMicroType = image.FirmwareFlashSize = 0;
-  image.FirmwareRadioType.clear();
-  if (CountActivePorts(link) > 1) link.windows.ShowPortSelection(link);
-  return !link.session.CancelRequested && IsOneRadio(link);
+  Job& job = run.job;
+  ChosenImage& image = run.firmware.image;
+  image = {.BinaryFilePath = image.BinaryFilePath,
+           .BinaryFileName = image.BinaryFileName,
+           .FirmwareRadioType = {},
+           .contents = {}};
+  TryPorts(job.link, job.CommStates);
+  if (ActivePorts(job.CommStates) > 1) job.link.windows.ShowPortSelection(job);
+  return !job.CancelRequested && IsOneRadio(job);
 }
 
 // The finishing step: lets the radios start their new firmware.
 void Finish(TransferRun& run) {
   constexpr std::uint8_t kEndOfLoader = 0xFF;
-  Link& link = run.firmware.link;
-  SendByteToActiveComms(link, kEndOfLoader);
-  services::WaitSeconds(link.session, 0.5);
-  SendCaretToActiveComms(link);
-  DrainOutput(link);
-  if (link.session.Stopped()) return;
-  link.session.DownloadSucceeded = true;
-  for (const int slot : kAllPorts) {
-    if (!link.IsActive(slot)) continue;
-    run.firmware.Labels(slot).outcome = NLSFmt(link.session, OutcomeText(SlotOutcome::kDone));
-    run.view.SetSlot(slot, run.firmware.Labels(slot));
-  }
-  if (!run.options.automatic_upgrade) TransferReport(link, run.view);
+  Job& job = run.job;
+  SendByteToActiveComms(job, kEndOfLoader);
+  services::WaitSeconds(job.session, 0.5);
+  SendCaretToActiveComms(job);
+  DrainOutput(job);
+  if (job.Stopped()) return;
+  job.DownloadSucceeded = true;
   run.done = true;
+  run.cancelling.emplace(job, link::Cancelling::kTooLate);
+  for (const int port : kAllPorts) {
+    if (!job.IsActive(port)) continue;
+    run.Facts(port).outcome = RadioOutcome::kDone;
+    run.view.SetPort(port, run.Facts(port));
+  }
+  if (!run.options.automatic_upgrade) TransferReport(run);
 }
 
 void FillInResult(TransferRun& run) {
-  const Link& link = run.firmware.link;
-  Session& session = link.session;
-  run.result.succeeded = session.DownloadSucceeded;
-  for (const int slot : kAllPorts) {
-    const bool done = run.done && link.IsActive(slot);
-    if (!run.used[Link::Index(slot)]) continue;
-    run.result.outcomes[Link::Index(slot)] = done ? SlotOutcome::kDone : SlotOutcome::kFailed;
+  Job& job = run.job;
+  run.result.succeeded = job.DownloadSucceeded;
+  for (const int port : kAllPorts) {
+    PortFacts& facts = run.Facts(port);
+    if (!facts.takes_part || facts.outcome == RadioOutcome::kDone) continue;
+    facts.outcome = RadioOutcome::kFailed;
     // A port that could not be opened was left out, and the others went on.
-    if (!done) session.KeepCause(Failure::kPort);
+    job.KeepCause(Failure::kPort, port);
   }
+  run.result.outcome = job.Ended(run.done);
 }
 
 }  // namespace
 
-std::string_view OutcomeText(SlotOutcome outcome) {
+std::string_view OutcomeText(RadioOutcome outcome) {
   switch (outcome) {
-    case SlotOutcome::kNotUsed:
+    case RadioOutcome::kNone:
       return {};
-    case SlotOutcome::kDone:
+    case RadioOutcome::kDone:
       return NLSText("done");
-    case SlotOutcome::kFailed:
+    case RadioOutcome::kFailed:
       break;
   }
   return NLSText("failed");
+}
+
+bool TransferResult::HasReachedRadio() const {
+  return std::ranges::any_of(
+      ports, [](const PortFacts& radio) { return radio.micro != MicroType::kUnknown; });
+}
+
+bool TransferResult::AllDone() const {
+  return succeeded && std::ranges::none_of(ports, [](const PortFacts& radio) {
+           return radio.outcome == RadioOutcome::kFailed;
+         });
 }
 
 TransferResult RunTransfer(TransferRun& run) {
@@ -112,102 +118,89 @@ TransferResult RunTransfer(TransferRun& run) {
 }
 
 bool LoadTransfer(TransferRun& run) {
-  Link& link = run.firmware.link;
-  Session& session = link.session;
-  session.ClearFlags();
-  session.DownloadSucceeded = false;
-  run.firmware.flash_devices = {};
-  run.firmware.labels = {};
-  run.firmware.micro_type.clear();
-  if (IsUpload(run) && !PrepareUpload(run)) return false;
+  Job& job = run.job;
+  const Session& session = job.session;
+  job.ClearFlags();
+  job.DownloadSucceeded = false;
+  job.TransferMode = run.direction;
+  if (run.IsUpload() && !PrepareUpload(run)) return false;
 
   run.view.ShowProgress(session.fast_processor);
   run.view.ShowCancel(false);
   run.view.ShowBootstrapHint(false);
   NoteUsedPorts(run);
-  if (!InitialiseComms(link)) return false;
+  if (!InitialiseComms(job)) return false;
   // The user may have been asked for ports only now.
-  if (IsUpload(run) && !IsOneRadio(link)) return false;
+  if (run.IsUpload() && !IsOneRadio(job)) return false;
   NoteUsedPorts(run);
-  run.view.SetCaption(IsUpload(run) ? NLSFmt(session, "Uploading Radio Firmware")
-                                    : NLSFmt(session, "Downloading Radio Firmware"));
+  run.view.SetCaption(run.IsUpload() ? NLSFmt(session, "Uploading Radio Firmware")
+                                     : NLSFmt(session, "Downloading Radio Firmware"));
+  run.cancelling.emplace(job, link::Cancelling::kAsksFirst);
   return true;
 }
 
 void WriteRadioSW(TransferRun& run) {
-  Link& link = run.firmware.link;
-  link.session.DownloadSucceeded = false;
-  SelectInputMode(link, platform::InputMode::kBinary);
-  link.others_go_on = ActivePorts(link) > 1;
-  for (const int slot : kAllPorts) UpdateStatus(run, slot);
+  Job& job = run.job;
+  job.DownloadSucceeded = false;
+  SelectInputMode(job.link, job.CommStates, platform::InputMode::kBinary);
+  job.others_go_on = ActivePorts(job.CommStates) > 1;
+  for (const int port : kAllPorts) UpdateStatus(run, port);
   UpdateLabels(run);
-  ClearInputBuffers(link);
-  if (link.session.Stopped()) return;
+  ClearInputBuffers(job.link);
+  if (job.Stopped()) return;
 
   RunBootstrap1(run);
-  if (link.session.Stopped()) return;
+  if (job.Stopped()) return;
   RunBootstrap2(run);
-  if (link.session.Stopped()) return;
+  if (job.Stopped()) return;
   WriteRadioSoftware(run);
-  if (link.session.Stopped()) return;
+  if (job.Stopped()) return;
   Finish(run);
 }
 
-void Cancel(TransferRun& run) {
-  Session& session = run.firmware.link.session;
-  if (run.done || run.asking_to_cancel || session.Stopped()) return;
-  run.asking_to_cancel = true;
-  const bool stops = AskToCancel(session);
-  run.asking_to_cancel = false;
-  if (stops) session.RequestCancel();
-}
-
 void UnloadTransfer(TransferRun& run) {
-  Link& link = run.firmware.link;
-  Session& session = link.session;
-  UpdateStatusBar(run, services::NLSText("Closing communication ports..."));
+  Job& job = run.job;
+  UpdateStatusBar(run, NLSText("Closing communication ports..."));
   if (!run.done) {
-    session.SetDownloadError(Failure::kCancelled);
+    job.SetDownloadError(Failure::kCancelled);
     DiscardUpload(run);
   }
   ShowChangedStates(run);
   FillInResult(run);
 
-  link.others_go_on = false;
-  services::WaitSecondsYielding(session, 1);
-  SelectInputMode(link, platform::InputMode::kText);
-  CloseAllComms(link);
+  job.others_go_on = false;
+  services::WaitSecondsYielding(job.session, 1);
+  SelectInputMode(job.link, job.CommStates, platform::InputMode::kText);
+  CloseAllComms(job.link);
+  run.cancelling.reset();
 }
 
 void UpdateStatusBar(TransferRun& run, std::string_view text) {
   if (text == run.status) return;
   run.status = text;
-  const Session& session = run.firmware.link.session;
+  const Session& session = run.job.session;
   run.view.ShowStatus(NLSFmt(session, "Status: ") + NLSFmt(session, text));
 }
 
-void UpdateStatus(TransferRun& run, int slot) {
-  const Link& link = run.firmware.link;
-  const link::PortState state = link.CommStates[Link::Index(slot)];
-  run.shown_states[Link::Index(slot)] = state;
-  SlotLabels& labels = run.firmware.Labels(slot);
-  labels.status = NLSFmt(link.session, PortStateText(state));
-  run.view.SetSlot(slot, labels);
+void UpdateStatus(TransferRun& run, int port) {
+  PortFacts& facts = run.Facts(port);
+  facts.state = run.job.State(port);
+  run.view.SetPort(port, facts);
 }
 
 void UpdateLabels(TransferRun& run) {
-  for (const int slot : kAllPorts) {
-    if (run.firmware.link.IsActive(slot)) continue;
-    SlotLabels& labels = run.firmware.Labels(slot);
-    labels.enabled = false;
-    run.view.SetSlot(slot, labels);
+  for (const int port : kAllPorts) {
+    if (run.job.IsActive(port)) continue;
+    run.Facts(port).left_out = true;
+    run.view.SetPort(port, run.Facts(port));
   }
 }
 
 void ShowChangedStates(TransferRun& run) {
-  const Link& link = run.firmware.link;
-  if (run.shown_states == link.CommStates) return;
-  for (const int slot : kAllPorts) UpdateStatus(run, slot);
+  const bool changed = std::ranges::any_of(
+      kAllPorts, [&run](int port) { return run.Facts(port).state != run.job.State(port); });
+  if (!changed) return;
+  for (const int port : kAllPorts) UpdateStatus(run, port);
   UpdateLabels(run);
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "firmware/transfer_report.h"
 #include "services/messages.h"
 
 namespace zep::firmware {
@@ -74,9 +75,9 @@ wxSizer* TransferPanel::MakeRows() {
     label->SetFont(label->GetFont().Bold());
     grid->Add(label);
   }
-  for (const int slot : link::kAllPorts) {
-    Row& row = rows_[link::Link::Index(slot)];
-    row = MakeRow(slot);
+  for (const int port : link::kAllPorts) {
+    Row& row = rows_[link::Link::Index(port)];
+    row = MakeRow(port);
     for (wxStaticText* label :
          {row.lblPort, row.lblDevice, row.lblMicro, row.lblFlash, row.lblStatus, row.lblOutcome}) {
       grid->Add(label, wxSizerFlags().Expand());
@@ -85,8 +86,8 @@ wxSizer* TransferPanel::MakeRows() {
   return grid;
 }
 
-TransferPanel::Row TransferPanel::MakeRow(int slot) {
-  const std::string number = std::to_string(slot);
+TransferPanel::Row TransferPanel::MakeRow(int port) {
+  const std::string number = std::to_string(port);
   const auto label = [&](const char* name, int width, long style = 0) {
     return new wxStaticText(this, wxID_ANY, "", wxDefaultPosition, {width, -1},
                             style | wxST_NO_AUTORESIZE, name + number);
@@ -99,44 +100,28 @@ TransferPanel::Row TransferPanel::MakeRow(int slot) {
           .lblMicro = label("lblMicro", width("Micro")),
           .lblFlash = label("lblFlash", width(kLongestFlash)),
           .lblStatus = label("lblStatus", WidestState(this, context_.session)),
-          .lblOutcome = label("lblOutcome", std::max(width(OutcomeText(SlotOutcome::kDone)),
-                                                     width(OutcomeText(SlotOutcome::kFailed))))};
+          .lblOutcome = label("lblOutcome", std::max(width(OutcomeText(RadioOutcome::kDone)),
+                                                     width(OutcomeText(RadioOutcome::kFailed))))};
   SetText(row.lblPort, number);
   return row;
 }
 
 void TransferPanel::Clear() {
-  wants_to_cancel_ = false;
   EnableCancel(true);
   pnlProgress->ShowText("");
   pnlProgress->SetMaximum(1);
-  for (const int slot : link::kAllPorts) {
-    const std::size_t index = link::Link::Index(slot);
+  for (const int port : link::kAllPorts) {
+    const std::size_t index = link::Link::Index(port);
     const std::string device = link_.ports[index]->Device();
     SetText(rows_[index].lblDevice, device);
     rows_[index].lblDevice->SetToolTip(ToWx(device));
-    SlotLabels labels;
-    labels.status = NLSFmt(context_.session, PortStateText(link_.CommStates[index]));
-    SetSlot(slot, labels);
-    SetText(rows_[index].lblOutcome, "");
+    PortFacts facts;
+    facts.state = link_.CommStates[index];
+    SetPort(port, facts);
   }
 }
 
-void TransferPanel::Cancel() {
-  if (!cancel_enabled_) {
-    wants_to_cancel_ = true;
-    return;
-  }
-  WindowContext::Call(on_cancel);
-  // It needs no second wish, though the ports take their time to close.
-  if (context_.session.CancelRequested) WindowContext::Call(on_cancel_enabled, false);
-}
-
-void TransferPanel::EnableCancel(bool enabled) {
-  cancel_enabled_ = enabled;
-  WindowContext::Call(on_cancel_enabled, enabled);
-  if (enabled && std::exchange(wants_to_cancel_, false)) Cancel();
-}
+void TransferPanel::EnableCancel(bool enabled) { WindowContext::Call(on_cancel_enabled, enabled); }
 
 void TransferPanel::SetCaption(const std::string& caption) {
   WindowContext::Call(on_caption, caption);
@@ -160,17 +145,18 @@ void TransferPanel::ShowBootstrapHint(bool shown) {
   lblBootstrapHint->SetLabel(shown ? hint_ : wxString());
 }
 
-void TransferPanel::SetSlot(int slot, const SlotLabels& labels) {
-  const Row& row = rows_[link::Link::Index(slot)];
-  SetText(row.lblMicro, labels.micro);
-  SetText(row.lblFlash, labels.flash);
-  SetText(row.lblStatus, labels.status);
-  if (!labels.outcome.empty()) SetText(row.lblOutcome, labels.outcome);
-  if (link_.CommStates[link::Link::Index(slot)] == link::PortState::kErrorDetected)
-    SetText(row.lblOutcome, NLSFmt(context_.session, OutcomeText(SlotOutcome::kFailed)));
+void TransferPanel::SetPort(int port, const PortFacts& facts) {
+  const services::Session& session = context_.session;
+  const bool failed = facts.state == link::PortState::kErrorDetected;
+  const Row& row = rows_[link::Link::Index(port)];
+  SetText(row.lblMicro, std::string(MicroName(facts.micro)));
+  SetText(row.lblFlash, FlashText(session, facts));
+  SetText(row.lblStatus, NLSFmt(session, PortStateText(facts.state)));
+  SetText(row.lblOutcome,
+          NLSFmt(session, OutcomeText(failed ? RadioOutcome::kFailed : facts.outcome)));
   for (wxStaticText* label :
        {row.lblPort, row.lblDevice, row.lblMicro, row.lblFlash, row.lblStatus, row.lblOutcome}) {
-    label->Enable(labels.enabled);
+    label->Enable(!facts.left_out);
   }
 }
 

@@ -1,4 +1,4 @@
-// A firmware transfer as it is watched in a window: a row for each of the four slots, what the user
+// A firmware transfer as it is watched in a window: a row for each of the four ports, what the user
 // has to do at the radios, and how far it is.
 #pragma once
 
@@ -26,12 +26,8 @@ class TransferPanel final : public wxPanel, public TransferView {
   std::function<void(const std::string& status)> on_status;  // "Status: " and the phase
   std::function<void(bool enabled)> on_cancel_enabled;       // its Cancel button
   std::function<void(bool shown)> on_cancel_shown;
-  std::function<void()> on_cancel;  // follows the user's wish to cancel
 
-  // The user's wish to cancel, from a button or the window's close. While Cancel is disabled it is
-  // kept until it is enabled again.
-  void Cancel();
-  // A new run begins: rows without what was known of earlier radios, and no wish kept.
+  // A new run begins: rows without what was known of earlier radios.
   void Clear();
   // A line above the progress bar.
   void ShowText(const std::string& text) { pnlProgress->ShowText(text); }
@@ -44,7 +40,7 @@ class TransferPanel final : public wxPanel, public TransferView {
   void EnableCancel(bool enabled) override;
   void ShowCancel(bool shown) override;
   void ShowBootstrapHint(bool shown) override;
-  void SetSlot(int slot, const SlotLabels& labels) override;
+  void SetPort(int port, const PortFacts& facts) override;
   void Repaint() override;
 
  private:
@@ -58,12 +54,10 @@ class TransferPanel final : public wxPanel, public TransferView {
   };
 
   wxSizer* MakeRows();
-  Row MakeRow(int slot);
+  Row MakeRow(int port);
 
   const services::WindowContext& context_;
   const link::Link& link_;
-  bool cancel_enabled_ = true;
-  bool wants_to_cancel_ = false;
 
   std::array<Row, link::kPortCount> rows_{};
   wxStaticText* lblBootstrapHint;

@@ -11,8 +11,8 @@ using services::NLSFmt;
 using services::NLSMsgBox;
 using services::NLSText;
 
-void ReportPort(link::Link& link, int port, std::string_view text, Icon icon) {
-  NLSMsgBox(link.session, NLSFmt(link.session, text, {std::to_string(port)}), {.icon = icon});
+void ReportPort(services::Session& session, int port, std::string_view text, Icon icon) {
+  NLSMsgBox(session, NLSFmt(session, text, {std::to_string(port)}), {.icon = icon});
 }
 
 // With one digit behind the point.
@@ -23,50 +23,51 @@ std::string Seconds(platform::Duration time) {
 
 }  // namespace
 
-void TransferReport(link::Link& link, TransferView& view) {
-  const bool download = link.session.TransferMode == services::Transfer::kProgram;
+void TransferReport(TransferRun& run) {
+  services::Session& session = run.job.session;
+  const bool download = !run.IsUpload();
   for (const int port : link::kAllPorts) {
-    if (link.State(port) == link::PortState::kActive) {
+    if (run.job.IsActive(port)) {
       ReportPort(
-          link, port,
+          session, port,
           download ? NLSText("Completed downloading firmware to radio on communication port %0:s")
                    : NLSText("Completed uploading firmware from radio on communication port %0:s"),
           Icon::kInformation);
-      if (download) view.ShowStatus(NLSFmt(link.session, "Completed writing data"));
-    } else if (link.State(port) == link::PortState::kErrorDetected) {
-      ReportPort(link, port,
+      if (download) run.view.ShowStatus(NLSFmt(session, "Completed writing data"));
+    } else if (run.job.State(port) == link::PortState::kErrorDetected) {
+      ReportPort(session, port,
                  download
                      ? NLSText("Error downloading firmware to radio on communication port %0:s")
                      : NLSText("Error uploading firmware from radio on communication port %0:s"),
                  Icon::kCritical);
-      if (download) view.ShowStatus(NLSFmt(link.session, "Error writing data"));
+      if (download) run.view.ShowStatus(NLSFmt(session, "Error writing data"));
     }
   }
 }
 
-std::vector<SlotReport> SlotReports(const Firmware& firmware, const TransferResult& result) {
-  std::vector<SlotReport> reports;
-  for (const int slot : link::kAllPorts) {
-    const std::size_t index = link::Link::Index(slot);
-    if (result.outcomes[index] == SlotOutcome::kNotUsed) continue;
-    const SlotLabels& labels = firmware.labels[index];
-    reports.push_back({.slot = slot,
-                       .device = firmware.link.ports[index]->Device(),
-                       .micro = labels.micro,
-                       .flash = labels.flash,
-                       .outcome = result.outcomes[index]});
+std::vector<PortReport> PortReports(const link::Link& link, const TransferResult& result) {
+  std::vector<PortReport> reports;
+  for (const int port : link::kAllPorts) {
+    const std::size_t index = link::Link::Index(port);
+    const PortFacts& facts = result.ports[index];
+    if (!facts.takes_part) continue;
+    reports.push_back({.port = port, .device = link.ports[index]->Device(), .facts = facts});
   }
   return reports;
 }
 
-std::string TransferReportText(const Firmware& firmware, const TransferResult& result) {
-  const services::Session& session = firmware.link.session;
+std::string FlashText(const services::Session& session, const PortFacts& facts) {
+  return facts.micro == MicroType::kUnknown ? std::string() : NLSFmt(session, facts.flash.Name);
+}
+
+std::string TransferReportText(const link::Link& link, const TransferResult& result) {
+  const services::Session& session = link.session;
   std::string text;
-  for (const SlotReport& report : SlotReports(firmware, result)) {
-    text += NLSFmt(
-        session, "Slot %0:s (%1:s): %2:s",
-        {std::to_string(report.slot), report.device, NLSFmt(session, OutcomeText(report.outcome))});
-    for (const std::string& label : {report.micro, report.flash}) {
+  for (const auto& [port, device, facts] : PortReports(link, result)) {
+    text += NLSFmt(session, "Slot %0:s (%1:s): %2:s",
+                   {std::to_string(port), device, NLSFmt(session, OutcomeText(facts.outcome))});
+    for (const std::string& label :
+         {std::string(MicroName(facts.micro)), FlashText(session, facts)}) {
       if (!label.empty()) text += ", " + label;
     }
     text += "\n";

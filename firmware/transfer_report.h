@@ -1,31 +1,32 @@
-// What became of a firmware transfer, slot by slot.
+// What became of a firmware transfer, port by port.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "firmware/firmware.h"
 #include "firmware/transfer_engine.h"
 
 namespace zep::firmware {
 
 // Tells, port by port, how a firmware transfer ended: a box for each Active and each failed port.
-void TransferReport(link::Link& link, TransferView& view);
+void TransferReport(TransferRun& run);
 
-struct SlotReport {
-  int slot = 0;
+// A port that took part and its radio.
+struct PortReport {
+  int port = 0;
   std::string device;
-  std::string micro;  // "A1" or "E1"; empty when the radio has not told it, like the next
-  std::string flash;
-  SlotOutcome outcome = SlotOutcome::kNotUsed;
+  PortFacts facts;
 };
 
-// The slots that took part, in their order. Of the last run, until the next one begins.
-std::vector<SlotReport> SlotReports(const Firmware& firmware, const TransferResult& result);
+// In the order of the ports.
+std::vector<PortReport> PortReports(const link::Link& link, const TransferResult& result);
 
-// The same as lines for the user, and how much was transferred in what time. Empty when no slot
+// The flash device as it is shown; empty for a radio that was not identified.
+std::string FlashText(const services::Session& session, const PortFacts& facts);
+
+// The same as lines for the user, and how much was transferred in what time. Empty when no port
 // took part.
-std::string TransferReportText(const Firmware& firmware, const TransferResult& result);
+std::string TransferReportText(const link::Link& link, const TransferResult& result);
 
 // Where a flash memory that was read is saved, in a sentence for the user.
 std::string SavedFlashText(const services::Session& session, const std::string& file);

@@ -4,7 +4,7 @@
 //
 // They work on Active ports, one by its number or all in port order 1 to 4, and wait for a reply by
 // looking at the port once a pass. One read takes one byte. A wait ends early, with the empty
-// result (0 or ""), when the session is stopped, when the radio is silent for 4000 ms (the time-out
+// result (0 or ""), when the job is stopped, when the radio is silent for 4000 ms (the time-out
 // has told the user then and set DownloadError), or when it sends an error reply in braces, which
 // is collected and reported. A port that fails while it is waited for becomes Error Detected.
 #pragma once
@@ -14,7 +14,7 @@
 #include <string>
 #include <string_view>
 
-#include "link/port_set.h"
+#include "link/job.h"
 
 namespace zep::link {
 
@@ -27,31 +27,31 @@ using Bytes = std::span<const std::uint8_t>;
 // Waits for a byte from the port. expected 0: any byte but 0, which is skipped; otherwise bytes
 // other than the expected one are skipped. end_on_zero: a 0 byte ends the wait. Returns the byte, 0
 // if none came.
-std::uint8_t GetByteFromSpecficComms(Link& link, int port, std::uint8_t expected,
+std::uint8_t GetByteFromSpecficComms(Job& job, int port, std::uint8_t expected,
                                      bool end_on_zero = false);
 
 // The next byte received on an Active port, without waiting; 0 if none.
-std::uint8_t GetAnyByte(Link& link, int port);
+std::uint8_t GetAnyByte(Job& job, int port);
 
 // Waits until exactly so many bytes have come from an Active port and leaves them there. Each that
 // comes starts the time-out anew. procedure: in whose name a failure of the port is reported. False
 // when the wait ended early.
-bool WaitForInputCount(Link& link, int port, std::size_t count, std::string_view procedure);
+bool WaitForInputCount(Job& job, int port, std::size_t count, std::string_view procedure);
 
 // Waits for a character from the port: any when expected is empty, otherwise others are skipped. ""
 // if none came.
-std::string GetStringFromSpecficComms(Link& link, int port, std::string_view expected);
+std::string GetStringFromSpecficComms(Job& job, int port, std::string_view expected);
 
 // The same on the first Active port; "" when there is none.
-std::string GetStringFromFirstActiveComms(Link& link, std::string_view expected);
+std::string GetStringFromFirstActiveComms(Job& job, std::string_view expected);
 
 // Waits until the expected character or an error reply came. Always true: how it went is told by
 // DownloadError, CancelRequested and RadioErrorReply, which is cleared first.
-bool WaitForChar(Link& link, std::string_view expected, int port);
+bool WaitForChar(Job& job, std::string_view expected, int port);
 
 // Sends a byte to an Active port unless DownloadError is set; with wait_for_echo, waits until it
 // comes back.
-void SendByteToSpecificComms(Link& link, std::uint8_t byte, int port, bool wait_for_echo = false);
+void SendByteToSpecificComms(Job& job, std::uint8_t byte, int port, bool wait_for_echo = false);
 
 struct SendOptions {
   bool wait = false;
@@ -62,42 +62,43 @@ struct SendOptions {
 
 // Sends a byte to every Active port; with wait or wait_too, each port must have answered with the
 // expected byte before the next one is sent to.
-void SendByteToAllComms(Link& link, std::uint8_t byte, const SendOptions& options = {});
+void SendByteToAllComms(Job& job, std::uint8_t byte, const SendOptions& options = {});
 
 // Sends a byte to every Active port without waiting.
-void SendByteToActiveComms(Link& link, std::uint8_t byte);
+void SendByteToActiveComms(Job& job, std::uint8_t byte);
 
 // Sends bytes to every open Active port, one after the other; a port's output has gone out before
 // the next one's turn. Does not give the user interface a turn.
-void SendBytesToAllComms(Link& link, Bytes bytes);
+void SendBytesToAllComms(Job& job, Bytes bytes);
 
 // The same for all ports together: the bytes are written to every port before any output is waited
 // for.
-void SendBytesToAllCommsAtOnce(Link& link, Bytes bytes);
+void SendBytesToAllCommsAtOnce(Job& job, Bytes bytes);
 
 // Sends text to one Active port, or to the first Active one.
-void SendStringToSpecificComms(Link& link, std::string_view text, int port);
-void SendStringToFirstActiveComms(Link& link, std::string_view text);
+void SendStringToSpecificComms(Job& job, std::string_view text, int port);
+void SendStringToFirstActiveComms(Job& job, std::string_view text);
 
 // Waits for the acknowledgement "." from every Active port in turn. The last byte received.
-std::uint8_t WaitForDotFromActiveComms(Link& link);
+std::uint8_t WaitForDotFromActiveComms(Job& job);
 
 // Reads a reply of text lines up to the prompt ">" and returns the data of its lines, joined. Mode
 // "List": a line is two characters, a count, the data; any other mode: an item record. A
 // corrupted one is reported as "{C02}". Silence sets DownloadError and returns what came.
-std::string ReadReplyFromComms(Link& link, int port, std::string_view mode);
+std::string ReadReplyFromComms(Job& job, int port, std::string_view mode);
 
 // The same from every Active port in turn; the last reply that is not empty.
-std::string ReadReplyFromActiveComms(Link& link, std::string_view mode);
+std::string ReadReplyFromActiveComms(Job& job, std::string_view mode);
 
 // Collects an error reply, whose "{" has been read, up to the prompt into RadioErrorReply and
 // reports it.
-void ReadRadioErrorReply(Link& link, int port);
+void ReadRadioErrorReply(Job& job, int port);
 
 void ClearInputBuffers(Link& link);
 void CloseAllComms(Link& link);
-void SaveCommStates(Link& link);
-void RestoreCommStates(Link& link);
+// Makes the job's port states the user's choice; and takes that choice again.
+void SaveCommStates(Job& job);
+void RestoreCommStates(Job& job);
 
 // Bytes of a loader that may wait on a port: enough to keep the line fed, few enough for a true
 // progress bar and for Cancel to stop the loader.
@@ -106,20 +107,20 @@ inline constexpr std::size_t kBytesAhead = 32;
 // Waits, with turns of the user interface, until at most so many bytes of a port's output, or of
 // every open Active port's, are still to go out. A port that sends nothing for 4000 ms has failed.
 // Kept above 0 while there is more to send, the line is never idle.
-void ShortenOutput(Link& link, int port, std::size_t most);
-void ShortenOutput(Link& link, std::size_t most);
+void ShortenOutput(Job& job, int port, std::size_t most);
+void ShortenOutput(Job& job, std::size_t most);
 // The same until all is on the line.
-void DrainOutput(Link& link);
+void DrainOutput(Job& job);
 
 // Tells the user that a radio does not answer and sets DownloadError.
-void ReportSilence(services::Session& session);
+void ReportSilence(Job& job);
 
 // When no port is Active any longer and DownloadError is not set yet: tells the user, sets it and
 // returns true.
-bool CheckForNoResponse(Link& link);
+bool CheckForNoResponse(Job& job);
 
 // Marks a port as failed, once. In a run that serves several radios DownloadError is taken back, as
 // long as others are left.
-void FailPort(Link& link, int port, services::Failure why);
+void FailPort(Job& job, int port, services::Failure why);
 
 }  // namespace zep::link

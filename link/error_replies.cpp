@@ -57,17 +57,18 @@ std::string_view Find(const std::array<ErrorText, kRows>& table, std::string_vie
 
 }  // namespace
 
-void RadioErrorReporter(services::Session& session) {
-  if (session.ReportRadioErrors != services::ReportErrors::kShow) return;
-  if (const std::string_view text = Find(kDatabaseErrors, session.RadioErrorReply); !text.empty()) {
-    NLSMsgBox(session, text, {.icon = Icon::kCritical, .title = NLSText("Radio reported error")});
+void RadioErrorReporter(Job& job) {
+  if (job.ReportRadioErrors != ReportErrors::kShow) return;
+  if (const std::string_view text = Find(kDatabaseErrors, job.RadioErrorReply); !text.empty()) {
+    NLSMsgBox(job.session, text,
+              {.icon = Icon::kCritical, .title = NLSText("Radio reported error")});
   }
-  session.SetDownloadError(services::Failure::kRadioError);
+  job.SetDownloadError(services::Failure::kRadioError);
 }
 
-void ReportRadioError(services::Session& session, std::string_view reply) {
-  session.RadioErrorReply = reply;
-  RadioErrorReporter(session);
+void ReportRadioError(Job& job, std::string_view reply) {
+  job.RadioErrorReply = reply;
+  RadioErrorReporter(job);
 }
 
 void FlashErrorReporter(services::Session& session, std::string_view code, int port) {

@@ -4,17 +4,17 @@
 
 #include <string_view>
 
-#include "link/port_set.h"
+#include "link/job.h"
 
 namespace zep::link {
 
 // Reports RadioErrorReply. With ReportRadioErrors at kShow a known reply is shown, and any reply
 // sets DownloadError; with kSilent nothing happens. RadioErrorReply keeps its value for the caller
 // to test.
-void RadioErrorReporter(services::Session& session);
+void RadioErrorReporter(Job& job);
 
 // Hands an error reply that the program found by itself (a wrong checksum) to the reporter.
-void ReportRadioError(services::Session& session, std::string_view reply);
+void ReportRadioError(Job& job, std::string_view reply);
 
 // Shows the flash loader's error code (one character) for the port; an unknown code shows nothing.
 // The caller marks the port.

@@ -36,13 +36,6 @@ std::string_view StateText(std::optional<PortState> state) {
   return state ? PortStateText(*state) : NLSText("Not tested");
 }
 
-// Whether the user's choice is to use the slot; a job may have marked its port meanwhile.
-bool IsChosen(const Link& link, int slot) {
-  const bool failed = link.CommStates[Link::Index(slot)] == PortState::kErrorDetected;
-  const auto& states = failed ? link.SavedCommStates : link.CommStates;
-  return states[Link::Index(slot)] == PortState::kActive;
-}
-
 int NumberOf(const Settings& settings, const char* name) {
   return settings.AppGetUserNumber(settings.OwnType(), name, -1);
 }
@@ -101,7 +94,7 @@ void frmPreferences::MakeRow(Row& row, wxSizer* grid) {
 
   row.chkSelectCommPort = MakeCheckBox(this, NLSFmt(session, "Port &%0:s", {number}),
                                        ("chkSelectCommPort" + number).c_str());
-  row.chkSelectCommPort->SetValue(IsChosen(link_, row.slot));
+  row.chkSelectCommPort->SetValue(link_.IsActive(row.slot));
   row.chkSelectCommPort->Bind(wxEVT_CHECKBOX, [this, &row](wxCommandEvent&) { ShowState(row); });
   grid->Add(row.chkSelectCommPort, middle);
 

@@ -28,11 +28,11 @@ std::string SlotText(const Session& session, int slot, const std::string& device
 }  // namespace
 
 frmSelectCommPort::frmSelectCommPort(wxWindow* parent, services::WindowContext& window_context,
-                                     Link& shown_link, const PortSelectionOptions& options)
+                                     Job& the_job, const PortSelectionOptions& options)
     : wxDialog(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize, wxDEFAULT_DIALOG_STYLE,
                "frmSelectCommPort"),
       context_(window_context),
-      link_(shown_link) {
+      job_(the_job) {
   const Session& session = context_.session;
   SetTitle(ToWx(NLSFmt(session, session.strings.Get(services::kResWindowSelectPort))));
   services::SetHelpPage(this, context_, kHelpPage);
@@ -46,15 +46,17 @@ frmSelectCommPort::frmSelectCommPort(wxWindow* parent, services::WindowContext& 
 
 wxSizer* frmSelectCommPort::MakeChoices(const PortSelectionOptions& options) {
   const Session& session = context_.session;
-  auto* rows = new wxStaticBoxSizer(wxVERTICAL, this, ToWx(SelectPortTitle(session)));
+  auto* rows =
+      new wxStaticBoxSizer(wxVERTICAL, this, ToWx(SelectPortTitle(session, job_.TransferMode)));
   fraSelect = rows->GetStaticBox();
   services::NameControl(fraSelect, "fraSelect");
   for (const int slot : kAllPorts) {
-    const PortState state = link_.State(slot);
-    AddChoice(slot, SlotText(session, slot, link_.Port(slot).Device()),
+    const PortState state = job_.State(slot);
+    AddChoice(slot, SlotText(session, slot, job_.Port(slot).Device()),
               state == PortState::kActive || state == PortState::kAvailable, rows);
   }
-  AddChoice(kAllPortsChoice, AllPortsText(session), options.takes_all_ports, rows);
+  AddChoice(kAllPortsChoice, AllPortsText(session, job_.TransferMode), options.takes_all_ports,
+            rows);
   return rows;
 }
 
@@ -71,24 +73,24 @@ void frmSelectCommPort::AddChoice(int number, const std::string& label, bool ena
 
 void frmSelectCommPort::Choose(int number) {
   if (number == kAllPortsChoice) {
-    RestoreCommStates(link_);
+    RestoreCommStates(job_);
   } else {
-    SelectPort(link_, number);
+    SelectPort(job_, number);
   }
 }
 
 void frmSelectCommPort::Run() {
-  const auto states_before = link_.CommStates;
+  const auto states_before = job_.CommStates;
   // The first Active port is chosen until the user chooses another.
-  if (const int first = FirstActivePort(link_); first != 0) {
+  if (const int first = FirstActivePort(job_.CommStates); first != 0) {
     optCommSelect[Link::Index(first)]->SetValue(true);
     optCommSelect[Link::Index(first)]->SetFocus();
     Choose(first);
   }
   services::FitToScreen(this);
   if (ShowModal() == wxID_OK) return;
-  link_.CommStates = states_before;
-  context_.session.RequestCancel();
+  job_.CommStates = states_before;
+  job_.RequestCancel();
 }
 
 }  // namespace zep::link

@@ -7,7 +7,7 @@
 #include <wx/radiobut.h>
 #include <wx/statbox.h>
 
-#include "link/port_set.h"
+#include "link/job.h"
 #include "services/window_kit_ui.h"
 
 namespace zep::link {
@@ -18,7 +18,7 @@ struct PortSelectionOptions {
 
 class frmSelectCommPort : public wxDialog {
  public:
-  frmSelectCommPort(wxWindow* parent, services::WindowContext& window_context, Link& shown_link,
+  frmSelectCommPort(wxWindow* parent, services::WindowContext& window_context, Job& the_job,
                     const PortSelectionOptions& options);
 
   // Shows the window until OK; closing it otherwise cancels the operation, and the ports are as
@@ -34,7 +34,7 @@ class frmSelectCommPort : public wxDialog {
   void Choose(int number);
 
   services::WindowContext& context_;
-  Link& link_;
+  Job& job_;
 
   wxStaticBox* fraSelect = nullptr;
   std::array<wxRadioButton*, kAllPortsChoice> optCommSelect{};  // by number, counted from 1

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "link/byte_exchange.h"
-#include "link/programming_mode.h"
+#include "link/job.h"
 #include "services/messages.h"
 
 namespace zep::link {
@@ -19,8 +19,6 @@ using services::NLSMsgBox;
 using services::NLSText;
 using services::ReportError;
 using services::Session;
-
-constexpr platform::Duration kSerialTimeOut = std::chrono::milliseconds(4000);
 
 std::string StateSetting(int port) { return "CommPort" + std::to_string(port) + "State"; }
 
@@ -77,14 +75,6 @@ std::string_view PortStateText(PortState state) {
   return {};
 }
 
-void SerialTimeOut::Enable(const Session& session) {
-  deadline_ = session.clock.Now() - session.time_in_questions + kSerialTimeOut;
-}
-
-bool SerialTimeOut::IsDue(const Session& session) const {
-  return deadline_ && session.clock.Now() - session.time_in_questions >= *deadline_;
-}
-
 Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& link_windows,
            platform::IoPorts& io)
     : session(program_session),
@@ -92,13 +82,7 @@ Link::Link(services::Session& program_session, Ports serial_ports, LinkWindows& 
       windows(link_windows),
       io_ports(io) {
   CommStates.fill(PortState::kAvailable);
-  SavedCommStates = CommStates;
   for (const int port : kAllPorts) Port(port).SetPortNumber(port);
-  session.on_turn = [this] {
-    if (!timSerialTimeOut.IsDue(session)) return;
-    timSerialTimeOut.Disable();
-    ReportSilence(session);
-  };
 }
 
 void Link::ReplacePort(int port, std::unique_ptr<platform::SerialPort> replacement) {
@@ -107,23 +91,30 @@ void Link::ReplacePort(int port, std::unique_ptr<platform::SerialPort> replaceme
   Port(port).SetPortNumber(port);
 }
 
-Link::~Link() { session.on_turn = nullptr; }
-
 PortState StateOfSettings(const Link& link, int port) {
   const services::Settings& settings = link.session.settings;
   const int value = settings.AppGetUserNumber(settings.OwnType(), StateSetting(port), 2);
   return value >= 1 && value <= 4 ? static_cast<PortState>(value) : PortState::kAvailable;
 }
 
-int CheckCommPorts(Link& link, bool read_settings) {
+int FirstActivePort(const PortStates& states) {
+  for (const int port : kAllPorts) {
+    if (states[Link::Index(port)] == PortState::kActive) return port;
+  }
+  return 0;
+}
+
+int ActivePorts(const PortStates& states) {
+  return static_cast<int>(std::ranges::count(states, PortState::kActive));
+}
+
+int TryPorts(Link& link, PortStates& states) {
   if (AnyPortOpen(link)) {
-    return static_cast<int>(kPortCount - std::count(link.CommStates.begin(), link.CommStates.end(),
-                                                    PortState::kNotAvailable));
+    return kPortCount - static_cast<int>(std::ranges::count(states, PortState::kNotAvailable));
   }
   int openable = 0;
   for (const int port : kAllPorts) {
-    PortState& state = link.State(port);
-    if (read_settings) state = StateOfSettings(link, port);
+    PortState& state = states[Link::Index(port)];
     if (!CanBeOpened(link.Port(port))) {
       state = PortState::kNotAvailable;
       continue;
@@ -134,88 +125,87 @@ int CheckCommPorts(Link& link, bool read_settings) {
   return openable;
 }
 
-int CountActivePorts(Link& link) {
-  CheckCommPorts(link, false);
-  return static_cast<int>(
-      std::count(link.CommStates.begin(), link.CommStates.end(), PortState::kActive));
-}
-
-int FirstActivePort(const Link& link) {
-  for (const int port : kAllPorts) {
-    if (link.IsActive(port)) return port;
+int CheckCommPorts(Link& link, bool read_settings) {
+  if (read_settings && !AnyPortOpen(link)) {
+    for (const int port : kAllPorts) link.State(port) = StateOfSettings(link, port);
   }
-  return 0;
+  return TryPorts(link, link.CommStates);
 }
 
-bool SelectSinglePort(Link& link) {
-  if (CountActivePorts(link) == 0) link.windows.ShowPreferences(link);
-  if (CountActivePorts(link) > 1) link.windows.ShowPortSelection(link);
-  return CountActivePorts(link) == 1;
+bool SelectSinglePort(Job& job) {
+  const auto active = [&job] {
+    TryPorts(job.link, job.CommStates);
+    return ActivePorts(job.CommStates);
+  };
+  if (active() == 0) {
+    job.link.windows.ShowPreferences(job.link);
+    RestoreCommStates(job);
+  }
+  if (active() > 1) job.link.windows.ShowPortSelection(job);
+  return active() == 1;
 }
 
-void SelectPort(Link& link, int port) {
+void SelectPort(Job& job, int port) {
   for (const int other : kAllPorts) {
-    if (other != port && link.IsActive(other)) link.State(other) = PortState::kAvailable;
+    if (other != port && job.IsActive(other)) job.State(other) = PortState::kAvailable;
   }
-  link.State(port) = PortState::kActive;
+  job.State(port) = PortState::kActive;
 }
 
 void ApplyPreferences(Link& link, const std::array<std::optional<bool>, kPortCount>& ticked) {
   services::Settings& settings = link.session.settings;
   for (const int port : kAllPorts) {
     const std::optional<bool> tick = ticked[Link::Index(port)];
-    // The choice outlasts the action in which it was asked for.
-    if (tick) {
-      link.State(port) = *tick ? PortState::kActive : PortState::kAvailable;
-      link.SavedCommStates[Link::Index(port)] = link.State(port);
-    }
+    if (tick) link.State(port) = *tick ? PortState::kActive : PortState::kAvailable;
     settings.AppSaveUserSetting(settings.OwnType(), StateSetting(port),
                                 std::to_string(static_cast<std::int32_t>(link.State(port))));
   }
 }
 
-bool InitialiseComms(Link& link) {
-  if (FirstActivePort(link) == 0) link.windows.ShowPreferences(link);
+bool InitialiseComms(Job& job) {
+  if (FirstActivePort(job.CommStates) == 0) {
+    job.link.windows.ShowPreferences(job.link);
+    RestoreCommStates(job);
+  }
   bool last_is_open = false;
   for (const int number : kAllPorts) {
-    if (!link.IsActive(number)) continue;
-    platform::SerialPort& port = link.Port(number);
+    if (!job.IsActive(number)) continue;
+    platform::SerialPort& port = job.Port(number);
     if (const SystemError error = port.Open()) {
-      ReportError(link.session, error, "InitialiseComms", number);
-      link.State(number) = PortState::kNotAvailable;
+      ReportError(job.session, error, "InitialiseComms", number);
+      job.State(number) = PortState::kNotAvailable;
     }
     last_is_open = port.IsOpen();
     port.ClearInput();
     port.ClearOutput();
   }
-  if (!last_is_open) link.session.KeepCause(Failure::kPort);
+  if (!last_is_open) job.KeepCause(Failure::kPort);
   return last_is_open;
 }
 
-void SelectBaudRate(Link& link, std::int32_t baud) {
-  ClearInputBuffers(link);
-  if (link.session.high_speed) {
-    SetCardBaudRate(link.io_ports, baud);
+void SelectBaudRate(Job& job, std::int32_t baud) {
+  ClearInputBuffers(job.link);
+  if (job.session.high_speed) {
+    SetCardBaudRate(job.link.io_ports, baud);
     return;
   }
   if (baud != 1200 && baud != 9600) {
-    NLSMsgBox(link.session,
-              NLSFmt(link.session, "Baud rate: %0:s not valid", {std::to_string(baud)}),
+    NLSMsgBox(job.session, NLSFmt(job.session, "Baud rate: %0:s not valid", {std::to_string(baud)}),
               {.icon = Icon::kCritical});
     return;
   }
-  DrainOutput(link);
+  DrainOutput(job);
   for (const int number : kAllPorts) {
-    if (!link.IsActive(number)) continue;
-    if (const SystemError error = link.Port(number).SetSettings(std::to_string(baud) + ",n,8,1")) {
-      ReportError(link.session, error, "SelectBaudRate", number);
-      FailPort(link, number, Failure::kPort);
+    if (!job.IsActive(number)) continue;
+    if (const SystemError error = job.Port(number).SetSettings(std::to_string(baud) + ",n,8,1")) {
+      ReportError(job.session, error, "SelectBaudRate", number);
+      FailPort(job, number, Failure::kPort);
     }
   }
 }
 
-void SelectInputMode(Link& link, platform::InputMode mode) {
-  const int port = FirstActivePort(link);
+void SelectInputMode(Link& link, const PortStates& states, platform::InputMode mode) {
+  const int port = FirstActivePort(states);
   if (port == 0) return;
   if (link.Port(port).InputCount() > 0) link.Port(port).ClearInput();
   link.Port(port).SetInputMode(mode);
@@ -230,19 +220,6 @@ void InitHighSpeedCard(Link& link) {
     link.Port(port).SetPortNumber(
         settings.AppGetUserNumber(settings.OwnType(), "Port" + std::to_string(port), port + 2));
   }
-}
-
-Job::Job(Link& link) : link_(link) {
-  link_.session.ClearFlags();
-  SaveCommStates(link_);
-}
-
-Job::~Job() {
-  link_.timSerialTimeOut.Disable();
-  link_.others_go_on = false;
-  ReleaseFromProgMode(link_);
-  CloseAllComms(link_);
-  RestoreCommStates(link_);
 }
 
 }  // namespace zep::link

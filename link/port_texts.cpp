@@ -15,8 +15,6 @@ using services::Session;
 
 constexpr std::string_view kBetweenDeviceAndAdapter = " - ";
 
-bool Reads(const Session& session) { return session.TransferMode == services::Transfer::kRead; }
-
 }  // namespace
 
 std::string_view DeviceStateText(SerialDeviceState state) {
@@ -74,13 +72,15 @@ std::vector<SerialDeviceInfo> SimulatedRadios(const Session& session) {
   return radios;
 }
 
-std::string SelectPortTitle(const Session& session) {
-  return NLSFmt(
-      session, Reads(session) ? NLSText("Select Port to Read") : NLSText("Select Port to Program"));
+std::string SelectPortTitle(const Session& session, Transfer direction) {
+  const bool reads = direction == Transfer::kRead;
+  return NLSFmt(session,
+                reads ? NLSText("Select Port to Read") : NLSText("Select Port to Program"));
 }
 
-std::string AllPortsText(const Session& session) {
-  return NLSFmt(session, Reads(session) ? NLSText("Read all ports") : NLSText("Program all ports"));
+std::string AllPortsText(const Session& session, Transfer direction) {
+  const bool reads = direction == Transfer::kRead;
+  return NLSFmt(session, reads ? NLSText("Read all ports") : NLSText("Program all ports"));
 }
 
 }  // namespace zep::link

@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "link/job.h"
 #include "platform/serial_list.h"
 #include "platform/system_error.h"
 #include "services/session.h"
@@ -34,9 +35,8 @@ std::string DeviceOfText(std::string_view text,
 // The simulated radios that are offered beside the devices of this computer.
 std::vector<platform::SerialDeviceInfo> SimulatedRadios(const services::Session& session);
 
-// What the user is asked when a job needs one of several ports, and the choice to take them all;
-// both by the way that the data goes.
-std::string SelectPortTitle(const services::Session& session);
-std::string AllPortsText(const services::Session& session);
+// What the user is asked when a job needs one of several ports, and the choice to take them all.
+std::string SelectPortTitle(const services::Session& session, Transfer direction);
+std::string AllPortsText(const services::Session& session, Transfer direction);
 
 }  // namespace zep::link

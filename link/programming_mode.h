@@ -1,7 +1,7 @@
 // Getting a radio to listen: the handshake that asks its running software into programming mode.
 #pragma once
 
-#include "link/port_set.h"
+#include "link/job.h"
 
 namespace zep::link {
 
@@ -12,13 +12,13 @@ namespace zep::link {
 //
 // Ends at the first port that does not answer. An error reply is kept in RadioErrorReply; callers
 // set ReportRadioErrors to kSilent before and decide by it afterwards.
-void PutActiveCommsInProgMode(Link& link);
+void PutActiveCommsInProgMode(Job& job);
 
 // Sends "^" to every Active port and waits for nothing: the end of an exchange.
-void SendCaretToActiveComms(Link& link);
+void SendCaretToActiveComms(Job& job);
 
 // Sends "^" to every port that was asked into programming mode and not released yet, failed ones
 // included.
-void ReleaseFromProgMode(Link& link);
+void ReleaseFromProgMode(Job& job);
 
 }  // namespace zep::link

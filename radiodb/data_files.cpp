@@ -58,18 +58,18 @@ std::vector<std::string> Header(const Session& session, std::vector<std::string>
   return lines;
 }
 
-bool UserSaysYes(Session& session, std::string_view question) {
+bool UserSaysYes(link::Job& job, std::string_view question) {
   const services::Answer answer =
-      NLSMsgBox(session, question,
+      NLSMsgBox(job.session, question,
                 {.icon = Icon::kQuestion, .buttons = services::Buttons::kYesNo, .cautious = true});
   if (answer == services::Answer::kYes) return true;
-  session.RequestCancel(Failure::kRefused);
+  job.RequestCancel(Failure::kRefused);
   return false;
 }
 
 // The user's choice; empty when there was none.
 std::string ChooseDataFile(const RadioDb& db) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   const bool several = db.number_of_networks > 1;
   const std::optional<std::string> file = session.user.AskSaveFile(
       {.title = NLSFmt(session, several ? NLSText("Select Multiple Network Data File to save to")
@@ -82,24 +82,24 @@ std::string ChooseDataFile(const RadioDb& db) {
 }
 
 bool ChooseFileWithUser(RadioDb& db) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   const std::string file = ChooseDataFile(db);
   if (file.empty()) {
-    session.RequestCancel();
+    db.job.RequestCancel();
     return false;
   }
   SaveDefaultDataFilePath(session, file);
-  if (platform::FileExists(file) && !UserSaysYes(session, NLSText("File exists overwrite?")))
+  if (platform::FileExists(file) && !UserSaysYes(db.job, NLSText("File exists overwrite?")))
     return false;
   db.data_file = file;
   return true;
 }
 
 // The full name in a folder that is made when missing; empty when that is not possible.
-std::string PathInFolder(Session& session, const std::string& folder, const std::string& name) {
+std::string PathInFolder(link::Job& job, const std::string& folder, const std::string& name) {
   if (const platform::SystemError error = platform::MakeFolders(folder)) {
-    ReportError(session, error, "MakeFolders");
-    session.RequestCancel(Failure::kFile);
+    ReportError(job.session, error, "MakeFolders");
+    job.RequestCancel(Failure::kFile);
     return {};
   }
   return services::AppMakePath(folder, name);
@@ -112,29 +112,28 @@ bool MayMake(const RadioDb& db, const std::string& path, std::string_view questi
       db.files_in_use, [&](const std::string& file) { return platform::IsSameFile(file, path); });
   if (is_in_use) {
     return Refuse(
-        db.link.session,
-        NLSFmt(db.link.session,
+        db.job,
+        NLSFmt(db.job.session,
                "An upgrade that is running uses %0:s. Please wait until it has ended.", {path}),
         Failure::kRefused);
   }
-  return db.overwrite_allowed || !platform::FileExists(path) ||
-         UserSaysYes(db.link.session, question);
+  return db.overwrite_allowed || !platform::FileExists(path) || UserSaysYes(db.job, question);
 }
 
 bool ChooseDefaultDatabase(RadioDb& db) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   db.data_file = PathInFolder(
-      session, db.database_folder.empty() ? DatabaseFolder(session) : db.database_folder,
+      db.job, db.database_folder.empty() ? DatabaseFolder(session) : db.database_folder,
       DefaultDatabaseName(session, db.identity));
   return MayMake(db, db.data_file, NLSText("Database file for this radio exists, overwrite?"));
 }
 
 bool ChooseDefaultCalibration(RadioDb& db) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   db.calibration_file = db.chosen_calibration_file;
   if (db.calibration_file.empty()) {
     db.calibration_file = PathInFolder(
-        session, db.calibration_folder.empty() ? CalibrationFolder(session) : db.calibration_folder,
+        db.job, db.calibration_folder.empty() ? CalibrationFolder(session) : db.calibration_folder,
         DefaultCalibrationName(session, db.identity));
   }
   return MayMake(db, db.calibration_file,
@@ -148,27 +147,28 @@ bool ChooseFiles(RadioDb& db) {
   return !WritesCalibration(db.transfer_kind) || ChooseDefaultCalibration(db);
 }
 
-bool TellOfFile(Session& session, const platform::SystemError& error, std::string_view procedure) {
-  ReportError(session, error, procedure);
-  session.RequestCancel(Failure::kFile);
+bool TellOfFile(link::Job& job, const platform::SystemError& error, std::string_view procedure) {
+  ReportError(job.session, error, procedure);
+  job.RequestCancel(Failure::kFile);
   return false;
 }
 
-bool Begin(Session& session, FileToMake& file, const std::string& path,
+bool Begin(link::Job& job, FileToMake& file, const std::string& path,
            const std::vector<std::string>& header, const std::optional<Record>& identity_record) {
   file.data = DataFile(path, header);
   if (identity_record) file.data.Add(*identity_record);
   const platform::SystemError error = file.out.Open(path);
-  return !error || TellOfFile(session, error, "OpenReadFiles");
+  return !error || TellOfFile(job, error, "OpenReadFiles");
 }
 
 // Writes the file; nothing where there is none. What is to be told when it is not complete goes
 // into incomplete. False when it could not be stored.
-bool End(Session& session, FileToMake& file, bool complete, std::string& incomplete) {
+bool End(link::Job& job, FileToMake& file, bool complete, std::string& incomplete) {
   if (!file.out.IsOpen()) return true;
+  const Session& session = job.session;
   const tl::expected<std::string, services::Problem> former =
       WriteDataFile(file.data, file.out, "EndReadFiles");
-  if (!former) return TellOfFile(session, former.error().error, former.error().procedure);
+  if (!former) return TellOfFile(job, former.error().error, former.error().procedure);
   if (complete) return true;
   if (!incomplete.empty()) incomplete += "\n";
   incomplete += NLSFmt(session,
@@ -186,16 +186,16 @@ std::string TypeText(const Session& session, int type) {
   return NLSFmt(session, type == 3 ? NLSText("Conventional II") : ReturnTypeStringFromEnum(type));
 }
 
-bool RefuseAsCorrupt(Session& session, const std::string& reason) {
-  return Refuse(session, NLSFmt(session, "Data file is corrupt.") + "\n" + reason, Failure::kFile);
+bool RefuseAsCorrupt(link::Job& job, const std::string& reason) {
+  return Refuse(job, NLSFmt(job.session, "Data file is corrupt.") + "\n" + reason, Failure::kFile);
 }
 
 bool CheckModel(const RadioDb& db, const FileIdentity& file) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   const int type = file.type_digit - '0';
   if (type != static_cast<int>(db.identity.type)) {
     return Refuse(
-        session,
+        db.job,
         NLSFmt(session, "Can not program a %0:s file into a %1:s radio.",
                {TypeText(session, type), TypeText(session, static_cast<int>(db.identity.type))}),
         Failure::kRefused);
@@ -203,7 +203,7 @@ bool CheckModel(const RadioDb& db, const FileIdentity& file) {
   const int tier = LookUpRadioModel(session, file.model_code).value_or(RadioModel{}).tier;
   if (tier == db.identity.tier) return true;
   return Refuse(
-      session,
+      db.job,
       NLSFmt(session, "Can not program a %0:s as a %1:s",
              {AppGetRadioModel(session, tier), AppGetRadioModel(session, db.identity.tier)}),
       Failure::kRefused);
@@ -211,11 +211,11 @@ bool CheckModel(const RadioDb& db, const FileIdentity& file) {
 
 // A calibration file is for calibration transfers; it knows no database version.
 bool CheckVersion(const RadioDb& db, const DataFile& file, const FileIdentity& identity) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   if (identity.is_calibration) {
     if (db.transfer_kind == TransferKind::kCalibration) return true;
     return Refuse(
-        session,
+        db.job,
         NLSFmt(session, "%0:s is a calibration file. Please choose a data file of the radio.",
                {file.Path()}),
         Failure::kRefused);
@@ -223,13 +223,14 @@ bool CheckVersion(const RadioDb& db, const DataFile& file, const FileIdentity& i
   if (VersionNumber(identity.database_version) == VersionNumber(db.identity.database_version))
     return true;
   return Refuse(
-      session,
+      db.job,
       NLSFmt(session, "Database versions incompatible. Please use the Programming Application"),
       Failure::kRefused);
 }
 
 // A radio that refuses a record in the middle of its database would be left half programmed.
-bool CheckRecords(Session& session, const DataFile& file) {
+bool CheckRecords(link::Job& job, const DataFile& file) {
+  Session& session = job.session;
   const std::vector<Finding> findings = file.Findings();
   if (findings.empty()) return true;
   std::string text = NLSFmt(
@@ -237,7 +238,7 @@ bool CheckRecords(Session& session, const DataFile& file) {
   text += "\n" + NLSFmt(session, FindingText(findings.front()));
   if (const std::size_t more = findings.size() - 1; more > 0)
     text += "\n" + NLSFmt(session, "Faults besides this one: %0:s.", {std::to_string(more)});
-  return Refuse(session, text, Failure::kFile);
+  return Refuse(job, text, Failure::kFile);
 }
 
 }  // namespace
@@ -287,47 +288,46 @@ std::vector<std::string> DatabaseHeader(const Session& session, int networks) {
 std::vector<std::string> CalibrationHeader(const Session& session) { return Header(session, {}); }
 
 bool OpenReadFiles(RadioDb& db, ReadFiles& files) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   if (!ChooseFiles(db)) return false;
   if (WritesDatabase(db.transfer_kind) &&
-      !Begin(session, files.database, db.data_file, DatabaseHeader(session, db.number_of_networks),
+      !Begin(db.job, files.database, db.data_file, DatabaseHeader(session, db.number_of_networks),
              DatabaseIdentityRecord(db.identity))) {
     return false;
   }
   return !WritesCalibration(db.transfer_kind) ||
-         Begin(session, files.calibration, db.calibration_file, CalibrationHeader(session),
+         Begin(db.job, files.calibration, db.calibration_file, CalibrationHeader(session),
                CalibrationIdentityRecord(db.identity));
 }
 
 bool EndReadFiles(RadioDb& db, ReadFiles& files, bool complete) {
-  Session& session = db.link.session;
   std::string incomplete;
-  const bool database = End(session, files.database, complete, incomplete);
-  const bool calibration = End(session, files.calibration, complete, incomplete);
-  if (!incomplete.empty()) NLSMsgBox(session, incomplete, {.icon = Icon::kCritical});
+  const bool database = End(db.job, files.database, complete, incomplete);
+  const bool calibration = End(db.job, files.calibration, complete, incomplete);
+  if (!incomplete.empty()) NLSMsgBox(db.job.session, incomplete, {.icon = Icon::kCritical});
   db.data = std::move(files.database.data);
   db.calibration = std::move(files.calibration.data);
   return complete && database && calibration;
 }
 
 bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   if (file.Size() < kSmallestDataFile) {
     return RefuseAsCorrupt(
-        session, NLSFmt(session, "%0:s is too short for a data file. Please choose another file.",
-                        {file.Path()}));
+        db.job, NLSFmt(session, "%0:s is too short for a data file. Please choose another file.",
+                       {file.Path()}));
   }
   const std::optional<FileIdentity>& identity = file.Identity();
   if (!identity || identity->type_digit < '0' || identity->type_digit > '9') {
     return RefuseAsCorrupt(
-        session,
+        db.job,
         NLSFmt(session,
                "%0:s holds no identity record (item 00) that can be read. Please choose another "
                "file.",
                {file.Path()}));
   }
   return CheckModel(db, *identity) && CheckVersion(db, file, *identity) &&
-         CheckRecords(session, file);
+         CheckRecords(db.job, file);
 }
 
 void TellOfSavedFile(Session& session, const std::string& file, std::string_view further) {

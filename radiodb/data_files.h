@@ -66,7 +66,7 @@ bool OpenReadFiles(RadioDb& db, ReadFiles& files);
 bool EndReadFiles(RadioDb& db, ReadFiles& files, bool complete);
 
 // The checks before programming, in their order; the first that fails is shown. False, with
-// session.failure set, when the file must not be programmed.
+// the cause kept in the job, when the file must not be programmed.
 bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file);
 
 // Tells the user where the data of a radio is that could not be written back, and what further

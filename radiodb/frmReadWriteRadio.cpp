@@ -20,15 +20,14 @@ int DataFileFilter(const RadioIdentity& identity) {
   return may_be_several ? services::kResAnyDataFileFilter : services::kResDataFileFilter;
 }
 
-std::optional<std::string> ChooseFileToProgram(RadioDb& db) {
-  Session& session = db.link.session;
+std::optional<std::string> ChooseFileToProgram(Session& session, LastRadio& radio) {
   std::optional<std::string> file = session.user.AskOpenFile(
       {.title = NLSFmt(session, "Select Data File"),
-       .filter = NLSFmt(session, session.strings.Get(DataFileFilter(db.identity))),
+       .filter = NLSFmt(session, session.strings.Get(DataFileFilter(radio.identity))),
        .folder = DefaultDataFilePath(session),
-       .name = services::FileTitleOf(db.data_file)});
+       .name = services::FileTitleOf(radio.data_file)});
   if (!file) return file;
-  db.data_file = *file;
+  radio.data_file = *file;
   SaveDefaultDataFilePath(session, *file);
   return file;
 }
@@ -55,12 +54,12 @@ frmReadWriteRadio::frmReadWriteRadio(wxWindow* parent, services::WindowContext& 
   services::FitToScreen(this);
 
   Bind(wxEVT_CLOSE_WINDOW, [this](wxCloseEvent& event) {
-    if (!event.CanVeto()) {
-      Stop();
-      return;
+    if (event.CanVeto()) {
+      event.Veto();
+      Cancel();
+    } else {
+      context_.session.jobs.Stop();
     }
-    event.Veto();
-    AskAndStop();
   });
   Bind(wxEVT_INIT_DIALOG, [this](wxInitDialogEvent& event) {
     event.Skip();
@@ -68,40 +67,22 @@ frmReadWriteRadio::frmReadWriteRadio(wxWindow* parent, services::WindowContext& 
   });
 }
 
-bool frmReadWriteRadio::Run(const std::function<bool(ReadWriteView&)>& job) {
-  const services::JobControl::Scope scope(context_.job, [this] { Cancel(); });
+services::Outcome frmReadWriteRadio::Run(
+    const std::function<services::Outcome(ReadWriteView&)>& job) {
   job_ = job;
-  succeeded_ = false;
   ShowModal();
   services::WindowContext::Call(context_.show_status, std::string());
-  return succeeded_;
+  return outcome_;
 }
 
 void frmReadWriteRadio::RunJob() {
-  succeeded_ = job_(*this);
+  outcome_ = job_(*this);
   EndModal(wxID_OK);
 }
 
-// Half a database in the radio is worse than half a file on the disk.
 void frmReadWriteRadio::Cancel() {
-  if (context_.session.TransferMode == services::Transfer::kProgram) {
-    AskAndStop();
-  } else {
-    Stop();
-  }
-}
-
-void frmReadWriteRadio::AskAndStop() {
-  if (asking_ || context_.session.Stopped()) return;
-  asking_ = true;
-  const bool stops = AskToCancel(context_.session);
-  asking_ = false;
-  if (stops) Stop();
-}
-
-void frmReadWriteRadio::Stop() {
-  context_.session.RequestCancel();
-  cmdCancel->Disable();
+  context_.session.jobs.Cancel();
+  if (context_.session.jobs.IsStopping()) cmdCancel->Disable();
 }
 
 void frmReadWriteRadio::SetCaption(const std::string& caption) {
@@ -118,22 +99,24 @@ void frmReadWriteRadio::SetProgressMaximum(int maximum) { pnlProgress->SetMaximu
 
 void frmReadWriteRadio::SetProgress(int value) { pnlProgress->SetValue(value); }
 
-void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db) {
-  if (context.job.IsRunning()) return;
-  bool done = false;
+void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, link::Link& link,
+                         LastRadio& radio) {
+  if (context.session.jobs.IsRunning()) return;
+  std::string done;
   {
-    const link::Job job(db.link);
-    db.transfer_kind = TransferKind::kChosenFile;
+    link::Job job(link);
+    RadioDb db(job, radio);
     frmReadWriteRadio window(parent, context);
-    done = window.Run([&db](ReadWriteView& view) { return ReadRadio(db, view); });
+    if (window.Run([&db](ReadWriteView& view) { return ReadRadio(db, view); }).Done())
+      done = SavedText(db, db.data_file);
   }
-  if (!done) return;
-  NLSMsgBox(context.session, SavedText(db, db.data_file));
+  if (!done.empty()) NLSMsgBox(context.session, done);
 }
 
-void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db) {
-  if (context.job.IsRunning()) return;
-  const std::optional<std::string> path = ChooseFileToProgram(db);
+void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, link::Link& link,
+                            LastRadio& radio) {
+  if (context.session.jobs.IsRunning()) return;
+  const std::optional<std::string> path = ChooseFileToProgram(context.session, radio);
   if (!path) return;
   // A file that cannot be read is no reason to trouble a radio.
   const tl::expected<DataFile, services::Problem> file = ReadDataFile(*path);
@@ -141,15 +124,16 @@ void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, 
     Refuse(context.session, file.error());
     return;
   }
-  bool done = false;
+  std::string done;
   {
-    const link::Job job(db.link);
+    link::Job job(link);
+    RadioDb db(job, radio);
     db.transfer_kind = TransferKindOf(*file);
     frmReadWriteRadio window(parent, context);
-    done = window.Run([&](ReadWriteView& view) { return ProgramRadio(db, view, *file); });
+    if (window.Run([&](ReadWriteView& view) { return ProgramRadio(db, view, *file); }).Done())
+      done = ProgrammedText(db, *path);
   }
-  if (!done) return;
-  NLSMsgBox(context.session, ProgrammedText(db, *path));
+  if (!done.empty()) NLSMsgBox(context.session, done);
 }
 
 }  // namespace zep::radiodb

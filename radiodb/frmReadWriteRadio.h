@@ -19,9 +19,9 @@ class frmReadWriteRadio : public wxDialog, public ReadWriteView {
  public:
   frmReadWriteRadio(wxWindow* parent, services::WindowContext& window_context);
 
-  // Shows the window, runs the job in it, closes it and returns what the job returned. Cancel and
-  // closing the window, which asks first, stop the session. The caller makes the link::Job.
-  bool Run(const std::function<bool(ReadWriteView&)>& job);
+  // Shows the window, runs a step of the caller's job in it, closes it and returns how the step
+  // ended. Cancel and closing the window cancel the job.
+  services::Outcome Run(const std::function<services::Outcome(ReadWriteView&)>& job);
 
   void SetCaption(const std::string& caption) override;
   void ShowStatus(const std::string& status) override;
@@ -30,15 +30,11 @@ class frmReadWriteRadio : public wxDialog, public ReadWriteView {
 
  private:
   void RunJob();
-  // The Cancel button: reading stops at once; before programming stops the user is asked.
   void Cancel();
-  void AskAndStop();
-  void Stop();
 
   services::WindowContext& context_;
-  std::function<bool(ReadWriteView&)> job_;
-  bool succeeded_ = false;
-  bool asking_ = false;
+  std::function<services::Outcome(ReadWriteView&)> job_;
+  services::Outcome outcome_;
 
   services::ProgressPanel* pnlProgress;
   wxButton* cmdCancel;
@@ -46,10 +42,12 @@ class frmReadWriteRadio : public wxDialog, public ReadWriteView {
 
 // The menu entry "Read": reads a radio into a data file that the user chooses, and tells where the
 // data is. Does nothing while a job runs.
-void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db);
+void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, link::Link& link,
+                         LastRadio& radio);
 
 // The menu entry "Program": has the user choose a data file or a calibration file, programs the
 // radio with it and tells so. Does nothing while a job runs.
-void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db);
+void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, link::Link& link,
+                            LastRadio& radio);
 
 }  // namespace zep::radiodb

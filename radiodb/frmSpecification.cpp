@@ -31,9 +31,10 @@ constexpr std::string_view kFailed = NLSText(
 }  // namespace
 
 frmSpecification::frmSpecification(wxWindow* parent, services::WindowContext& window_context,
-                                   RadioDb& radio_db)
+                                   link::Link& program_link, LastRadio& last_radio)
     : TaskWindow(parent, window_context, "frmSpecification", "specification.htm"),
-      db_(radio_db),
+      link_(program_link),
+      radio_(last_radio),
       grid_(services::LabelGrid(this)) {
   const services::Session& session = context.session;
   for (const char* name : kValueLabels) {
@@ -64,7 +65,7 @@ frmSpecification::frmSpecification(wxWindow* parent, services::WindowContext& wi
 }
 
 void frmSpecification::FillInTheData() {
-  const std::vector<IdentityRow> rows = IdentityRows(context.session, db_.identity);
+  const std::vector<IdentityRow> rows = IdentityRows(context.session, radio_.identity);
   for (std::size_t at = 0; at < lines_.size(); ++at) {
     const bool has_row = at < rows.size();
     lines_[at].name->Show(has_row);
@@ -80,31 +81,29 @@ void frmSpecification::FillInTheData() {
 }
 
 void frmSpecification::ReadTheRadio() {
-  if (context.job.IsRunning()) return;
+  if (context.session.jobs.IsRunning()) return;
   // Whatever comes, what was known is not of the radio that is connected now.
-  db_.identity = {};
+  radio_.identity = {};
   FillInTheData();
   ShowStatus(NLSText("Reading Radio"));
   cmdCancel->SetFocus();
   cmdReadRadio->Disable();
-  bool done = false;
+  services::Outcome outcome;
   {
-    const services::JobControl::Scope scope(context.job,
-                                            [this] { context.session.RequestCancel(); });
-    const link::Job job(db_.link);
-    done = ReadSpecification(db_);
+    link::Job job(link_);
+    RadioDb db(job, radio_);
+    outcome = ReadSpecification(db);
   }
-  if (!done) db_.identity = {};
+  if (!outcome.Done()) radio_.identity = {};
   cmdReadRadio->Enable();
   cmdReadRadio->SetFocus();
   FillInTheData();
-  const bool was_cancelled = context.session.failure == services::Failure::kCancelled;
-  ShowStatus(done ? "" : was_cancelled ? kNotRead : kFailed);
+  ShowStatus(outcome.Done() ? "" : outcome.WasCancelled() ? kNotRead : kFailed);
 }
 
 void frmSpecification::Copy() {
   std::string text;
-  for (const IdentityRow& row : IdentityRows(context.session, db_.identity))
+  for (const IdentityRow& row : IdentityRows(context.session, radio_.identity))
     text += row.name + ": " + row.value + "\n";
   if (!services::CopyText(text)) ShowStatus(NLSText("The clipboard cannot be used."));
 }

@@ -15,7 +15,8 @@ namespace zep::radiodb {
 
 class frmSpecification : public services::TaskWindow {
  public:
-  frmSpecification(wxWindow* parent, services::WindowContext& window_context, RadioDb& radio_db);
+  frmSpecification(wxWindow* parent, services::WindowContext& window_context,
+                   link::Link& program_link, LastRadio& last_radio);
 
  private:
   struct Line {
@@ -26,12 +27,13 @@ class frmSpecification : public services::TaskWindow {
   // Shows the radio read last; dashes when there is none.
   void FillInTheData();
   // The identity was read to its end.
-  bool IsRead() const { return !db_.identity.serial_number.empty(); }
+  bool IsRead() const { return !radio_.identity.serial_number.empty(); }
   void ReadTheRadio();
   void Copy();
   void ShowStatus(std::string_view text);
 
-  RadioDb& db_;
+  link::Link& link_;
+  LastRadio& radio_;
   std::vector<Line> lines_;  // one for each field that a radio may have
   wxFlexGridSizer* grid_;
   wxStaticText* lblStatus;

@@ -60,7 +60,7 @@ bool HasSeveralNetworks(const RadioDb& db) {
 }
 
 std::string NetworkStatus(const RadioDb& db, std::string_view text) {
-  return NLSFmt(db.link.session, text,
+  return NLSFmt(db.job.session, text,
                 {std::to_string(db.current_network), std::to_string(db.number_of_networks)});
 }
 
@@ -70,9 +70,9 @@ void LeaveForLastNetwork(RadioDb& db, std::string_view item, ReadFiles& files) {
 }
 
 // Receives characters until the buffer holds length of them. False when they did not come.
-bool ReceiveUpTo(link::Link& link, std::string& buffer, std::size_t length) {
+bool ReceiveUpTo(link::Job& job, std::string& buffer, std::size_t length) {
   while (buffer.size() < length) {
-    const std::string character = ReceiveCharacter(link);
+    const std::string character = ReceiveCharacter(job);
     if (character.empty()) return false;
     buffer += character;
   }
@@ -82,16 +82,16 @@ bool ReceiveUpTo(link::Link& link, std::string& buffer, std::size_t length) {
 // Receives a record whose first character has come, with its carriage return. Nothing when it did
 // not come whole.
 std::optional<std::string> ReceiveRecord(RadioDb& db, ReadWriteView& view, std::string record) {
-  Session& session = db.link.session;
-  if (!ReceiveUpTo(db.link, record, link::kRecordHeader)) return std::nullopt;
+  Session& session = db.job.session;
+  if (!ReceiveUpTo(db.job, record, link::kRecordHeader)) return std::nullopt;
   UpdateStatusBar(session, view,
                   db.number_of_networks > 1
                       ? NetworkStatus(db, NLSText("Reading Radio database %0:s of %1:s"))
                       : NLSFmt(session, "Reading Items"));
-  if (!ReceiveUpTo(db.link, record, link::RecordLength(record))) return std::nullopt;
+  if (!ReceiveUpTo(db.job, record, link::RecordLength(record))) return std::nullopt;
   // A corrupted record is kept all the same.
-  if (!Record::ParseReply(record)) link::ReportRadioError(session, "{C02}");
-  ReceiveCharacter(db.link, kCarriageReturn);
+  if (!Record::ParseReply(record)) link::ReportRadioError(db.job, "{C02}");
+  ReceiveCharacter(db.job, kCarriageReturn);
   return record;
 }
 
@@ -109,39 +109,39 @@ void StoreRecord(const RadioDb& db, const std::string& record, ReadFiles& files)
 
 // Receives the records of an item and writes them to the files. False when it ended early.
 bool ReadItem(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
-  std::string first = ReceiveCharacter(db.link);
+  std::string first = ReceiveCharacter(db.job);
   while (first != kPrompt) {
     const std::optional<std::string> record = ReceiveRecord(db, view, first);
     if (!record) return false;
     StoreRecord(db, *record, files);
-    first = ReceiveCharacter(db.link);
+    first = ReceiveCharacter(db.job);
     if (first.empty()) return false;
   }
   return true;
 }
 
 // Tells the user why the read is given up.
-bool GiveUp(Session& session, const std::string& text) {
-  session.SetDownloadError(Failure::kRadioError);
-  return Refuse(session, text, Failure::kRadioError);
+bool GiveUp(link::Job& job, const std::string& text) {
+  job.SetDownloadError(Failure::kRadioError);
+  return Refuse(job, text, Failure::kRadioError);
 }
 
-bool GiveUpForNothing(Session& session) {
-  return GiveUp(session, NLSFmt(session,
-                                "The radio reports no items that could be saved. Please check the "
-                                "radio's model configuration."));
+bool GiveUpForNothing(link::Job& job) {
+  return GiveUp(job, NLSFmt(job.session,
+                            "The radio reports no items that could be saved. Please check the "
+                            "radio's model configuration."));
 }
 
 // Lists and reads the items of the current network, or of a radio that has but one.
 bool ReadNetwork(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
-  link::Link& link = db.link;
+  link::Job& job = db.job;
   const std::optional<std::string> item_list = ListItems(db, db.current_network);
   if (!item_list) return false;
   view.ShowStatus(HasSeveralNetworks(db)
                       ? NetworkStatus(db, NLSText("Reading Items from Network %0:s ..."))
-                      : NLSFmt(link.session, "Reading Items..."));
+                      : NLSFmt(job.session, "Reading Items..."));
   ReadItemList(db, view, *item_list, files);
-  return !link.session.Stopped();
+  return !job.Stopped();
 }
 
 using Lines = std::span<const DataFileLine>;
@@ -171,24 +171,24 @@ const Record* RecordToSend(const RadioDb& db, const DataFileLine& line) {
 }
 
 bool WriteNetwork(RadioDb& db, ReadWriteView& view, Lines lines, Progress& progress) {
-  link::Link& link = db.link;
-  if (db.identity.IsTrunked() && !ExecuteCommand(link, "d0" + std::to_string(db.current_network)))
+  link::Job& job = db.job;
+  if (db.identity.IsTrunked() && !ExecuteCommand(job, "d0" + std::to_string(db.current_network)))
     return false;
-  if (!ExecuteCommand(link, "b")) return false;
+  if (!ExecuteCommand(job, "b")) return false;
   db.writing_begun = true;
   for (const DataFileLine& line : lines) {
-    link.session.PumpEvents();
-    if (link.session.Stopped()) return false;
+    job.session.PumpEvents();
+    if (job.Stopped()) return false;
     const Record* record = RecordToSend(db, line);
-    if (record != nullptr && !ExecuteCommand(link, std::string("w").append(record->Line())))
+    if (record != nullptr && !ExecuteCommand(job, std::string("w").append(record->Line())))
       return false;
-    UpdateStatusBar(link.session, view,
+    UpdateStatusBar(job.session, view,
                     db.number_of_networks > 1
                         ? NetworkStatus(db, NLSText("Writing Radio database %0:s of %1:s"))
-                        : NLSFmt(link.session, "Writing Items"));
+                        : NLSFmt(job.session, "Writing Items"));
     progress.Step();
   }
-  return ExecuteCommand(link, "e");
+  return ExecuteCommand(job, "e");
 }
 
 }  // namespace
@@ -205,13 +205,13 @@ bool IsLeftForLastNetwork(const RadioDb& db, int network, std::string_view item)
 }
 
 std::optional<std::string> ListItems(const RadioDb& db, int network) {
-  link::Link& link = db.link;
-  if (HasSeveralNetworks(db) && !ExecuteCommand(link, "d0" + std::to_string(network))) {
+  link::Job& job = db.job;
+  if (HasSeveralNetworks(db) && !ExecuteCommand(job, "d0" + std::to_string(network))) {
     return std::nullopt;
   }
-  SendCommand(link, "l");
-  std::string list = ReceiveReply(link, "List");
-  if (link.session.Stopped()) return std::nullopt;
+  SendCommand(job, "l");
+  std::string list = ReceiveReply(job, "List");
+  if (job.Stopped()) return std::nullopt;
   return list;
 }
 
@@ -239,22 +239,21 @@ void UpdateStatusBar(Session& session, ReadWriteView& view, std::string text) {
 }
 
 bool ReadAllItems(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
-  Session& session = db.link.session;
   const int networks = db.number_of_networks;
   for (db.current_network = 1; db.current_network <= networks; ++db.current_network) {
     if (!ReadNetwork(db, view, files)) return false;
     if (db.current_network < networks) files.database.Add(kNetworkSeparator);
   }
   db.current_network = networks;
-  if (files.database.out.IsOpen() && files.database.Items() == 0) return GiveUpForNothing(session);
+  if (files.database.out.IsOpen() && files.database.Items() == 0) return GiveUpForNothing(db.job);
   if (files.calibration.out.IsOpen() && files.calibration_network == 0) {
-    return GiveUp(session,
-                  NLSFmt(session,
+    return GiveUp(db.job,
+                  NLSFmt(db.job.session,
                          "The radio holds no calibration data (item %0:s). Please check the "
                          "radio's model configuration.",
                          {CalibrationItem(db.identity.type)}));
   }
-  return !session.Stopped();
+  return !db.job.Stopped();
 }
 
 void ReadItemList(RadioDb& db, ReadWriteView& view, std::string_view item_list, ReadFiles& files) {
@@ -267,7 +266,7 @@ void ReadItemList(RadioDb& db, ReadWriteView& view, std::string_view item_list, 
       LeaveForLastNetwork(db, item, files);
       continue;
     }
-    SendCommand(db.link, "r" + std::string(item));
+    SendCommand(db.job, "r" + std::string(item));
     progress.Step();
     if (!ReadItem(db, view, files)) return;
   }
@@ -275,12 +274,14 @@ void ReadItemList(RadioDb& db, ReadWriteView& view, std::string_view item_list, 
 }
 
 bool WriteItems(RadioDb& db, ReadWriteView& view, const DataFile& file) {
-  Session& session = db.link.session;
   const std::vector<Lines> networks = SplitNetworks(file);
   if (networks.size() > static_cast<std::size_t>(kMostNetworks)) {
-    return Refuse(session, NLSFmt(session, TooManyNetworks(static_cast<int>(networks.size()))),
+    return Refuse(db.job,
+                  NLSFmt(db.job.session, TooManyNetworks(static_cast<int>(networks.size()))),
                   Failure::kFile);
   }
+  // Half a database in the radio is worse than half a file on the disk.
+  const link::Job::Step writing(db.job, link::Cancelling::kAsksFirst);
   Progress progress(view);
   db.number_of_networks = static_cast<int>(networks.size());
   db.current_network = 0;
@@ -290,7 +291,7 @@ bool WriteItems(RadioDb& db, ReadWriteView& view, const DataFile& file) {
     progress.SetMaximum(lines.size() + (db.current_network > 1 ? 1 : 0));
     if (!WriteNetwork(db, view, lines, progress)) return false;
   }
-  return !session.Stopped();
+  return !db.job.Stopped();
 }
 
 }  // namespace zep::radiodb

@@ -1,7 +1,7 @@
 // The item record protocol: how the numbered items of a radio's database are listed, read and
 // written, with the commands of a radio in programming mode.
 //
-// Everything here talks with the first Active port and ends early when the session is stopped. What
+// Everything here talks with the first Active port and ends early when the job is stopped. What
 // a record is made of: link/record.h.
 #pragma once
 
@@ -22,7 +22,7 @@ bool IsItemSelected(RadioType type, TransferKind kind, std::string_view item);
 // Items "32" and "33" of some radios are common to all networks: they are read with the last one.
 bool IsLeftForLastNetwork(const RadioDb& db, int network, std::string_view item);
 
-// The numbers of the items in a network, two hex digits each. Nothing when the session was stopped.
+// The numbers of the items in a network, two hex digits each. Nothing when the job was stopped.
 //
 //   sends "d0" network CR   expects ">"          several networks only
 //   sends "l" CR            expects the item list, ">"

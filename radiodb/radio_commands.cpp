@@ -4,24 +4,24 @@
 
 namespace zep::radiodb {
 
-void SendCommand(link::Link& link, std::string_view command) {
-  if (link.session.Stopped()) return;
-  SendStringToFirstActiveComms(link, std::string(command).append(kCarriageReturn));
+void SendCommand(link::Job& job, std::string_view command) {
+  if (job.Stopped()) return;
+  SendStringToFirstActiveComms(job, std::string(command).append(kCarriageReturn));
 }
 
-bool ExecuteCommand(link::Link& link, std::string_view command) {
-  SendCommand(link, command);
-  return !ReceiveCharacter(link, kPrompt).empty();
+bool ExecuteCommand(link::Job& job, std::string_view command) {
+  SendCommand(job, command);
+  return !ReceiveCharacter(job, kPrompt).empty();
 }
 
-std::string ReceiveCharacter(link::Link& link, std::string_view expected) {
-  return GetStringFromFirstActiveComms(link, expected);
+std::string ReceiveCharacter(link::Job& job, std::string_view expected) {
+  return GetStringFromFirstActiveComms(job, expected);
 }
 
-std::string ReceiveReply(link::Link& link, std::string_view mode) {
-  const int port = FirstActivePort(link);
-  if (port == 0 || link.session.Stopped()) return {};
-  return ReadReplyFromComms(link, port, mode);
+std::string ReceiveReply(link::Job& job, std::string_view mode) {
+  const int port = link::FirstActivePort(job.CommStates);
+  if (port == 0 || job.Stopped()) return {};
+  return ReadReplyFromComms(job, port, mode);
 }
 
 }  // namespace zep::radiodb

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "link/port_set.h"
+#include "link/job.h"
 #include "radiodb/data_file.h"
 #include "radiodb/radio_identity.h"
 
@@ -18,11 +18,20 @@ enum class TransferKind {
   kBoth = 3,         // everything, into a data file and a calibration file
 };
 
-struct RadioDb {
-  explicit RadioDb(link::Link& the_link) : link(the_link) {}
+// The radio that was worked on last. It outlives the jobs: the specification view shows it, and its
+// file is proposed the next time.
+struct LastRadio {
+  RadioIdentity identity;
+  std::string data_file;  // that was read from it or programmed into it
+};
 
-  link::Link& link;
-  RadioIdentity identity;  // as last read
+// The database work of one job.
+struct RadioDb {
+  RadioDb(link::Job& the_job, LastRadio& radio)
+      : job(the_job), identity(radio.identity), data_file(radio.data_file) {}
+
+  link::Job& job;
+  RadioIdentity& identity;  // as last read
 
   TransferKind transfer_kind = TransferKind::kChosenFile;
   int number_of_networks = 1;  // of the running transfer
@@ -41,7 +50,7 @@ struct RadioDb {
   std::string chosen_calibration_file;
 
   // Full names of the files that the last read wrote, or of the data file last programmed.
-  std::string data_file;
+  std::string& data_file;
   std::string calibration_file;
   // What the last read has put into them; empty where there is no such file.
   DataFile data;

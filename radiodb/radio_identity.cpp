@@ -42,71 +42,70 @@ constexpr std::array kBands = {
 };
 
 // Opens the one port that the user has chosen and puts the radio behind it into programming mode.
-bool OpenRadio(link::Link& link) {
-  Session& session = link.session;
-  if (!SelectSinglePort(link)) {
-    if (session.CancelRequested) return false;  // the choice itself
-    return Refuse(session,
+bool OpenRadio(link::Job& job) {
+  if (!SelectSinglePort(job)) {
+    if (job.CancelRequested) return false;  // the choice itself
+    return Refuse(job,
                   NLSText("This works with one radio at a time. Please make exactly one "
                           "communication port Active in menu File->Preferences."),
                   Failure::kPort);
   }
-  if (!InitialiseComms(link)) return false;
-  SelectBaudRate(link, 9600);
-  SelectInputMode(link, platform::InputMode::kText);
-  session.ReportRadioErrors = services::ReportErrors::kSilent;
-  PutActiveCommsInProgMode(link);
-  session.ReportRadioErrors = services::ReportErrors::kShow;
+  if (!InitialiseComms(job)) return false;
+  SelectBaudRate(job, 9600);
+  SelectInputMode(job.link, job.CommStates, platform::InputMode::kText);
+  job.ReportRadioErrors = link::ReportErrors::kSilent;
+  PutActiveCommsInProgMode(job);
+  job.ReportRadioErrors = link::ReportErrors::kShow;
   return true;
 }
 
-bool ContinueWithModelError(Session& session) {
+bool ContinueWithModelError(link::Job& job) {
   const services::Answer answer =
-      NLSMsgBox(session, "The radio has a model configuration error, continue anyway?",
+      NLSMsgBox(job.session, "The radio has a model configuration error, continue anyway?",
                 {.icon = Icon::kQuestion,
                  .buttons = services::Buttons::kYesNo,
                  .title = NLSText("Radio Reported Error"),
                  .cautious = true});
   if (answer == services::Answer::kYes) return true;
-  session.RequestCancel(Failure::kRefused);
+  job.RequestCancel(Failure::kRefused);
   return false;
 }
 
-std::string ReadItemData(link::Link& link, std::string_view item) {
-  SendCommand(link, "r" + std::string(item));
-  return ReceiveReply(link);
+std::string ReadItemData(link::Job& job, std::string_view item) {
+  SendCommand(job, "r" + std::string(item));
+  return ReceiveReply(job);
 }
 
 // The data of item "00"; empty, and the user was told, when there is none.
-std::string ReadItem0(link::Link& link) {
-  Session& session = link.session;
+std::string ReadItem0(link::Job& job) {
+  Session& session = job.session;
   std::string data;
-  if (!session.Stopped()) {
+  if (!job.Stopped()) {
     services::WaitSecondsYielding(session, 1);
-    SelectInputMode(link, platform::InputMode::kText);
-    data = ReadItemData(link, "00");
+    SelectInputMode(job.link, job.CommStates, platform::InputMode::kText);
+    data = ReadItemData(job, "00");
   }
-  if (data.empty() && !session.CancelRequested)
-    Refuse(session, NLSText("Error Reading Item 0."), Failure::kRadioError);
+  if (data.empty() && !job.CancelRequested)
+    Refuse(job, NLSText("Error Reading Item 0."), Failure::kRadioError);
   return data;
 }
 
-void ReadNumberOfNetworks(link::Link& link, RadioIdentity& identity) {
-  if (identity.IsTrunked()) ProcessNumberOfNetworks(ReadItemData(link, "3C"), identity);
+void ReadNumberOfNetworks(link::Job& job, RadioIdentity& identity) {
+  if (identity.IsTrunked()) ProcessNumberOfNetworks(ReadItemData(job, "3C"), identity);
 }
 
-bool ReadFreqBandInfo(link::Link& link, IdentityUse use, RadioIdentity& identity) {
-  const std::string data = ReadItemData(link, identity.IsTrunked() ? "40" : "2A");
-  if (link.session.Stopped()) return false;
-  ProcessFreqBandInfo(link.session, data, use, identity);
+bool ReadFreqBandInfo(link::Job& job, IdentityUse use, RadioIdentity& identity) {
+  const std::string data = ReadItemData(job, identity.IsTrunked() ? "40" : "2A");
+  if (job.Stopped()) return false;
+  ProcessFreqBandInfo(job.session, data, use, identity);
   FillInCodes(CodesOf(identity), identity.model_string);
   return true;
 }
 
-bool ReadRadioSerialNumber(link::Link& link, IdentityUse use, RadioIdentity& identity) {
-  const std::string data = ReadItemData(link, identity.IsTrunked() ? "3D" : "27");
-  if (link.session.Stopped()) return false;
-  ProcessRadioSerialNumber(link.session, data, use, identity);
+bool ReadRadioSerialNumber(link::Job& job, IdentityUse use, RadioIdentity& identity) {
+  const std::string data = ReadItemData(job, identity.IsTrunked() ? "3D" : "27");
+  if (job.Stopped()) return false;
+  ProcessRadioSerialNumber(job.session, data, use, identity);
   return true;
 }
 
@@ -215,19 +214,19 @@ std::optional<Record> CalibrationIdentityRecord(const RadioIdentity& identity) {
   return CompleteIdentityRecord(identity.calibration_record, CodesOf(identity));
 }
 
-bool ReadRadioIdentity(link::Link& link, IdentityUse use, RadioIdentity& identity) {
-  Session& session = link.session;
+bool ReadRadioIdentity(link::Job& job, IdentityUse use, RadioIdentity& identity) {
+  Session& session = job.session;
   identity = {};
-  if (!OpenRadio(link)) return false;
-  if (use == IdentityUse::kTransfer && session.RadioErrorReply == "{X31}" &&
-      !ContinueWithModelError(session)) {
+  if (!OpenRadio(job)) return false;
+  if (use == IdentityUse::kTransfer && job.RadioErrorReply == "{X31}" &&
+      !ContinueWithModelError(job)) {
     return false;
   }
-  const std::string item_0 = ReadItem0(link);
-  if (item_0.empty() || session.Stopped()) return false;
+  const std::string item_0 = ReadItem0(job);
+  if (item_0.empty() || job.Stopped()) return false;
   ProcessItem0(session, item_0, use, identity);
-  ReadNumberOfNetworks(link, identity);
-  return ReadFreqBandInfo(link, use, identity) && ReadRadioSerialNumber(link, use, identity);
+  ReadNumberOfNetworks(job, identity);
+  return ReadFreqBandInfo(job, use, identity) && ReadRadioSerialNumber(job, use, identity);
 }
 
 }  // namespace zep::radiodb

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "link/port_set.h"
+#include "link/job.h"
 #include "radiodb/identity_record.h"
 #include "radiodb/radio_models.h"
 
@@ -82,6 +82,6 @@ std::optional<Record> CalibrationIdentityRecord(const RadioIdentity& identity);
 //
 //   sends "^" "#"        into programming mode; error replies are only kept
 //   sends "r" item CR    "00", then "3C" "40" "3D" (trunked) or "2A" "27" (conventional)
-bool ReadRadioIdentity(link::Link& link, IdentityUse use, RadioIdentity& identity);
+bool ReadRadioIdentity(link::Job& job, IdentityUse use, RadioIdentity& identity);
 
 }  // namespace zep::radiodb

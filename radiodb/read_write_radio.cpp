@@ -15,28 +15,28 @@ namespace {
 using services::Failure;
 using services::NLSFmt;
 using services::NLSText;
+using services::Outcome;
 using services::Session;
 
-void CloseRadio(link::Link& link) {
-  ReleaseFromProgMode(link);
-  CloseAllComms(link);
+void CloseRadio(link::Job& job) {
+  ReleaseFromProgMode(job);
+  CloseAllComms(job.link);
 }
 
-void CloseRadio(link::Link& link, ReadWriteView& view) {
-  view.ShowStatus(NLSFmt(link.session, "Closing communication ports..."));
-  CloseRadio(link);
+void CloseRadio(link::Job& job, ReadWriteView& view) {
+  view.ShowStatus(NLSFmt(job.session, "Closing communication ports..."));
+  CloseRadio(job);
 }
 
 // A radio whose item 0 cannot be read has no identity record, without which a file could never be
 // programmed.
 bool ReadIdentityForTransfer(RadioDb& db) {
-  Session& session = db.link.session;
-  if (!ReadRadioIdentity(db.link, IdentityUse::kTransfer, db.identity)) return false;
+  if (!ReadRadioIdentity(db.job, IdentityUse::kTransfer, db.identity)) return false;
   db.number_of_networks = std::max(1, db.identity.networks);
   db.current_network = 1;
   db.common_dynamic_item_skipped = false;
   if (!db.identity.database_record.empty()) return true;
-  return Refuse(session,
+  return Refuse(db.job,
                 NLSText("The identity of this radio (item 00) has an unknown format, so its data "
                         "can neither be saved nor programmed. Please use another version of this "
                         "application."),
@@ -49,37 +49,37 @@ bool ProgramFile(RadioDb& db, ReadWriteView& view, const std::string& path, cons
   tl::expected<DataFile, services::Problem> own_file;
   if (file == nullptr) {
     own_file = ReadDataFile(path);
-    if (!own_file) return Refuse(db.link.session, own_file.error());
+    if (!own_file) return Refuse(db.job, own_file.error());
     file = &*own_file;
   }
   return CheckFileAgainstRadio(db, *file) && WriteItems(db, view, *file);
 }
 
 // The file is given, or read from its path.
-bool Program(RadioDb& db, ReadWriteView& view, const std::string& path, const DataFile* file) {
-  Session& session = db.link.session;
-  session.TransferMode = services::Transfer::kProgram;
-  view.SetCaption(NLSFmt(session, "Programming Radio"));
+Outcome Program(RadioDb& db, ReadWriteView& view, const std::string& path, const DataFile* file) {
+  link::Job& job = db.job;
+  job.TransferMode = link::Transfer::kProgram;
+  view.SetCaption(NLSFmt(job.session, "Programming Radio"));
   db.data_file = path;
   db.writing_begun = false;
   const bool complete = ProgramFile(db, view, path, file);
-  CloseRadio(db.link, view);
+  CloseRadio(db.job, view);
   if (!complete && db.writing_begun) {
     NLSMsgBox(
-        session,
-        NLSFmt(session, "The radio may hold only part of the data now. Please program %0:s again.",
-               {path}),
+        job.session,
+        NLSFmt(job.session,
+               "The radio may hold only part of the data now. Please program %0:s again.", {path}),
         {.icon = services::Icon::kCritical});
   }
-  return complete;
+  return job.Ended(complete);
 }
 
 }  // namespace
 
-bool ReadRadio(RadioDb& db, ReadWriteView& view) {
-  Session& session = db.link.session;
-  session.TransferMode = services::Transfer::kRead;
-  view.SetCaption(NLSFmt(session, "Reading Radio"));
+Outcome ReadRadio(RadioDb& db, ReadWriteView& view) {
+  link::Job& job = db.job;
+  job.TransferMode = link::Transfer::kRead;
+  view.SetCaption(NLSFmt(job.session, "Reading Radio"));
   db.data_file.clear();
   db.calibration_file.clear();
   db.data = {};
@@ -87,25 +87,25 @@ bool ReadRadio(RadioDb& db, ReadWriteView& view) {
   ReadFiles files;
   const bool begun = ReadIdentityForTransfer(db) && OpenReadFiles(db, files);
   const bool complete = begun && ReadAllItems(db, view, files);
-  CloseRadio(db.link, view);
-  return begun && EndReadFiles(db, files, complete);
+  CloseRadio(db.job, view);
+  return job.Ended(begun && EndReadFiles(db, files, complete));
 }
 
-bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
+Outcome ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
   return Program(db, view, file, nullptr);
 }
 
-bool ProgramRadio(RadioDb& db, ReadWriteView& view, const DataFile& file) {
+Outcome ProgramRadio(RadioDb& db, ReadWriteView& view, const DataFile& file) {
   return Program(db, view, file.Path(), &file);
 }
 
 std::string SavedText(const RadioDb& db, const std::string& file) {
-  return NLSFmt(db.link.session, "The data of radio %0:s is saved in %1:s.",
+  return NLSFmt(db.job.session, "The data of radio %0:s is saved in %1:s.",
                 {RadioName(db.identity), file});
 }
 
 std::string ProgrammedText(const RadioDb& db, const std::string& file) {
-  return NLSFmt(db.link.session, "Radio %0:s is programmed with %1:s.",
+  return NLSFmt(db.job.session, "Radio %0:s is programmed with %1:s.",
                 {RadioName(db.identity), file});
 }
 
@@ -113,11 +113,11 @@ TransferKind TransferKindOf(const DataFile& file) {
   return file.IsCalibration() ? TransferKind::kCalibration : TransferKind::kChosenFile;
 }
 
-bool ReadSpecification(RadioDb& db) {
-  db.link.session.TransferMode = services::Transfer::kRead;
-  const bool complete = ReadRadioIdentity(db.link, IdentityUse::kView, db.identity);
-  CloseRadio(db.link);
-  return complete;
+Outcome ReadSpecification(RadioDb& db) {
+  db.job.TransferMode = link::Transfer::kRead;
+  const bool complete = ReadRadioIdentity(db.job, IdentityUse::kView, db.identity);
+  CloseRadio(db.job);
+  return db.job.Ended(complete);
 }
 
 }  // namespace zep::radiodb

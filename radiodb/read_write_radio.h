@@ -3,8 +3,7 @@
 //
 // All work on one radio; the user chooses the port when there are several Active ones. They open
 // it, and at the end, whatever happened, release the radio from programming mode and close the
-// ports. What stopped them is in session.failure. The user's action makes the link::Job around
-// them.
+// ports. The user's action makes the job around them.
 #pragma once
 
 #include <string>
@@ -15,15 +14,14 @@
 namespace zep::radiodb {
 
 // Reads the radio into the files of db.transfer_kind: identity, then the names of the files, then
-// the items. True when all was read and written; the files are in db then. Each is written once, at
-// the end of the read.
-bool ReadRadio(RadioDb& db, ReadWriteView& view);
+// the items. When it is done the files are in db; each is written once, at the end of the read.
+services::Outcome ReadRadio(RadioDb& db, ReadWriteView& view);
 
 // Programs a data file into the radio: identity, then the checks of the file, then its records of
-// db.transfer_kind.
-bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file);
+// db.transfer_kind. Once the radio has been changed, the user is asked before it is cancelled.
+services::Outcome ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file);
 // The same with a file that has been read already.
-bool ProgramRadio(RadioDb& db, ReadWriteView& view, const DataFile& file);
+services::Outcome ProgramRadio(RadioDb& db, ReadWriteView& view, const DataFile& file);
 
 // What the user is told of a file that ReadRadio has written, and after ProgramRadio.
 std::string SavedText(const RadioDb& db, const std::string& file);
@@ -33,6 +31,6 @@ std::string ProgrammedText(const RadioDb& db, const std::string& file);
 TransferKind TransferKindOf(const DataFile& file);
 
 // Reads db.identity only.
-bool ReadSpecification(RadioDb& db);
+services::Outcome ReadSpecification(RadioDb& db);
 
 }  // namespace zep::radiodb

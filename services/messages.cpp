@@ -68,6 +68,7 @@ Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& opti
   request.icon = options.icon;
   request.buttons = options.buttons;
   request.notice = options.notice;
+  request.purpose = options.purpose;
   request.cautious = options.cautious;
   return Ask(session, request);
 }
@@ -81,8 +82,10 @@ bool MayWriteFile(Session& session, const std::string& file) {
 
 bool AskToCancel(Session& session) {
   return NLSMsgBox(session, "This action will leave the radio in an undefined state. Cancel?",
-                   {.icon = Icon::kQuestion, .buttons = Buttons::kYesNo, .cautious = true}) !=
-         Answer::kNo;
+                   {.icon = Icon::kQuestion,
+                    .buttons = Buttons::kYesNo,
+                    .purpose = Purpose::kCancel,
+                    .cautious = true}) != Answer::kNo;
 }
 
 std::string PadMessage(std::string text) {

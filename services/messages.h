@@ -30,6 +30,7 @@ struct BoxOptions {
   Buttons buttons = Buttons::kOk;
   std::string_view title = {};  // empty: the application's title
   Notice notice = Notice::kPlain;
+  Purpose purpose = Purpose::kAsks;
   bool cautious = false;  // a hasty Enter must not mean Yes
 };
 

@@ -1,9 +1,21 @@
 // How a job ended.
 #pragma once
 
+#include <string>
+
 namespace zep::services {
 
-// Why a job stopped; the first cause is kept. Becomes the exit status of zepctl.
+// Why a job stopped. Becomes the exit status of zepctl.
 enum class Failure { kNone, kRefused, kPort, kNoAnswer, kRadioError, kFile, kCancelled };
+
+// Done, or the first cause that stopped the job.
+struct Outcome {
+  Failure failure = Failure::kNone;
+  int port = 0;               // where it happened, 1 to 4; 0 when it is no matter of one port
+  std::string radio_reply{};  // the radio's error reply that ended the job, "{C04}"; may be empty
+
+  bool Done() const { return failure == Failure::kNone; }
+  bool WasCancelled() const { return failure == Failure::kCancelled; }
+};
 
 }  // namespace zep::services

@@ -1,15 +1,16 @@
-// Everything program-wide, in one object that is handed down: the flags that every waiting loop
-// tests, the options of the command line, and the seams to the user, the time, the settings and the
-// texts.
+// Everything program-wide, in one object that is handed down: the options of the command line, and
+// the seams to the user, the time, the settings and the texts. It outlives all jobs; what is true
+// only while one runs is the job's (link/job.h).
 //
 // One thread uses it. A long job is a loop inside the handler that started it; it calls
-// PumpEvents() once a pass and gives up when Stopped().
+// PumpEvents() once a pass and gives up when it is stopped.
 #pragma once
 
 #include <functional>
 #include <string>
 
 #include "platform/clock.h"
+#include "services/job_control.h"
 #include "services/log.h"
 #include "services/outcome.h"
 #include "services/paths.h"
@@ -19,12 +20,6 @@
 #include "services/user.h"
 
 namespace zep::services {
-
-// Which way firmware or data flows.
-enum class Transfer { kRead = 1, kProgram = 2 };
-
-// Whether error replies of a radio are shown, or only kept in RadioErrorReply.
-enum class ReportErrors { kShow = 1, kSilent = 2 };
 
 // What the program is made of; all of it outlives the session.
 struct Seams {
@@ -64,33 +59,19 @@ class Session {
   bool fast_processor = true;  // false on a 386 or 486
   bool factory_mode = true;    // false in customer mode
 
-  // The flags of the running job.
-  bool CancelRequested = false;    // set by Cancel and by fatal file errors
-  bool DownloadError = false;      // the comms error flag
-  bool DownloadSucceeded = false;  // the last firmware run finished
-  Transfer TransferMode = Transfer::kProgram;
-  std::string
-      RadioErrorReply;  // the last error reply collected, beginning with "{"; empty when none
-  ReportErrors ReportRadioErrors = ReportErrors::kShow;
-  Failure failure = Failure::kNone;
-
-  int status_dots = 0;  // 0 to 5: which step of the status animation comes next
-
-  bool Stopped() const { return CancelRequested || DownloadError; }
-
-  // Makes this the cause of the job's failure unless there is one already.
+  Failure failure = Failure::kNone;  // interim
   void KeepCause(Failure why) {
     if (failure == Failure::kNone) failure = why;
   }
-  // Sets DownloadError, or CancelRequested, and keeps the first cause.
-  void SetDownloadError(Failure why);
-  void RequestCancel(Failure why = Failure::kCancelled);
-  // Clears both flags and the cause, as every action of the user does when it starts.
-  void ClearFlags();
+
+  int status_dots = 0;  // 0 to 5: which step of the status animation comes next
+
+  // The job that is running.
+  JobControl jobs;
 
   // A turn of the user interface, then of the timers.
   void PumpEvents();
-  std::function<void()> on_turn;
+  std::function<void()> on_turn;  // the timers of the running job
 
   // How long the user has been asked questions so far. A modal question inside a turn may take
   // minutes, which are not to be counted against a radio.

@@ -16,12 +16,16 @@ enum class Answer { kOk = 1, kCancel = 2, kYes = 6, kNo = 7 };
 // for Enter then; it shows any other notice and goes on. A window waits for OK in both cases.
 enum class Notice { kPlain, kAwaitsAction };
 
+// What a question is for: the program's own, or the answer to the user's wish to cancel.
+enum class Purpose { kAsks, kCancel };
+
 struct MessageRequest {
   std::string text;
   std::string title;
   Icon icon = Icon::kInformation;
   Buttons buttons = Buttons::kOk;
   Notice notice = Notice::kPlain;
+  Purpose purpose = Purpose::kAsks;
   bool cautious = false;  // No, or Cancel, is the button that Enter presses
 };
 

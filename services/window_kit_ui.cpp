@@ -49,23 +49,6 @@ wxString ToWx(std::string_view utf8) { return wxString::FromUTF8(utf8.data(), ut
 
 std::string FromWx(const wxString& text) { return text.utf8_string(); }
 
-JobControl::Scope::Scope(JobControl& control, std::function<void()> cancel) : control_(control) {
-  control_.cancels_.push_back(std::move(cancel));
-  if (control_.cancels_.size() == 1 && control_.on_change) control_.on_change(true);
-}
-
-JobControl::Scope::~Scope() {
-  control_.cancels_.pop_back();
-  if (control_.cancels_.empty() && control_.on_change) control_.on_change(false);
-}
-
-void JobControl::Cancel() {
-  if (cancels_.empty()) return;
-  // A copy, since the job may end while the user is being asked.
-  const std::function<void()> cancel = cancels_.back();
-  cancel();
-}
-
 int Gap(const wxWindow* window) { return window->FromDIP(kGap); }
 
 void NameControl(wxWindow* control, const char* name, std::string_view spoken_name) {
@@ -283,8 +266,8 @@ void TaskWindow::FocusFirst() {
 
 wxButton* TaskWindow::MakeCancelButton() {
   return MakeButton(this, NLSFmt(context.session, "&Cancel"), "cmdCancel", [this] {
-    if (context.job.IsRunning()) {
-      context.job.Cancel();
+    if (context.session.jobs.IsRunning()) {
+      context.session.jobs.Cancel();
     } else {
       WindowContext::Call(context.close_task);
     }

@@ -1,5 +1,5 @@
-// What all windows have in common: what they are given, text for the toolkit, sizes and rows, help,
-// and the job that is running.
+// What all windows have in common: what they are given, text for the toolkit, sizes and rows, and
+// help.
 //
 // Sizes are in device-independent pixels, so that windows look alike at any scaling. A control has
 // its name in the program ("cmdDownload") as its window name; a test finds it by that.
@@ -30,40 +30,10 @@ namespace zep::services {
 wxString ToWx(std::string_view utf8);
 std::string FromWx(const wxString& text);
 
-// The job that is running, and how the user's wish to stop it is passed on. Jobs run inside the
-// handler that started them and let other events run meanwhile, so windows ask here before they
-// start anything.
-class JobControl {
- public:
-  // A job, or a step of it that is cancelled in another way than the whole. cancel is called in a
-  // turn of the user interface; it may ask the user.
-  class Scope {
-   public:
-    Scope(JobControl& control, std::function<void()> cancel);
-    ~Scope();
-    Scope(const Scope&) = delete;
-    Scope& operator=(const Scope&) = delete;
-
-   private:
-    JobControl& control_;
-  };
-
-  bool IsRunning() const { return !cancels_.empty(); }
-  // What the innermost scope does; nothing when no job runs.
-  void Cancel();
-
-  // Told when the first job begins and when the last one has ended.
-  std::function<void(bool running)> on_change;
-
- private:
-  std::vector<std::function<void()>> cancels_;
-};
-
 // What every window is given. It outlives all windows.
 struct WindowContext {
   Session& session;
   const std::uint64_t& bytes_on_the_wire;
-  JobControl job{};
 
   // The main window's part; each may be empty in a program without one.
   std::function<void(const std::string& page)> show_help{};      // "download.htm"
@@ -148,7 +118,7 @@ class TaskWindow : public wxScrolledWindow {
              const std::string& help_page);
 
   // Whether it may be closed now; a running job is not left behind.
-  bool MayClose() const { return !context.job.IsRunning(); }
+  bool MayClose() const { return !context.session.jobs.IsRunning(); }
 
   // The keyboard goes where the work in this window begins.
   void FocusFirst();

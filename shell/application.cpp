@@ -35,8 +35,6 @@ Application::Application(const Surroundings& world, const StartChoices& choices)
       io_ports_(std::make_unique<platform::NoIoPorts>()),
       given_ports_(choices.ports),
       link(session, MakePorts(), *this, *io_ports_),
-      firmware(link),
-      db(link),
       context{.session = session, .bytes_on_the_wire = byte_count_} {
   user.Attach(session);
   given_ports_.resize(link::kPortCount);
@@ -114,8 +112,8 @@ void Application::ShowPreferences(link::Link& shown_link) {
   if (outcome.language != UILanguage) UseLanguage(outcome.language);
 }
 
-void Application::ShowPortSelection(link::Link& shown_link) {
-  link::frmSelectCommPort selection(services::DialogParent(), context, shown_link,
+void Application::ShowPortSelection(link::Job& job) {
+  link::frmSelectCommPort selection(services::DialogParent(), context, job,
                                     {.takes_all_ports = false});
   selection.Run();
 }

@@ -76,7 +76,7 @@ class Application final : public link::LinkWindows {
  public:
   link::Link link;
   firmware::Firmware firmware;
-  radiodb::RadioDb db;
+  radiodb::LastRadio radio;
   services::WindowContext context;
 
   // Facts of the start-up, for the About window.
@@ -100,7 +100,7 @@ class Application final : public link::LinkWindows {
   void UseLanguage(int number);
 
   void ShowPreferences(link::Link& link) override;
-  void ShowPortSelection(link::Link& link) override;
+  void ShowPortSelection(link::Job& job) override;
 
  private:
   std::unique_ptr<platform::SerialPort> MakePort(const std::string& device);

@@ -98,7 +98,7 @@ frmMDI::frmMDI(Application& application)
   };
   context.show_transcript = [this] { ShowTranscript(); };
   context.close_task = [this] { CallAfter([this] { main_->CloseForm(); }); };
-  context.job.on_change = [this](bool running) { OnJob(running); };
+  application_.session.jobs.on_change = [this](bool running) { OnJob(running); };
   // Not before the handler of the menu that led there is over.
   application.on_language = [this] { CallAfter(&frmMDI::ShowLanguage); };
   Bind(wxEVT_CLOSE_WINDOW, &frmMDI::OnClose, this);
@@ -126,7 +126,7 @@ frmMDI::~frmMDI() {
   context.show_status = nullptr;
   context.show_transcript = nullptr;
   context.close_task = nullptr;
-  context.job.on_change = nullptr;
+  application_.session.jobs.on_change = nullptr;
   application_.on_language = nullptr;
   layout_.UnInit();
 }
@@ -269,7 +269,7 @@ void frmMDI::AddEntry(wxMenu& menu, const MenuEntry& entry) {
   menu.Bind(
       wxEVT_MENU,
       [this, action = entry.action, during_jobs = entry.during_jobs](wxCommandEvent&) {
-        if (during_jobs || !application_.context.job.IsRunning()) action();
+        if (during_jobs || !application_.session.jobs.IsRunning()) action();
       },
       item->GetId());
   entries_[entry.name] = item;
@@ -295,7 +295,7 @@ void frmMDI::ShowModeAndLanguage() {
 }
 
 void frmMDI::ShowLanguage() {
-  if (application_.context.job.IsRunning()) {
+  if (application_.session.jobs.IsRunning()) {
     language_changed_ = true;  // when it has ended
     return;
   }
@@ -316,18 +316,18 @@ void frmMDI::Preferences() {
 
 void frmMDI::Read() {
   main_->CloseForm();
-  ReadRadioWithWindow(this, application_.context, application_.db);
+  ReadRadioWithWindow(this, application_.context, application_.link, application_.radio);
 }
 
 void frmMDI::Program() {
   main_->CloseForm();
-  ProgramRadioWithWindow(this, application_.context, application_.db);
+  ProgramRadioWithWindow(this, application_.context, application_.link, application_.radio);
 }
 
 void frmMDI::ReadFirmware() {
   main_->CloseForm();
-  const std::string result =
-      UploadFirmwareToChosenFile(this, application_.context, application_.firmware);
+  const std::string result = UploadFirmwareToChosenFile(this, application_.context,
+                                                        application_.link, application_.firmware);
   if (!result.empty()) NLSMsgBox(application_.session, result);
 }
 
@@ -372,13 +372,13 @@ void frmMDI::OnJob(bool running) {
 void frmMDI::OnClose(wxCloseEvent& event) {
   if (IsBeingDeleted()) return;
   services::Session& session = application_.session;
-  if (event.CanVeto() && !application_.context.job.IsRunning() &&
+  if (event.CanVeto() && !application_.session.jobs.IsRunning() &&
       services::HasModalDialog(session)) {
     event.Veto();  // whoever has opened that goes on afterwards
     if (close_after_job_) timEnd.StartOnce(kBetweenEndings);
     return;
   }
-  if (!application_.context.job.IsRunning()) {
+  if (!application_.session.jobs.IsRunning()) {
     main_->CloseForm();
     Destroy();
     return;
@@ -388,14 +388,14 @@ void frmMDI::OnClose(wxCloseEvent& event) {
     if (close_after_job_) return;
     if (!AskToCancel(session)) return;
   }
-  close_after_job_ = application_.context.job.IsRunning();
-  session.RequestCancel();
+  close_after_job_ = application_.session.jobs.IsRunning();
+  session.jobs.Stop();
   if (!close_after_job_) CallAfter([this] { Close(); });
 }
 
 // The computer is to be shut down or the user logged out: a job holds that up.
 void frmMDI::OnQueryEndSession(wxCloseEvent& event) {
-  if (application_.context.job.IsRunning()) OnClose(event);
+  if (application_.session.jobs.IsRunning()) OnClose(event);
 }
 
 // It happens all the same: a job stops now, and its handler closes the ports.
@@ -406,12 +406,10 @@ void frmMDI::OnEndSession(wxCloseEvent& event) {
 
 void frmMDI::EndWithoutAsking() {
   is_ending_ = true;
-  if (application_.context.job.IsRunning()) {
-    application_.session.RequestCancel();
-  }
+  application_.session.jobs.Stop();
   close_after_job_ = true;
   // What waits for an answer goes on without one. The frame may close when nobody waits above it.
-  if (services::CloseModalDialog() || application_.context.job.IsRunning()) {
+  if (services::CloseModalDialog() || application_.session.jobs.IsRunning()) {
     timEnd.StartOnce(kBetweenEndings);
   } else {
     Close(true);
@@ -427,8 +425,8 @@ void frmMDI::OnKey(wxKeyEvent& event) {
     } else {
       main_->FocusTree();
     }
-  } else if (event.GetKeyCode() == WXK_ESCAPE && application_.context.job.IsRunning()) {
-    application_.context.job.Cancel();  // when nothing nearer has the focus
+  } else if (event.GetKeyCode() == WXK_ESCAPE && application_.session.jobs.IsRunning()) {
+    application_.session.jobs.Cancel();  // when nothing nearer has the focus
   } else if (event.GetKeyCode() == WXK_F1 && !event.HasAnyModifiers()) {
     help_.ShowPage("main_window.htm");
   } else {

@@ -96,8 +96,7 @@ frmMain::frmMain(wxAuiMDIParentFrame* frame, Application& application)
 void frmMain::Form_Load() {
   link::Link& link = application_.link;
   if (application_.session.high_speed) InitHighSpeedCard(link);
-  link.SavedCommStates = link.CommStates;
-  SelectInputMode(link, platform::InputMode::kText);
+  SelectInputMode(link, link.CommStates, platform::InputMode::kText);
   UpdateTreeView();
   OpenForm("Specifications");
 }
@@ -171,20 +170,21 @@ services::TaskWindow* frmMain::MakeTaskWindow(wxWindow* parent, Task task) {
   Application& application = application_;
   switch (task) {
     case Task::kDownload:
-      return new firmware::frmDownload(parent, application.context, application.firmware,
-                                       application.db);
+      return new firmware::frmDownload(parent, application.context, application.link,
+                                       application.firmware, application.radio);
     case Task::kUpgrade:
       if (IsZep(application.session)) {
-        return new upgrade::frmUpgrade(parent, application.context, application.firmware,
-                                       application.db);
+        return new upgrade::frmUpgrade(parent, application.context, application.link,
+                                       application.firmware, application.radio);
       }
-      return new upgrade::frmAutomaticUpgrade(parent, application.context, application.firmware,
-                                              application.db);
+      return new upgrade::frmAutomaticUpgrade(parent, application.context, application.link,
+                                              application.firmware, application.radio);
     case Task::kNone:
     case Task::kSpecification:
       break;
   }
-  return new radiodb::frmSpecification(parent, application.context, application.db);
+  return new radiodb::frmSpecification(parent, application.context, application.link,
+                                       application.radio);
 }
 
 bool frmMain::CloseForm() {

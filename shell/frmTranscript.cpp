@@ -84,7 +84,7 @@ wxSizer* frmTranscript::MakeButtons(wxWindow* panel) {
 
 void frmTranscript::OnTimer() {
   // A file dialog would keep the job, and the radio, waiting.
-  cmdSave->Enable(!application_.context.job.IsRunning());
+  cmdSave->Enable(!application_.session.jobs.IsRunning());
   if (chkFollow->GetValue() && !txtTranscript->HasSelection()) Refresh();
 }
 
@@ -122,7 +122,7 @@ void frmTranscript::Copy() {
 void frmTranscript::Save() {
   Application& application = application_;
   Session& session = application.session;
-  if (application.context.job.IsRunning()) return;
+  if (application.session.jobs.IsRunning()) return;
   // This window can be closed while the dialogs are open.
   const wxWeakRef<frmTranscript> window(this);
   const auto file =

@@ -108,7 +108,7 @@ HelpBook::Viewer* HelpBook::OpenViewer() {
     const std::string path = FindApplicationFile(session.paths, BookName(language));
     if (!platform::FileExists(path)) continue;
     book = path;
-    auto viewer = std::make_unique<Viewer>(context_.job);
+    auto viewer = std::make_unique<Viewer>(context_.session.jobs);
     if (!viewer->AddBook(wxFileName(ToWx(path)), false)) continue;
     if (language != wanted)
       Tell(NLSFmt(session, "There is no help book in your language; the English one is shown."),
@@ -123,7 +123,7 @@ HelpBook::Viewer* HelpBook::OpenViewer() {
 }
 
 void HelpBook::Tell(const std::string& text, services::Icon icon) const {
-  if (context_.job.IsRunning()) {
+  if (context_.session.jobs.IsRunning()) {
     services::WindowContext::Call(context_.show_status, text);
   } else {
     NLSMsgBox(context_.session, text, {.icon = icon});

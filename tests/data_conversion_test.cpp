@@ -93,7 +93,7 @@ TEST_F(DataConversion, FailsWithOneLineAndNoFile) {
     if (fields[3] == "-") std::filesystem::remove(test_.folder.Path(fields[2]));
     if (fields[4] == "Could not locate default.ops")
       test_.user.WillAnswer("Cannot find default.ops would you like", Answer::kNo);
-    test_.session.ClearFlags();
+    test_.session.failure = services::Failure::kNone;
     EXPECT_FALSE(Convert("0402", fields[1]));
     EXPECT_NE(test_.session.failure, services::Failure::kNone);
     std::string last_line = fields[4];

@@ -57,12 +57,13 @@ TEST(DataFiles, ExistingFilesAreReplacedOnlyWithConsent) {
       radio.user.WillAnswer("?", answer == 'Y' ? Answer::kYes : Answer::kNo);
     ReadFiles files;
     const bool opened = OpenReadFiles(radio.db, files);
-    EXPECT_NE(opened, radio.session.CancelRequested);
+    EXPECT_NE(opened, radio.job.CancelRequested);
     EXPECT_EQ(radio.folder.Read("calibration/7v.ocs"), "former");  // until the end of the read
     if (opened) {
       EXPECT_TRUE(EndReadFiles(radio.db, files, true));
     }
-    return radio.Told(opened) + (radio.folder.Read("database/7v.ops") == "former" ? "" : "ops ") +
+    return radio.Told(radio.job.Ended(opened)) +
+           (radio.folder.Read("database/7v.ops") == "former" ? "" : "ops ") +
            (radio.folder.Read("calibration/7v.ocs") == "former" ? "" : "ocs ");
   };
   const std::string save = "save [Select Data File to save to] -> ";
@@ -127,7 +128,7 @@ TEST(DataFileReader, LinesBehindTheHeaderAreFoundHoweverTheyAreWritten) {
   ScriptedRadio radio;
   const auto read = [&](const std::string& contents) {
     const auto file = ReadDataFile(radio.folder.Write("a", contents));
-    std::string lines = file ? "" : radio.Told(services::Refuse(radio.session, file.error()));
+    std::string lines = file ? "" : radio.Told(radio.job.Ended(Refuse(radio.job, file.error())));
     const DataFile data = file.value_or(DataFile{});
     for (const DataFileLine& line : data.Lines())
       lines += std::to_string(line.number) + " " + std::string(line.Text()) + ";";
@@ -181,9 +182,9 @@ TEST(DataFiles, FileIsCheckedAgainstTheRadio) {
     radio.db.identity.tier = tier;
     radio.db.identity.type = tier == 10 ? RadioType::kConventionalII : RadioType::kConventional;
     radio.db.transfer_kind = kind;
-    radio.session.ClearFlags();
+    radio.job.ClearFlags();
     const auto file = ReadDataFile(radio.folder.Write("a.ops", text));
-    return radio.Told(CheckFileAgainstRadio(radio.db, *file));
+    return radio.Told(radio.job.Ended(CheckFileAgainstRadio(radio.db, *file)));
   };
   const auto identity = [&](const std::string& model, const std::string& version = "0405") {
     const std::string record = "000011" + services::ConTextToHex(model + version + "0201");

@@ -37,6 +37,11 @@ struct Outcome {
   std::string states_after;
   bool ports_closed = true;
   platform::Duration took{};
+
+  void Take(const services::Outcome& ended) {
+    claimed = ended.Done();
+    failure = ended.failure;
+  }
 };
 
 struct Bench : testing::TestLink {
@@ -46,7 +51,7 @@ struct Bench : testing::TestLink {
       EXPECT_EQ(made.error, "");
       simulated.push_back(made.value->get());
       link.ports[at] = std::move(*made.value);
-      link.CommStates[at] = link::PortState::kActive;
+      Choose(static_cast<int>(at) + 1);
     }
   }
 
@@ -60,34 +65,32 @@ using Action = std::function<void(Bench&, Outcome&)>;
 Outcome Perform(const std::vector<std::string>& radios, const Action& action) {
   Bench bench(radios);
   Outcome outcome;
-  const std::string states_before = bench.States();
-  {
-    const link::Job job(bench.link);
-    action(bench, outcome);
-    outcome.failure = bench.session.failure;
-  }
+  const std::string states_before = bench.States(bench.link.CommStates);
+  action(bench, outcome);
   outcome.took = bench.clock.Now();
   outcome.boxes = bench.user.Boxes();
-  outcome.states_after = bench.States() == states_before ? "as before" : bench.States();
+  outcome.states_after =
+      bench.States(bench.link.CommStates) == states_before ? "as before" : bench.States();
   for (const auto& port : bench.link.ports)
     outcome.ports_closed = outcome.ports_closed && !port->IsOpen();
   return outcome;
 }
 
 void Identify(Bench& bench, Outcome& outcome) {
-  radiodb::RadioDb db(bench.link);
-  outcome.claimed = radiodb::ReadSpecification(db);
+  radiodb::LastRadio radio;
+  radiodb::RadioDb db(bench.job, radio);
+  outcome.Take(radiodb::ReadSpecification(db));
   outcome.result = db.identity.model_string + " " + db.identity.serial_number + " " +
                    db.identity.software_version + " " + db.identity.database_version + " " +
                    std::to_string(db.identity.networks);
 }
 
 void Read(Bench& bench, Outcome& outcome) {
-  radiodb::RadioDb db(bench.link);
+  radiodb::LastRadio radio;
+  radiodb::RadioDb db(bench.job, radio);
   db.transfer_kind = radiodb::TransferKind::kBoth;
   db.database_folder = db.calibration_folder = bench.folder.Path() + "/";
-  bench.session.TransferMode = services::Transfer::kRead;
-  outcome.claimed = radiodb::ReadRadio(db, bench.view);
+  outcome.Take(radiodb::ReadRadio(db, bench.view));
   for (const std::string& file : {db.data_file, db.calibration_file}) {
     if (!file.empty())
       outcome.result +=
@@ -99,8 +102,9 @@ void Read(Bench& bench, Outcome& outcome) {
 void Program(Bench& bench, Outcome& outcome) {
   const simulator::SimulatedRadio& radio = bench.simulated[0]->Radio();
   const std::string file = bench.folder.Write("new.omn", simulator::DataFileText(radio.Profile()));
-  radiodb::RadioDb db(bench.link);
-  outcome.claimed = radiodb::ProgramRadio(db, bench.view, file);
+  radiodb::LastRadio last;
+  radiodb::RadioDb db(bench.job, last);
+  outcome.Take(radiodb::ProgramRadio(db, bench.view, file));
   outcome.result = "items written: " + std::to_string(radio.Counts().records_written);
   EXPECT_EQ(bench.user.Boxes().find("only part of the data now. Please program " + file +
                                     " again.") != std::string::npos,
@@ -120,15 +124,15 @@ void Download(Bench& bench, Outcome& outcome) {
   const simulator::Bytes image = simulator::MakeFirmwareImage(
       {.model_code = "51", .micro = simulator::Micro::kE1, .versions = {"0335", "0405", "0103"}});
   bench.folder.Write("new.bin", std::string(image.begin(), image.end()));
-  firmware::Firmware firmware(bench.link);
+  firmware::Firmware firmware;
   firmware::ChooseImageFile(firmware.image, bench.folder.Path("new.bin"));
   ASSERT_TRUE(firmware::CheckForValidFile(bench.session, firmware.image));
-  bench.session.TransferMode = services::Transfer::kProgram;
-  firmware::TransferRun run(firmware, bench.view);
+  firmware::TransferRun run(bench.job, firmware, bench.view, link::Transfer::kProgram);
   const firmware::TransferResult result = firmware::RunTransfer(run);
   outcome.claimed = result.succeeded;
+  outcome.failure = result.outcome.failure;
   for (std::size_t at = 0; at < bench.simulated.size(); ++at) {
-    const bool done = result.outcomes[at] == firmware::SlotOutcome::kDone;
+    const bool done = result.ports[at].outcome == firmware::RadioOutcome::kDone;
     const bool equal = bench.simulated[at]->Radio().FlashMatches(image);
     outcome.result += done && equal ? "done " : done ? "claimed but not in the flash " : "failed ";
   }
@@ -136,11 +140,10 @@ void Download(Bench& bench, Outcome& outcome) {
 
 void Upload(Bench& bench, Outcome& outcome) {
   WriteLoaders(bench);
-  firmware::Firmware firmware(bench.link);
+  firmware::Firmware firmware;
   firmware::ChooseImageFile(firmware.image, bench.folder.Path("read.bin"));
-  bench.session.TransferMode = services::Transfer::kRead;
-  firmware::TransferRun run(firmware, bench.view);
-  outcome.claimed = firmware::RunTransfer(run).succeeded;
+  firmware::TransferRun run(bench.job, firmware, bench.view, link::Transfer::kRead);
+  outcome.Take(firmware::RunTransfer(run).outcome);
   outcome.result = bench.folder.Read("read.bin").value_or("no file");
 }
 

@@ -21,9 +21,10 @@ using testing::TestSession;
 // Bank/kind start-end @file offset *blocks.
 std::string RowText(const MemoryMapEntry& row) {
   std::array<char, 64> text{};
-  std::snprintf(text.data(), text.size(), "%d/%d %X-%X @%X *%d", row.Bank, row.Kind,
-                static_cast<unsigned>(row.StartAddress), static_cast<unsigned>(row.EndAddress),
-                static_cast<unsigned>(row.FileOffset), row.Blocks);
+  std::snprintf(text.data(), text.size(), "%d/%d %X-%X @%X *%d", row.Bank,
+                static_cast<int>(row.Kind), static_cast<unsigned>(row.StartAddress),
+                static_cast<unsigned>(row.EndAddress), static_cast<unsigned>(row.FileOffset),
+                row.Blocks);
   return text.data();
 }
 
@@ -63,7 +64,7 @@ TEST(FlashDevices, AreKnownByMakerAndDevice) {
   for (const int bytes : {0x1FD5, 0x1FDA, 0x1F00, 0xBF10, 0xBF24, 0xBFD5, 0x0102}) {
     const FlashDevice flash =
         IdentifyFlashDevice(services::GetHighByte(bytes), services::GetLowByte(bytes));
-    text += flash.Name + " " + std::to_string(flash.Size) + "\n";
+    text += flash.Name + " " + std::to_string(static_cast<int>(flash.Size)) + "\n";
   }
   EXPECT_EQ(text,
             "AT29C010A 1MBit 1\nAT29C020 2MBit 2\n 0\nSST29EE020 2MBit 2\nSST29SF020 2MBit 2\n 0\n"
@@ -110,12 +111,13 @@ TEST(ImageFiles, AreRecognisedByMarkerAndSize) {
            {"empty", "", "refused 9 X 9 9|" + past_end + "is empty.; "}}) {
     SCOPED_TRACE(row.name);
     TestSession test;
-    ImageFile image{"", "", 9, "X", 9, 9};
+    ChosenImage image{"", "", 9, "X", MicroType{9}, FlashSize{9}, nullptr};
     ChooseImageFile(image, test.folder.Write("a.bin", row.contents));
     std::string found = CheckForValidFile(test.session, image) ? "valid " : "refused ";
     found += std::to_string(image.FirmwareRadioModel) + " " + image.FirmwareRadioType + " " +
-             std::to_string(image.FirmwareMicroType) + " " +
-             std::to_string(image.FirmwareFlashSize) + "|" + testing::Brief(test.user.Boxes());
+             std::to_string(static_cast<int>(image.FirmwareMicroType)) + " " +
+             std::to_string(static_cast<int>(image.FirmwareFlashSize)) + "|" +
+             testing::Brief(test.user.Boxes());
     if (const auto at = found.find(image.FullName()); at != std::string::npos)
       found.replace(at, image.FullName().size(), "F");
     EXPECT_EQ(found, row.found);
@@ -124,11 +126,12 @@ TEST(ImageFiles, AreRecognisedByMarkerAndSize) {
 
 TEST(ImageFiles, ThatCannotBeUsedAreExplained) {
   TestSession test;
-  ImageFile image{test.folder.Path(""), "a.bin", 0, "", 0, 0};
+  ChosenImage image;
+  ChooseImageFile(image, test.folder.Path("a.bin"));
   const std::string name = image.FullName();
   const auto problem = [&] {
     EXPECT_FALSE(CheckForValidFile(test.session, image));
-    return ImageProblemText(test.session, InspectImage(name));
+    return ImageProblemText(test.session, *image.contents);
   };
   EXPECT_EQ(problem(), "There is no file " + name +
                            ". Please check its name and folder, or choose another file.");
@@ -150,15 +153,24 @@ TEST(ImageFiles, AreComparedWithEveryRadio) {
         "421 A1 1", "421 A1 1 in house", "412 A1 1 E1 2", "112 A1 0", "111 A1 3 A1 3",
         "111 A1 3 E1 1"}) {
     TestLink test;
-    Firmware firmware(test.link);
-    firmware.image = {"", "", text[0] - '0', "", text[1] - '0', text[2] - '0'};
+    Firmware firmware;
+    testing::QuietView view;
+    TransferRun run(test.job, firmware, view, link::Transfer::kProgram);
+    firmware.image.FirmwareRadioModel = text[0] - '0';
+    firmware.image.FirmwareMicroType = MicroType{text[1] - '0'};
+    firmware.image.FirmwareFlashSize = FlashSize{text[2] - '0'};
     test.session.in_house = text.ends_with("in house");
     std::istringstream radios(text.substr(3));
-    for (int slot = 2;
-         slot <= 4 && radios >> firmware.Labels(slot).micro >> firmware.Flash(slot).Size;)
-      ++slot;
-    VerifyFlashFile(firmware);
-    EXPECT_EQ(test.session.DownloadError, !test.user.Boxes().empty());
+    std::string micro;
+    int flash = 0;
+    for (int port = 2; port <= 4 && radios >> micro >> flash; ++port) {
+      run.Facts(port).micro = micro == "A1"   ? MicroType::kA1
+                              : micro == "E1" ? MicroType::kE1
+                                              : MicroType::kUnknown;
+      run.Facts(port).flash.Size = FlashSize{flash};
+    }
+    VerifyFlashFile(run);
+    EXPECT_EQ(test.job.DownloadError, !test.user.Boxes().empty());
     all += text + ": " + testing::Brief(test.user.Boxes()) + "\n";
   }
   EXPECT_EQ(all,
@@ -187,14 +199,15 @@ class StatusView final : public testing::QuietView {
 };
 
 TEST(ErrorReplies, TheTransferReportNamesActiveAndFailedPortsInOrder) {
-  for (const services::Transfer mode : {services::Transfer::kProgram, services::Transfer::kRead}) {
-    testing::TestLink test;
+  for (const link::Transfer mode : {link::Transfer::kProgram, link::Transfer::kRead}) {
+    TestLink test;
     StatusView view;
-    test.session.TransferMode = mode;
-    test.link.CommStates = {link::PortState::kActive, link::PortState::kAvailable,
-                            link::PortState::kErrorDetected, link::PortState::kNotAvailable};
-    TransferReport(test.link, view);
-    const bool download = mode == services::Transfer::kProgram;
+    Firmware firmware;
+    TransferRun run(test.job, firmware, view, mode);
+    test.job.CommStates = {link::PortState::kActive, link::PortState::kAvailable,
+                           link::PortState::kErrorDetected, link::PortState::kNotAvailable};
+    TransferReport(run);
+    const bool download = mode == link::Transfer::kProgram;
     EXPECT_EQ(
         test.user.Boxes(),
         download
@@ -213,10 +226,10 @@ TEST(Bootstrap, LoadersOfAWrongLengthAreNeverSent) {
     StatusView view;
     test.Activate({1});
     test.folder.Write("bs.tsk", std::string(size, 'b'));
-    SendBootStrap1ToAllComms(test.link, view);
+    SendBootStrap1ToAllComms(test.job, view);
     EXPECT_EQ(test.Wire(), "");
     EXPECT_EQ(test.user.Boxes(), "information Invalid bootstrap file (bs.tsk) -> OK\n");
-    EXPECT_TRUE(test.session.CancelRequested);
+    EXPECT_TRUE(test.job.CancelRequested);
   }
 }
 
@@ -225,7 +238,7 @@ TEST(Bootstrap, TheLoaderGoesOutBehindALeadingByteUntilTheLinkFails) {
   StatusView view;
   test.Activate({1, 4});
   test.folder.Write("bs.tsk", std::string(255, 'b') + "e");
-  SendBootStrap1ToAllComms(test.link, view);
+  SendBootStrap1ToAllComms(test.job, view);
   std::string expected;
   for (const std::string port : {"1", "4"}) {
     expected += (expected.empty() ? "" : " ") + port + "<FF";
@@ -237,8 +250,8 @@ TEST(Bootstrap, TheLoaderGoesOutBehindALeadingByteUntilTheLinkFails) {
             "Writing bootstrap file 1 to communication port 1\nWriting bootstrap file 1 to "
             "communication port 4\n");
 
-  test.session.DownloadError = true;
-  SendBootStrap1ToAllComms(test.link, view);
+  test.job.DownloadError = true;
+  SendBootStrap1ToAllComms(test.job, view);
   EXPECT_EQ(test.Wire(), "1<FF 4<FF") << "each port gets its leading byte and no more";
 }
 

@@ -13,6 +13,7 @@
 
 #include "firmware/firmware.h"
 #include "firmware/transfer_engine.h"
+#include "link/byte_exchange.h"
 #include "simulator/simulated_port.h"
 #include "tests/link_testing.h"
 #include "tests/views_testing.h"
@@ -72,14 +73,18 @@ inline std::string Brief(std::string boxes) {
 struct NotedView final : QuietView {
   std::string notes;
   int progress = 0;
-  std::map<int, firmware::SlotLabels> slots;
+  std::function<void(const std::string&)> on_status;
+  std::map<int, firmware::PortFacts> ports;
 
   void SetCaption(const std::string& caption) override { notes += caption + "\n"; }
-  void ShowStatus(const std::string& status) override { notes += status + "\n"; }
+  void ShowStatus(const std::string& status) override {
+    notes += status + "\n";
+    if (on_status) on_status(status);
+  }
   void SetProgressMaximum(int most) override { notes += "0 to " + std::to_string(most) + "\n"; }
   void SetProgress(int value) override { progress = value; }
   void EnableCancel(bool enabled) override { notes += enabled ? "cancel on\n" : "cancel off\n"; }
-  void SetSlot(int slot, const firmware::SlotLabels& labels) override { slots[slot] = labels; }
+  void SetPort(int port, const firmware::PortFacts& facts) override { ports[port] = facts; }
 };
 
 struct FirmwareBench : TestLink {
@@ -97,11 +102,12 @@ struct FirmwareBench : TestLink {
   // Loaders that say what is expected of them, so that whole conversations can be written out. The
   // A1 map is cut down to one row of two blocks, 0100 to 0200 of bank 0.
   void Script(const std::vector<int>& ports) {
-    for (firmware::MemoryMapEntry& row : firmware.A1MemoryMap) row.Kind = 2;
-    firmware.A1MemoryMap[1].Kind = 1;
+    for (firmware::MemoryMapEntry& row : firmware.A1MemoryMap)
+      row.Kind = firmware::RowKind::kLeftOut;
+    firmware.A1MemoryMap[1].Kind = firmware::RowKind::kTransferred;
     firmware.A1MemoryMap[1].Blocks = 2;
     for (const int number : ports) {
-      link.State(number) = link::PortState::kActive;
+      TestLink::Choose(number);
       port(number).Answer("E", "\x1F\xD5\x61");
       for (const char byte : std::string("r0t\0\1\2", 6))
         port(number).Answer(std::string(1, byte), std::string(1, byte));
@@ -116,7 +122,7 @@ struct FirmwareBench : TestLink {
       auto made = simulator::MakeSimulatedPort("sim:" + radio, clock);
       ASSERT_EQ(made.error, "");
       simulated.push_back(made.value->get());
-      link.CommStates[simulated.size() - 1] = link::PortState::kActive;
+      TestLink::Choose(static_cast<int>(simulated.size()));
       link.ports[simulated.size() - 1] = std::move(*made.value);
     }
   }
@@ -124,18 +130,20 @@ struct FirmwareBench : TestLink {
   std::string Boxes() { return Brief(user.Boxes()); }
 
   // How it went: a digit a slot (0 not used, 1 done, 2 failed), blocks, the number of the failure.
-  std::string Run(const firmware::TransferOptions& options = {}) {
-    firmware::TransferRun run(firmware, view, options);
+  std::string Run(const firmware::TransferOptions& options = {},
+                  link::Transfer direction = link::Transfer::kProgram) {
+    RestoreCommStates(job);
+    firmware::TransferRun run(job, firmware, view, direction, options);
     result = RunTransfer(run);
     std::string outcomes;
-    for (const firmware::SlotOutcome outcome : result.outcomes)
-      outcomes += std::to_string(static_cast<int>(outcome));
+    for (const firmware::PortFacts& port : result.ports)
+      outcomes += std::to_string(static_cast<int>(port.outcome));
     return outcomes + " " + std::to_string(result.statistics.blocks) + " " +
-           std::to_string(static_cast<int>(session.failure));
+           std::to_string(static_cast<int>(result.outcome.failure));
   }
 
   std::vector<simulator::SimulatedPort*> simulated;
-  firmware::Firmware firmware{link};
+  firmware::Firmware firmware;
   NotedView view;
   firmware::TransferResult result;
 };

@@ -84,9 +84,11 @@ void Album::TasksAndDialogs() {
   desktop.Menu("mnuPreferences");
   TakeDialog(desktop, "frmAbout", wxID_OK);
   desktop.Menu("mnuAbout");
-  desktop.application->session.TransferMode = services::Transfer::kRead;
-  TakeDialog(desktop, "frmSelectCommPort");
-  desktop.application->ShowPortSelection(desktop.application->link);
+  {
+    link::Job job(desktop.application->link);
+    TakeDialog(desktop, "frmSelectCommPort");
+    desktop.application->ShowPortSelection(job);
+  }
   desktop.Menu("mnuTranscript");
   if (wxWindow* transcript = wxWindow::FindWindowByName("frmTranscript")) {
     Take(*transcript, "frmTranscript");

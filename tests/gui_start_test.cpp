@@ -354,7 +354,7 @@ TEST(Help, CanBeReadBesideADialogAndAJob) {
   });
   desktop.Menu("mnuPreferences");
   {
-    const services::JobControl::Scope job(desktop.application->context.job, [] {});
+    const link::Job job(desktop.application->link);
     book->UpdateWindowUI(wxUPDATE_UI_RECURSE);
     EXPECT_FALSE(search->IsEnabled());
   }
@@ -365,8 +365,7 @@ TEST(Help, CanBeReadBesideADialogAndAJob) {
 TEST(Help, EscapeClosesItAndLeavesTheJobAlone) {
   Desktop desktop;
   ASSERT_TRUE(desktop.Start());
-  const services::JobControl::Scope job(desktop.application->context.job,
-                                        [] { ADD_FAILURE() << "cancelled"; });
+  const link::Job job(desktop.application->link);
   for (const char* part : {"treeCtrl", "htmlWindow"}) {
     desktop.application->context.show_help("download.htm");
     wxWindow* window = wxWindow::FindWindowByName(part);
@@ -377,6 +376,7 @@ TEST(Help, EscapeClosesItAndLeavesTheJobAlone) {
     Desktop::Settle();
     EXPECT_EQ(wxWindow::FindWindowByName(part), nullptr) << part;
   }
+  EXPECT_FALSE(job.Stopped());
 }
 
 }  // namespace

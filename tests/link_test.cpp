@@ -18,8 +18,6 @@ namespace zep::link {
 namespace {
 
 using services::Answer;
-using services::ReportErrors;
-using services::Transfer;
 using std::chrono::milliseconds;
 using testing::TestLink;
 using testing::TestSession;
@@ -55,13 +53,13 @@ TEST(ByteExchange, AByteIsAwaitedByItsRules) {
     TestLink test;
     test.Activate({1});
     test.port(1).Receive(row.received);
-    EXPECT_EQ(GetByteFromSpecficComms(test.link, 1, row.expected, row.end_on_zero), row.result);
-    EXPECT_EQ(test.link.timSerialTimeOut.IsEnabled(), row.timer_runs_on);
+    EXPECT_EQ(GetByteFromSpecficComms(test.job, 1, row.expected, row.end_on_zero), row.result);
+    EXPECT_EQ(test.job.timSerialTimeOut.IsEnabled(), row.timer_runs_on);
     EXPECT_EQ(test.port(1).InputCount(), row.left);
     EXPECT_EQ(test.States(), row.states);
     const bool silent = row.states[0] == '4';
     EXPECT_EQ(test.user.Boxes(), silent ? kSilent : "");
-    EXPECT_EQ(test.session.DownloadError, silent);
+    EXPECT_EQ(test.job.DownloadError, silent);
   }
 }
 
@@ -69,10 +67,10 @@ TEST(ByteExchange, SilenceEndsAWaitAfterFourSecondsWhateverIsSkipped) {
   TestLink test;
   test.Activate({1});
   test.port(1).Receive("x", milliseconds(3900));
-  EXPECT_EQ(GetStringFromSpecficComms(test.link, 1, ">"), "");
+  EXPECT_EQ(GetStringFromSpecficComms(test.job, 1, ">"), "");
   EXPECT_GE(test.clock.Now(), milliseconds(4000));
   EXPECT_LE(test.clock.Now(), milliseconds(4002));
-  EXPECT_EQ(test.session.failure, services::Failure::kNoAnswer);
+  EXPECT_EQ(test.Failure(), services::Failure::kNoAnswer);
 }
 
 TEST(ByteExchange, TheTimeOfAQuestionIsNotTheRadios) {
@@ -84,13 +82,13 @@ TEST(ByteExchange, TheTimeOfAQuestionIsNotTheRadios) {
     test.clock.Sleep(milliseconds(2));
     if (turn == 3) NLSMsgBox(test.session, "Cancel?");
   };
-  WaitForChar(test.link, "v", 1);
-  EXPECT_FALSE(test.session.DownloadError);
+  WaitForChar(test.job, "v", 1);
+  EXPECT_FALSE(test.job.DownloadError);
 
   test.user.while_shown = nullptr;
   const platform::Duration before = test.clock.Now();
-  GetStringFromSpecficComms(test.link, 1, "v");
-  EXPECT_TRUE(test.session.DownloadError);
+  GetStringFromSpecficComms(test.job, 1, "v");
+  EXPECT_TRUE(test.job.DownloadError);
   EXPECT_LE(test.clock.Now() - before, milliseconds(4004)) << "turns of the user interface count";
 }
 
@@ -99,24 +97,24 @@ TEST(ByteExchange, CancelEndsAWaitAtOnceAndLeavesTheInput) {
   test.Activate({1});
   test.user.on_turn = [&](int turn) {
     if (turn != 3) return;
-    test.session.RequestCancel();
+    test.job.RequestCancel();
     test.port(1).Receive(">");
   };
-  EXPECT_EQ(GetStringFromSpecficComms(test.link, 1, ">"), "");
+  EXPECT_EQ(GetStringFromSpecficComms(test.job, 1, ">"), "");
   EXPECT_EQ(test.user.turns, 3);
   EXPECT_EQ(test.port(1).InputCount(), 1U);
   EXPECT_EQ(test.States(), "1222");
-  EXPECT_FALSE(test.session.DownloadError);
+  EXPECT_FALSE(test.job.DownloadError);
 }
 
 TEST(ByteExchange, APortThatIsNotActiveIsNeverTouched) {
   TestLink test;
   test.port(2).Receive("a");
-  EXPECT_EQ(GetByteFromSpecficComms(test.link, 2, 'a'), 0);
-  EXPECT_EQ(GetAnyByte(test.link, 2), 0);
-  EXPECT_EQ(GetStringFromSpecficComms(test.link, 2, ""), "");
-  SendByteToSpecificComms(test.link, 'a', 2);
-  SendByteToAllComms(test.link, 'a', {.wait = true, .expected = 'a'});
+  EXPECT_EQ(GetByteFromSpecficComms(test.job, 2, 'a'), 0);
+  EXPECT_EQ(GetAnyByte(test.job, 2), 0);
+  EXPECT_EQ(GetStringFromSpecficComms(test.job, 2, ""), "");
+  SendByteToSpecificComms(test.job, 'a', 2);
+  SendByteToAllComms(test.job, 'a', {.wait = true, .expected = 'a'});
   EXPECT_EQ(test.Wire(), "");
   EXPECT_EQ(test.user.turns, 0);
 }
@@ -125,14 +123,14 @@ TEST(ByteExchange, EachPortHasAnsweredBeforeTheNextIsSentTo) {
   TestLink test;
   test.Activate({1, 2, 4});
   for (const int port : {1, 2, 4}) test.port(port).Answer("r", "r");
-  SendByteToAllComms(test.link, 'r', {.wait = true, .expected = 'r'});
+  SendByteToAllComms(test.job, 'r', {.wait = true, .expected = 'r'});
   EXPECT_EQ(test.Wire(), "1<r 1>r 2<r 2>r 4<r 4>r");
 
-  SendBytesToAllComms(test.link, std::vector<std::uint8_t>{'A', 0});
+  SendBytesToAllComms(test.job, std::vector<std::uint8_t>{'A', 0});
   EXPECT_EQ(test.Wire(), "1<A 1<00 2<A 2<00 4<A 4<00");
 
   for (const int port : {4, 2, 1}) test.port(port).Receive(".");
-  EXPECT_EQ(WaitForDotFromActiveComms(test.link), '.');
+  EXPECT_EQ(WaitForDotFromActiveComms(test.job), '.');
   EXPECT_EQ(test.Wire(), "1>. 2>. 4>.");
 }
 
@@ -141,13 +139,13 @@ TEST(ByteExchange, ALatePortStopsTheSweepUnlessTheOthersGoOn) {
     SCOPED_TRACE(others_go_on);
     TestLink test;
     test.Activate({1, 2, 3});
-    test.link.others_go_on = others_go_on;
+    test.job.others_go_on = others_go_on;
     test.port(1).Answer("0", "0");
     test.port(3).Answer("0", "0");
-    SendByteToAllComms(test.link, '0', {.wait = true, .expected = '0'});
+    SendByteToAllComms(test.job, '0', {.wait = true, .expected = '0'});
     EXPECT_EQ(test.Wire(), others_go_on ? "1<0 1>0 2<0 3<0 3>0" : "1<0 1>0 2<0");
     EXPECT_EQ(test.States(), "1412");
-    EXPECT_EQ(test.session.DownloadError, !others_go_on);
+    EXPECT_EQ(test.job.DownloadError, !others_go_on);
     EXPECT_EQ(test.user.Boxes(), kSilent);
   }
 }
@@ -155,11 +153,11 @@ TEST(ByteExchange, ALatePortStopsTheSweepUnlessTheOthersGoOn) {
 TEST(ByteExchange, TheLastPortToFailEndsTheRunOfSeveral) {
   TestLink test;
   test.Activate({1, 2});
-  test.link.others_go_on = true;
+  test.job.others_go_on = true;
   test.port(1).Receive("{C04}>");
-  EXPECT_EQ(WaitForDotFromActiveComms(test.link), 0);
+  EXPECT_EQ(WaitForDotFromActiveComms(test.job), 0);
   EXPECT_EQ(test.States(), "4422");
-  EXPECT_TRUE(test.session.DownloadError);
+  EXPECT_TRUE(test.job.DownloadError);
   EXPECT_EQ(test.user.Boxes(), "critical [Radio reported error] {C04} Item not recognized -> OK\n" +
                                    std::string(kSilent) + kNoResponse);
 }
@@ -168,44 +166,44 @@ TEST(ByteExchange, OnlyThePortThatIsWaitedForIsMarked) {
   TestLink test;
   test.Activate({1, 2, 3});
   for (const int port : {2, 3}) test.port(port).Receive(".");
-  WaitForDotFromActiveComms(test.link);
+  WaitForDotFromActiveComms(test.job);
   EXPECT_EQ(test.States(), "4112") << "after the time-out the others are not looked at";
 
   TestLink refused;
   refused.Activate({1, 2});
-  refused.link.others_go_on = true;
-  refused.session.SetDownloadError(services::Failure::kRefused);
-  GetByteFromSpecficComms(refused.link, 1, '.');
+  refused.job.others_go_on = true;
+  refused.job.SetDownloadError(services::Failure::kRefused);
+  GetByteFromSpecficComms(refused.job, 1, '.');
   EXPECT_EQ(refused.States(), "1122");
-  EXPECT_TRUE(refused.session.DownloadError) << "a refusal is not taken back";
+  EXPECT_TRUE(refused.job.DownloadError) << "a refusal is not taken back";
 }
 
 TEST(ByteExchange, CancelEndsARunOfSeveralForAll) {
   TestLink test;
   test.Activate({1, 2});
-  test.link.others_go_on = true;
+  test.job.others_go_on = true;
   test.port(1).Receive("{C0");
   test.user.on_turn = [&](int turn) {
-    if (turn == 5) test.session.RequestCancel();
+    if (turn == 5) test.job.RequestCancel();
   };
-  WaitForDotFromActiveComms(test.link);
+  WaitForDotFromActiveComms(test.job);
   EXPECT_EQ(test.States(), "1122");
   EXPECT_EQ(test.user.Boxes(), "");
-  EXPECT_EQ(test.session.failure, services::Failure::kCancelled);
+  EXPECT_EQ(test.Failure(), services::Failure::kCancelled);
 }
 
 TEST(ByteExchange, EchoesAreAwaitedWithoutFlashTexts) {
   TestLink test;
   test.Activate({1, 2});
-  test.link.others_go_on = true;
+  test.job.others_go_on = true;
   test.port(1).Answer("a", "xa");
-  SendByteToSpecificComms(test.link, 'a', 1, true);
+  SendByteToSpecificComms(test.job, 'a', 1, true);
   EXPECT_EQ(test.Wire(), "1<a 1>x 1>a");
   test.port(1).Answer("b", "S");
-  SendByteToSpecificComms(test.link, 'b', 1, true);
+  SendByteToSpecificComms(test.job, 'b', 1, true);
   EXPECT_EQ(test.States(), "4122");
   EXPECT_EQ(test.user.Boxes(), kSilent);
-  SendByteToActiveComms(test.link, 'c');
+  SendByteToActiveComms(test.job, 'c');
   EXPECT_EQ(test.Wire(), "1<b 1>S 2<c");
 }
 
@@ -215,26 +213,26 @@ TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
   test.user.on_turn = [&](int turn) {
     if (turn == 2) test.port(1).Fail(5);
   };
-  EXPECT_EQ(GetByteFromSpecficComms(test.link, 1, 'a'), 0);
+  EXPECT_EQ(GetByteFromSpecficComms(test.job, 1, 'a'), 0);
   EXPECT_EQ(test.user.Boxes(),
             std::string("critical Error: 5 Input/output error[GetByteFromSpecficComms ] -> OK\n") +
                 kNoResponse);
   EXPECT_EQ(test.States(), "4222");
-  EXPECT_EQ(test.session.failure, services::Failure::kPort);
+  EXPECT_EQ(test.Failure(), services::Failure::kPort);
 }
 
 TEST(ByteExchange, AVanishedDeviceIsNotSpokenToAgain) {
   TestLink test;
   test.Activate({1, 2});
-  test.link.others_go_on = true;
+  test.job.others_go_on = true;
   test.user.on_turn = [&](int turn) {
     if (turn == 2) test.port(1).Fail(5);
     if (turn == 4) test.port(2).Fail(5);
   };
-  PutActiveCommsInProgMode(test.link);
+  PutActiveCommsInProgMode(test.job);
   EXPECT_EQ(test.Wire(), "1<^");
   EXPECT_LT(test.clock.Now(), milliseconds(100));
-  WaitForDotFromActiveComms(test.link);
+  WaitForDotFromActiveComms(test.job);
   EXPECT_EQ(test.user.Boxes(),
             "critical Error: 5 Input/output error[WaitForChar Func] -> OK\n"
             "critical Error: 5 Input/output error[GetByteFromSpecficComms ] -> OK\n" +
@@ -244,12 +242,12 @@ TEST(ByteExchange, AVanishedDeviceIsNotSpokenToAgain) {
 TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
   TestLink test;
   test.Activate({1, 2});
-  test.link.others_go_on = true;
+  test.job.others_go_on = true;
   test.port(1).output_is_stuck = true;
-  SendBytesToAllComms(test.link, std::vector<std::uint8_t>{'A'});
+  SendBytesToAllComms(test.job, std::vector<std::uint8_t>{'A'});
   EXPECT_EQ(test.Wire(), "1<A 2<A");
   EXPECT_EQ(test.States(), "4122");
-  EXPECT_FALSE(test.session.DownloadError);
+  EXPECT_FALSE(test.job.DownloadError);
   EXPECT_EQ(test.user.Boxes(), kSilent);
   EXPECT_EQ(test.user.turns, 0) << "the drain of a block does not yield";
 }
@@ -286,9 +284,9 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
     TestLink test;
     test.Activate({3});
     test.port(3).Receive(row.received);
-    EXPECT_EQ(ReadReplyFromActiveComms(test.link, row.mode), row.reply);
+    EXPECT_EQ(ReadReplyFromActiveComms(test.job, row.mode), row.reply);
     EXPECT_NE(test.user.Boxes().find(row.shown), std::string::npos) << test.user.Boxes();
-    EXPECT_EQ(test.session.DownloadError, *row.shown != 0);
+    EXPECT_EQ(test.job.DownloadError, *row.shown != 0);
   }
 }
 
@@ -316,13 +314,13 @@ TEST(ErrorReplies, KnownRepliesAreShownAndEveryReplyIsAnError) {
     for (const ReportErrors report : {ReportErrors::kShow, ReportErrors::kSilent}) {
       TestLink test;
       test.Activate({1});
-      test.session.ReportRadioErrors = report;
+      test.job.ReportRadioErrors = report;
       test.port(1).Receive(reply.substr(0, 2) + "\r" + reply.substr(2) + ">x");
-      WaitForChar(test.link, "v", 1);
-      EXPECT_EQ(test.session.RadioErrorReply, reply);
+      WaitForChar(test.job, "v", 1);
+      EXPECT_EQ(test.job.RadioErrorReply, reply);
       EXPECT_EQ(test.port(1).InputCount(), 1U);
       EXPECT_EQ(test.user.Boxes(), report == ReportErrors::kShow ? box : "");
-      EXPECT_EQ(test.session.DownloadError, report == ReportErrors::kShow);
+      EXPECT_EQ(test.job.DownloadError, report == ReportErrors::kShow);
     }
   }
 }
@@ -341,7 +339,7 @@ TEST(ErrorReplies, FlashCodesAreShownWhereTextIsAwaited) {
     TestLink test;
     test.Activate({2});
     test.port(2).Receive(code);
-    GetStringFromSpecficComms(test.link, 2, ">");
+    GetStringFromSpecficComms(test.job, 2, ">");
     EXPECT_EQ(test.user.Boxes(),
               kSilent + (text.empty() ? ""
                                       : "critical Error detected on communication port 2 :  " +
@@ -358,19 +356,20 @@ TEST(PortSet, StatesFollowWhatCanBeOpenedAndTheUsersChoice) {
   test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort4State", "many");
   test.port(2).open_error.number = platform::kPortInUse;
   EXPECT_EQ(CheckCommPorts(test.link, true), 3);
-  EXPECT_EQ(test.States(), "1322");
+  EXPECT_EQ(TestLink::States(test.link.CommStates), "1322");
   EXPECT_FALSE(test.port(1).IsOpen());
 
   test.port(2).open_error = {};
-  EXPECT_EQ(CountActivePorts(test.link), 1);
-  EXPECT_EQ(test.States(), "1222") << "a port that can be opened again is Available, not Active";
+  EXPECT_EQ(TryPorts(test.link, test.link.CommStates), 4);
+  EXPECT_EQ(TestLink::States(test.link.CommStates), "1222")
+      << "a port that can be opened again is Available, not Active";
 }
 
 TEST(PortSet, ASingleRadioNeedsExactlyOneActivePort) {
   TestLink test;
   test.windows.on_preferences = [](Link& link) { ApplyPreferences(link, {true, true, {}, false}); };
-  test.windows.on_selection = [](Link& link) { SelectPort(link, 2); };
-  EXPECT_TRUE(SelectSinglePort(test.link));
+  test.windows.on_selection = [](Job& job) { SelectPort(job, 2); };
+  EXPECT_TRUE(SelectSinglePort(test.job));
   EXPECT_EQ(test.windows.shown, "preferences port selection ");
   EXPECT_EQ(test.States(), "2122");
   EXPECT_EQ(test.settings.AppGetUserSetting(services::AppType::kDownload, "CommPort1State", "?"),
@@ -379,21 +378,17 @@ TEST(PortSet, ASingleRadioNeedsExactlyOneActivePort) {
             "2");
 
   TestLink given_up;
-  EXPECT_FALSE(SelectSinglePort(given_up.link));
-  EXPECT_FALSE(InitialiseComms(given_up.link));
+  EXPECT_FALSE(SelectSinglePort(given_up.job));
+  EXPECT_FALSE(InitialiseComms(given_up.job));
   EXPECT_EQ(given_up.windows.shown, "preferences preferences ");
 }
 
 TEST(PortSet, AChoiceMadeDuringAnActionOutlastsIt) {
   TestLink test;
   test.windows.on_preferences = [](Link& link) { ApplyPreferences(link, {true, {}, {}, {}}); };
-  {
-    const Job job(test.link);
-    test.link.others_go_on = true;
-    EXPECT_TRUE(InitialiseComms(test.link));
-  }
+  EXPECT_TRUE(InitialiseComms(test.job));
   EXPECT_EQ(test.States(), "1222");
-  EXPECT_FALSE(test.link.others_go_on);
+  EXPECT_EQ(TestLink::States(test.link.CommStates), "1222");
 }
 
 TEST(PortSet, EverySlotHasADeviceOfItsOwn) {
@@ -437,11 +432,11 @@ TEST(PortSet, OpeningReportsThePortThatCannotBeOpened) {
   for (const auto& [number, text] : rows) {
     SCOPED_TRACE(number);
     TestLink test;
-    test.link.CommStates = {PortState::kActive, PortState::kActive, PortState::kAvailable,
-                            PortState::kAvailable};
+    test.job.CommStates = {PortState::kActive, PortState::kActive, PortState::kAvailable,
+                           PortState::kAvailable};
     test.port(1).Receive("old");
     test.port(2).open_error = {number, "Permission denied", "", "Ask %0:s.", {"Anne"}};
-    EXPECT_FALSE(InitialiseComms(test.link)) << "the last Active port is not open";
+    EXPECT_FALSE(InitialiseComms(test.job)) << "the last Active port is not open";
     EXPECT_EQ(test.user.Boxes(), "critical " + text + "\nAsk Anne. -> OK\n");
     EXPECT_EQ(test.States(), "1322");
     EXPECT_EQ(test.port(1).InputCount(), 0U) << "what was pending is discarded";
@@ -452,9 +447,9 @@ TEST(PortSet, LineSpeedsAreSetOnActivePortsOnly) {
   TestLink test;
   test.Activate({1, 3});
   test.port(2).Receive("x");
-  SelectBaudRate(test.link, 1200);
-  SelectBaudRate(test.link, 9600);
-  SelectBaudRate(test.link, 19200);
+  SelectBaudRate(test.job, 1200);
+  SelectBaudRate(test.job, 9600);
+  SelectBaudRate(test.job, 19200);
   EXPECT_EQ(test.port(1).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
   EXPECT_EQ(test.port(3).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
   EXPECT_TRUE(test.port(2).settings.empty());
@@ -477,7 +472,7 @@ TEST(PortSet, TheHighSpeedCardIsProgrammedRegisterByRegister) {
   const std::vector<std::pair<int, std::string>> divisors = {
       {1200, "68"}, {125000, "01"}, {9600, "0D"}, {300, "0D"}};
   for (const auto& [baud, divisor] : divisors) {
-    SelectBaudRate(test.link, baud);
+    SelectBaudRate(test.job, baud);
     EXPECT_EQ(std::exchange(test.io.writes, {}),
               "2A3=83 2AB=83 2B3=83 2BB=83 2A1=00 2A9=00 2B1=00 2B9=00 2A0=" + divisor + " 2A8=" +
                   divisor + " 2B0=" + divisor + " 2B8=" + divisor + " 2A3=03 2AB=03 2B3=03 2BB=03");
@@ -492,11 +487,11 @@ TEST(ProgrammingMode, TheHandshakeGoesPortByPortAndEndsAtTheFirstSilentOne) {
     test.port(port).Answer("^", "v");
     test.port(port).Answer("#", ">");
   }
-  PutActiveCommsInProgMode(test.link);
+  PutActiveCommsInProgMode(test.job);
   EXPECT_EQ(test.Wire(), "1<^ 1>v 1<# 1>> 2<^");
-  EXPECT_TRUE(test.session.DownloadError);
+  EXPECT_TRUE(test.job.DownloadError);
 
-  ReleaseFromProgMode(test.link);
+  ReleaseFromProgMode(test.job);
   EXPECT_EQ(test.Wire(), "1<^ 2<^")
       << "every radio that was spoken to is released, failed ones too";
 }
@@ -504,16 +499,14 @@ TEST(ProgrammingMode, TheHandshakeGoesPortByPortAndEndsAtTheFirstSilentOne) {
 TEST(ProgrammingMode, AnActionLeavesRadiosReleasedPortsClosedAndStatesAsTheyWere) {
   TestLink test;
   test.Activate({2});
-  test.session.DownloadError = true;
   {
-    const Job job(test.link);
-    EXPECT_FALSE(test.session.DownloadError);
-    PutActiveCommsInProgMode(test.link);
-    EXPECT_EQ(test.States(), "2422");
+    Job job(test.link);
+    PutActiveCommsInProgMode(job);
+    EXPECT_EQ(TestLink::States(job.CommStates), "2422");
     test.Wire();
   }
   EXPECT_EQ(test.Wire(), "2<^");
-  EXPECT_EQ(test.States(), "2122");
+  EXPECT_EQ(TestLink::States(test.link.CommStates), "2122");
   EXPECT_FALSE(test.port(2).IsOpen());
 }
 

@@ -19,7 +19,7 @@
 #include <utility>
 #include <vector>
 
-#include "link/port_set.h"
+#include "link/job.h"
 #include "platform/io_ports.h"
 #include "platform/serial_port.h"
 #include "tests/testing.h"
@@ -118,40 +118,44 @@ class ScriptedWindows final : public link::LinkWindows {
     shown += "preferences ";
     if (on_preferences) on_preferences(link);
   }
-  void ShowPortSelection(link::Link& link) override {
+  void ShowPortSelection(link::Job& job) override {
     shown += "port selection ";
-    if (on_selection) on_selection(link);
+    if (on_selection) on_selection(job);
   }
   std::string shown;
   std::function<void(link::Link&)> on_preferences;
-  std::function<void(link::Link&)> on_selection;
+  std::function<void(link::Job&)> on_selection;
 };
 
 struct TestLink : TestSession {
   TestLink() : link(session, MakePorts(), windows, io) {}
 
-  // Makes these ports Active and opens them.
+  // Makes these ports Active, for the user and in the job, and opens them.
   void Activate(std::initializer_list<int> numbers) {
     for (const int number : numbers) {
-      link.State(number) = link::PortState::kActive;
+      Choose(number);
       link.Port(number).Open();
     }
   }
+  void Choose(int number) { job.State(number) = link.State(number) = link::PortState::kActive; }
   ScriptedPort& port(int number) { return *scripted[static_cast<std::size_t>(number - 1)]; }
   // What went over the wire since the last call.
   std::string Wire() { return std::exchange(wire_, {}); }
-  // The four states as digits: "1224".
-  std::string States() {
+  // The four states as digits: "1224"; those of the job.
+  std::string States() const { return States(job.CommStates); }
+  static std::string States(const link::PortStates& of) {
     std::string states;
-    for (const link::PortState state : link.CommStates)
-      states += std::to_string(static_cast<int>(state));
+    for (const link::PortState state : of) states += std::to_string(static_cast<int>(state));
     return states;
   }
+  // The cause of the job's end so far.
+  services::Failure Failure() const { return job.Ended(true).failure; }
 
   ScriptedWindows windows;
   RecordedIoPorts io;
   std::vector<ScriptedPort*> scripted;
   link::Link link;
+  link::Job job{link};
 
  private:
   link::Ports MakePorts() {

@@ -138,7 +138,7 @@ TEST(ReadRadio, ConventionalRadioGivesADataFileAndACalibrationFile) {
   EXPECT_EQ(radio.db.identity.model_string + radio.port(1).settings[0], "ZEP-H15109600,n,8,1");
   EXPECT_GE(radio.clock.Now(), std::chrono::seconds(1));
   EXPECT_FALSE(radio.port(1).IsOpen());
-  EXPECT_EQ(radio.session.TransferMode, services::Transfer::kRead);
+  EXPECT_EQ(radio.job.TransferMode, link::Transfer::kRead);
   const std::string saved_with = "Saved with the ZEP Download and Configuration Application " +
                                  radio.strings.Get(101) + "\r\n###\r\n---\r\n";
   EXPECT_EQ(radio.folder.Read("database/10000001v0405.ops"),
@@ -187,7 +187,7 @@ TEST(ReadRadio, FailuresEndTheReadAndNameTheIncompleteFile) {
     radio.db.overwrite_allowed = true;
     radio.folder.Write("database/10000001v0405.ops", "former");
     std::string told = radio.Read(kAutoSave).replace(10, 14, "...");
-    EXPECT_EQ(radio.link.IsActive(1), radio.session.failure == services::Failure::kRadioError);
+    EXPECT_EQ(radio.job.IsActive(1), radio.Failure() == services::Failure::kRadioError);
     const std::string incomplete =
         "critical database/10000001v0405.ops is incomplete, because reading the radio ended early. "
         "Please read the radio again. What it held before is kept in "
@@ -227,7 +227,7 @@ TEST(ReadRadio, RadioWithoutWhatIsAskedForIsRefused) {
       read("").starts_with("failure 4 ^#r00|r2A|r27|l|^\ncritical The radio holds no "
                            "calibration data (item 2C). "));
   ScriptedRadio two;
-  two.link.State(2) = link::PortState::kActive;
+  two.Choose(2);
   EXPECT_EQ(two.Read(kAutoSave),
             "failure 2 \ncritical This works with one radio at a time. Please make exactly one "
             "communication port Active in menu File->Preferences. -> OK\n");
@@ -253,11 +253,11 @@ TEST(ReadRadio, CancelAtAnyTurnEndsItAndReleasesTheRadio) {
     SCOPED_TRACE(++turn);
     ScriptedRadio radio;
     radio.user.on_turn = [&](int now) {
-      if (now == turn) radio.session.RequestCancel();
+      if (now == turn) radio.job.Cancel();
     };
     const std::string told = radio.Read(kAutoSave);
     complete = told.starts_with("done ");
-    EXPECT_EQ(complete, !radio.session.CancelRequested);
+    EXPECT_EQ(complete, !radio.job.CancelRequested);
     EXPECT_TRUE(complete || told.ends_with("^\n") ||
                 told.ends_with("read the radio again. -> OK\n"));
     EXPECT_EQ(told.find("Error"), std::string::npos);
@@ -272,10 +272,10 @@ TEST(ProgramRadio, RecordsAreSentNetworkByNetwork) {
     ScriptedRadio radio(item_0);
     const std::string id = item_0 == kTrunked ? "0000115A45502D483231324C30343035303230311E"
                                               : "0000115A45502D4831353130303430353032303138";
-    radio.session.TransferMode = services::Transfer::kRead;
+    radio.job.TransferMode = link::Transfer::kRead;
     std::string told = radio.Program(kind, "***\nmine\n---\n" + id + "\n" + lines);
     if (const std::size_t at = told.find(id); at != told.npos) told.replace(at, id.size(), "ID");
-    EXPECT_EQ(radio.session.TransferMode, services::Transfer::kProgram);
+    EXPECT_EQ(radio.job.TransferMode, link::Transfer::kProgram);
     return told + radio.view.shown;
   };
   const std::string conventional = "done ^#r00|r2A|r27|b|";
@@ -306,7 +306,7 @@ TEST(ItemRecords, ListsAndFilesOfUnusualSizeAreTakenLiterally) {
   for (int network = 2; network <= 5; ++network) file.Add("~~~");
   EXPECT_FALSE(WriteItems(radio.db, radio.view, file));
   ReadItemList(radio.db, radio.view, "011", files);
-  EXPECT_EQ(radio.Told(false),
+  EXPECT_EQ(radio.Told(radio.job.Ended(false)),
             "failure 5 r01|r1|\n"
             "critical The file holds 5 networks; a radio has at most 4. -> OK\n" +
                 kNoItem);

@@ -33,7 +33,7 @@ struct ScriptedRadio : TestLink {
   // item_0: the text of its item 0. answers: commands and what they are answered with, in place of
   // what it would say otherwise; "|" is a carriage return, "-" is silence.
   explicit ScriptedRadio(std::string_view item_0 = kConventional, const std::string& answers = "") {
-    link.State(1) = link::PortState::kActive;
+    Choose(1);
     const std::string record = "00001D" + services::ConTextToHex(item_0);
     std::istringstream words(
         "^ v # >noise d01| > d02| > b| > e| > r2A| 2A000648310000000057|> r27| 270003000001D5|> "
@@ -53,9 +53,10 @@ struct ScriptedRadio : TestLink {
 
   // How it ended, all that was sent to the radio, and what the user was told, without the test's
   // folder.
-  std::string Told(bool done) {
+  std::string Told(const services::Outcome& outcome) {
     const std::string wire = Wire();
-    std::string told = done ? "done " : "failure " + std::to_string(int(session.failure)) + " ";
+    std::string told =
+        outcome.Done() ? "done " : "failure " + std::to_string(int(outcome.failure)) + " ";
     for (std::size_t at = wire.find("1<"); at != std::string::npos; at = wire.find("1<", at + 2)) {
       const std::string byte = wire.substr(at + 2, wire.find(' ', at) - at - 2);
       told += byte == "0D" ? "|" : byte;
@@ -76,7 +77,8 @@ struct ScriptedRadio : TestLink {
   }
 
   RecordedView view;
-  radiodb::RadioDb db{link};
+  radiodb::LastRadio radio;
+  radiodb::RadioDb db{job, radio};
 };
 
 }  // namespace zep::testing

@@ -116,6 +116,9 @@ class TestUser final : public services::User {
   std::vector<services::MessageRequest> messages;
   std::vector<services::FileRequest> file_requests;
 
+  // What the user says to the question whether to cancel; unset, it is a question like any other.
+  std::optional<services::Answer> when_cancelled;
+
   // Turns of the user interface so far, and what happens in each: on_turn(1) in the first.
   int turns = 0;
   std::function<void(int turn)> on_turn;
@@ -152,6 +155,7 @@ class TestUser final : public services::User {
 
   services::Answer AnswerTo(const services::MessageRequest& request) {
     if (request.buttons == services::Buttons::kOk) return services::Answer::kOk;
+    if (request.purpose == services::Purpose::kCancel && when_cancelled) return *when_cancelled;
     const auto gives_up = request.buttons == services::Buttons::kYesNo ? services::Answer::kNo
                                                                        : services::Answer::kCancel;
     if (script_.empty() || !script_.front().answer ||

@@ -14,9 +14,9 @@
 namespace zep::firmware {
 namespace {
 
+using link::Transfer;
 using services::Answer;
 using services::Failure;
-using services::Transfer;
 using std::chrono::milliseconds;
 using testing::FirmwareBench;
 using testing::ImageBytes;
@@ -40,13 +40,15 @@ TEST(TransferEngine, TwoRadiosMoveInLockstep) {
             "Completed writing data\nCompleted writing data\n"
             "Status: Closing communication ports...\n");
   EXPECT_EQ(bench.Boxes(), "ask; done 1; done 3; ");
-  const firmware::SlotLabels& labels = bench.view.slots[3];
-  EXPECT_EQ(labels.status + " " + labels.micro + " " + labels.flash, "Active A1 AT29C010A 1MBit");
-  EXPECT_FALSE(bench.view.slots[2].enabled);
+  const PortFacts& facts = bench.view.ports[3];
+  EXPECT_EQ(facts.state, link::PortState::kActive);
+  EXPECT_EQ(facts.micro, MicroType::kA1);
+  EXPECT_EQ(facts.flash.Name, "AT29C010A 1MBit");
+  EXPECT_TRUE(bench.view.ports[2].left_out);
   EXPECT_EQ(bench.port(3).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
   // 1 s, 1 s, 0.5 s, 1 s, a header's 0.02 s, 1 s, 0.5 s, 1 s.
   EXPECT_EQ(bench.clock.Now(), milliseconds(6020));
-  EXPECT_FALSE(bench.link.others_go_on);
+  EXPECT_FALSE(bench.job.others_go_on);
   EXPECT_FALSE(bench.link.Port(1).IsOpen());
 }
 
@@ -137,22 +139,25 @@ TEST(TransferEngine, CancelStopsTheRunAtAnyTurn) {
       SCOPED_TRACE(std::to_string(turn) + (answer == Answer::kYes ? " yes" : " no"));
       FirmwareBench bench;
       bench.Script({1});
-      TransferRun run(bench.firmware, bench.view);
+      TransferRun run(bench.job, bench.firmware, bench.view, Transfer::kProgram);
       bench.user.while_shown = [&] { bench.clock.Sleep(milliseconds(60000)); };
       bench.user.on_turn = [&](int now) {
         if (now != turn) return;
         bench.user.WillAnswer("This action will leave the radio in an undefined state. Cancel?",
                               answer);
-        Cancel(run);
+        bench.session.jobs.Cancel();
         bench.Wire();
       };
+      bench.view.on_status = [&](const std::string& status) {
+        // Too late: nothing is asked.
+        if (status == "Completed writing data") bench.session.jobs.Cancel();
+      };
       RunTransfer(run);
-      Cancel(run);                                   // too late: nothing is asked
       if (turn == 0) turns = bench.user.turns - 10;  // the last ones close the ports
       const bool stopped = turn > 0 && answer == Answer::kYes;
-      EXPECT_EQ(run.result.outcomes[0], stopped ? SlotOutcome::kFailed : SlotOutcome::kDone);
-      EXPECT_EQ(bench.session.failure, stopped ? Failure::kCancelled : Failure::kNone);
-      EXPECT_EQ(bench.session.DownloadSucceeded, !stopped);
+      EXPECT_EQ(run.result.ports[0].outcome, stopped ? RadioOutcome::kFailed : RadioOutcome::kDone);
+      EXPECT_EQ(run.result.outcome.failure, stopped ? Failure::kCancelled : Failure::kNone);
+      EXPECT_EQ(bench.job.DownloadSucceeded, !stopped);
       EXPECT_EQ(bench.Wire().ends_with("1<^"), !stopped);
       EXPECT_FALSE(bench.link.Port(1).IsOpen());
     }
@@ -160,13 +165,28 @@ TEST(TransferEngine, CancelStopsTheRunAtAnyTurn) {
   EXPECT_GT(turns, 40);
 }
 
+// The bytes that were checked are the ones that are sent, whatever becomes of the file.
+TEST(TransferEngine, AnImageThatIsReplacedMeanwhileIsNotFlashed) {
+  FirmwareBench bench;
+  bench.Simulate("torvik");
+  const std::string image = ImageBytes(131072, "ZEP-xx11 ", 0x8000);
+  bench.Choose(image);
+  bench.user.on_turn = [&](int) {
+    if (bench.clock.Now() < milliseconds(1500)) return;
+    bench.folder.Write("image.bin", ImageBytes(262144, "ZEP-xx62 ", 0x8000));
+    bench.user.on_turn = nullptr;
+  };
+  EXPECT_EQ(bench.Run(), "1000 723 0");
+  EXPECT_EQ(bench.user.on_turn, nullptr) << "it was replaced";
+  EXPECT_TRUE(bench.simulated[0]->Radio().FlashMatches(simulator::BytesOf(image)));
+}
+
 TEST(TransferEngine, UploadReadsTheOnlyActivePort) {
   FirmwareBench bench;
   bench.Simulate("conventional conventional");
-  bench.windows.on_selection = [](link::Link& link) { SelectPort(link, 2); };
-  bench.session.TransferMode = Transfer::kRead;
+  bench.windows.on_selection = [](link::Job& job) { SelectPort(job, 2); };
   ChooseImageFile(bench.firmware.image, bench.folder.Write("up.bin", std::string(300000, 'x')));
-  EXPECT_EQ(bench.Run(), "0100 1434 0");
+  EXPECT_EQ(bench.Run({}, Transfer::kRead), "0100 1434 0");
   EXPECT_EQ(bench.Boxes(), "ask; read 2; ");
   const std::string file = bench.folder.Read("up.bin").value_or("");
   EXPECT_EQ(file.size(), 262144U);
@@ -188,11 +208,10 @@ TEST(TransferEngine, UploadThatFailsLeavesNoFile) {
     bench.user.on_turn = [&](int) {
       if (!late && bench.clock.Now() >= milliseconds(7000)) bench.port(3).Receive("u"), late = true;
     };
-    bench.session.TransferMode = Transfer::kRead;
     const bool full = length == 128;
     const std::string file = full ? "/dev/full" : bench.folder.Write("up.bin", "old");
     ChooseImageFile(bench.firmware.image, file);
-    EXPECT_EQ(bench.Run(), full ? "0020 0 5" : "0020 0 3");
+    EXPECT_EQ(bench.Run({}, Transfer::kRead), full ? "0020 0 5" : "0020 0 3");
     EXPECT_EQ(bench.Boxes(), "ask; " + (full ? disk_full : "silent; "));
     EXPECT_EQ(platform::FileExists(file), full);
     // The loaders 3.5 s, a header, 4 s from the last byte on, closing 1 s.
@@ -228,22 +247,25 @@ struct NotedWindows final : DownloadWindows {
   std::string stop_at, steps;
   int tier = 1;  // of the radio
 
-  bool Note(const std::string& step) {
-    steps += step + std::to_string(static_cast<int>(bench.session.TransferMode)) + " ";
-    if (step == stop_at) bench.session.RequestCancel();
-    return step != stop_at;
+  services::Outcome Note(link::Job& job, const std::string& step) {
+    steps += step + " ";
+    if (step == stop_at) job.RequestCancel();
+    return job.Ended(true);
   }
-  bool ReadRadioData(radiodb::RadioDb& db) override {
+  services::Outcome ReadRadioData(radiodb::RadioDb& db) override {
     db.data_file = "/d/1.ops";
     db.identity.tier = tier;
-    return Note("read" + std::to_string(static_cast<int>(db.transfer_kind)) + "/");
+    return Note(db.job, "read" + std::to_string(static_cast<int>(db.transfer_kind)));
   }
-  bool ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override {
-    return Note(file + std::to_string(static_cast<int>(db.transfer_kind)) + "/");
+  services::Outcome ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override {
+    return Note(db.job, file + std::to_string(static_cast<int>(db.transfer_kind)));
   }
-  void TransferFirmware(Firmware& firmware) override {
-    firmware.labels[0].micro = "A1";
-    bench.session.DownloadSucceeded = Note("firmware");
+  TransferResult TransferFirmware(link::Job& job, Firmware&, Transfer direction) override {
+    TransferResult result;
+    if (stop_at != "early") result.ports[0].micro = MicroType::kA1;
+    result.succeeded = Note(job, direction == Transfer::kProgram ? "write" : "?").Done();
+    if (stop_at == "early") job.RequestCancel(), result.succeeded = false;
+    return result;
   }
 };
 
@@ -251,7 +273,7 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
   struct Row {
     std::string model, data_file;  // of the image; empty: no image
     bool auto_save;
-    std::string stop_at, steps, boxes, wire;  // steps with kind and transfer mode
+    std::string stop_at, steps, boxes, wire;  // steps with their kind
   };
   const std::string trunked = "1<^ 1>v 1<# 1>> 1<0D 1<w 1<4 1<F 1<8 1<0*2 1<1 1<0*4 1<0D 1<^";
   const std::string ask = "question Program default data file: /x/b.ops -> Yes\n";
@@ -263,21 +285,22 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
   const std::string other_model =
       "question The firmware file a.bin is for a ZEP 1200, but the radio is a ZEP 1100. Download "
       "it nevertheless? -> No\n";
-  for (const Row& row : std::vector<Row>{
-           {"11", "", false, "", "firmware2 ", "", ""},
-           {"11", "b.ops", false, "", "firmware2 /x/b.ops0/2 ", ask, ""},
-           {"12", "b.ops", false, "firmware", "firmware2 ", "", ""},
-           {"11", "b.ops", true, "", "read1/1 firmware2 /d/1.ops1/2 ", "", ""},
-           {"11", "", true, "read1/", "read1/1 ", "", ""},
-           {"11", "", true, "firmware", "read1/1 firmware2 ", data_is, ""},
-           {"11", "", true, "/d/1.ops1/", "read1/1 firmware2 /d/1.ops1/2 ", data_is, ""},
-           {"21", "", true, "?", "read1/1 ", other_model, ""},
-           {"31", "", true, "", "read1/1 firmware2 /d/1.ops1/2 ", turn_on, ""},
-           {"12", "b.ops", false, "", "firmware2 /x/b.ops0/2 ", ask, trunked},
-           {"", "b.ops", true, "-", "", none, ""}}) {
+  for (const Row& row :
+       std::vector<Row>{{"11", "", false, "", "write ", "", ""},
+                        {"11", "b.ops", false, "", "write /x/b.ops0 ", ask, ""},
+                        {"12", "b.ops", false, "write", "write ", "", ""},
+                        {"11", "b.ops", true, "", "read1 write /d/1.ops1 ", "", ""},
+                        {"11", "", true, "read1", "read1 ", "", ""},
+                        {"11", "", true, "write", "read1 write ", data_is, ""},
+                        {"11", "", true, "early", "read1 write ", "", ""},
+                        {"11", "", true, "/d/1.ops1", "read1 write /d/1.ops1 ", data_is, ""},
+                        {"21", "", true, "?", "read1 ", other_model, ""},
+                        {"31", "", true, "", "read1 write /d/1.ops1 ", turn_on, ""},
+                        {"12", "b.ops", false, "", "write /x/b.ops0 ", ask, trunked},
+                        {"", "b.ops", true, "-", "", none, ""}}) {
     SCOPED_TRACE(row.model + row.steps);
     FirmwareBench bench;
-    bench.link.State(1) = link::PortState::kActive;
+    bench.TestLink::Choose(1);
     bench.port(1).Answer("^", "v");
     bench.port(1).Answer("#", ">");
     bench.folder.Write("a.bin", ImageBytes(131072, "ZEP-xx" + row.model, 0x8000));
@@ -285,11 +308,11 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
     if (row.boxes == other_model) bench.user.WillAnswer("The firmware file", Answer::kNo);
     NotedWindows windows(bench, row.stop_at);
     if (row.model == "31") windows.tier = 3;
-    radiodb::RadioDb db(bench.link);
-    EXPECT_EQ(DownloadFirmwareAndData(bench.firmware, db,
+    radiodb::LastRadio radio;
+    EXPECT_EQ(DownloadFirmwareAndData({bench.link, bench.firmware, radio, windows},
                                       {row.model.empty() ? "" : "a.bin", bench.folder.Path(),
-                                       row.data_file, "/x", row.auto_save},
-                                      windows),
+                                       row.data_file, "/x", row.auto_save})
+                  .Done(),
               row.stop_at.empty());
     EXPECT_EQ(windows.steps, row.steps);
     EXPECT_EQ(std::regex_replace(bench.Boxes(), std::regex(bench.folder.Path("")), ""), row.boxes);

@@ -25,14 +25,16 @@ struct WatchedUpgrade final : UpgradeView {
   void ShowStatus(const std::string& status) override { on_step(status); }
   radiodb::ReadWriteView& ReadWriteWindow() override { return quiet; }
   firmware::TransferView& TransferWindow() override { return quiet; }
-  void WatchTransfer(firmware::TransferRun* run) override {
-    watched = run;
-    if (run != nullptr) on_step("transfer");
+  void ShowCancelWaits() override { ++cancel_waits; }
+  void WatchTransfer(services::RunningJob* transfer) override {
+    watched = transfer;
+    if (transfer != nullptr) on_step("transfer");
   }
 
   testing::QuietView quiet;
   std::string firmware_file;
-  firmware::TransferRun* watched = nullptr;
+  services::RunningJob* watched = nullptr;
+  int cancel_waits = 0;
   std::function<void(const std::string&)> on_step = [](const std::string&) {};
 };
 
@@ -78,9 +80,12 @@ struct UpgradeBench : testing::FirmwareBench {
   std::string Upgrade() {
     constexpr const char* kNames[] = {"succeeded", "up to date", "failed", "comms error",
                                       "aborted"};
+    AutomaticUpgrade upgrade(Work());
     const std::string outcome = kNames[static_cast<int>(upgrade.Upgrade())];
-    return outcome + " " + std::to_string(static_cast<int>(session.failure));
+    selection = upgrade.Selection();
+    return outcome + " " + std::to_string(static_cast<int>(upgrade.Cause().failure));
   }
+  UpgradeWork Work() { return {link, firmware, last_radio, upgrade_view}; }
   // The log without times, "|" at the end of each line, and boxes; both without the test's folder.
   std::string Log() const {
     const std::string lines = folder.Read("upgrade.log").value_or("");
@@ -114,9 +119,8 @@ struct UpgradeBench : testing::FirmwareBench {
 
   simulator::Bytes image;
   WatchedUpgrade upgrade_view;
-  radiodb::RadioDb db{link};
-  AutomaticUpgrade upgrade{firmware, db, upgrade_view};
-  ManualUpgrade manual{firmware, db, upgrade_view};
+  radiodb::LastRadio last_radio;
+  FirmwareSelection selection;
 };
 
 }  // namespace zep::upgrade

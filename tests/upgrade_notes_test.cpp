@@ -117,17 +117,18 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
     const std::vector<std::string> fields = testing::Fields(row);
     SCOPED_TRACE(fields[0]);
     UpgradeBench bench;
-    bench.db.transfer_kind = radiodb::TransferKind::kBoth;
-    ASSERT_TRUE(ReadRadio(bench.db, bench.view));
+    radiodb::RadioDb db(bench.job, bench.last_radio);
+    db.transfer_kind = radiodb::TransferKind::kBoth;
+    ASSERT_TRUE(ReadRadio(db, bench.view).Done());
     const char* file = fields[1] == "ocs" ? kCalibrationFile : kDataFile;
     bench.folder.Write(file, std::regex_replace(bench.folder.Read(file).value_or(""),
                                                 std::regex(fields[2]), fields[3]));
     const bool relied_on = fields[4].empty();
     // The note is to be found from another working folder, too.
-    SavedData saved{std::filesystem::relative(bench.db.data_file), bench.db.calibration_file};
-    EXPECT_EQ(SecureSavedData(bench.db, saved), relied_on);
+    SavedData saved{std::filesystem::relative(db.data_file), db.calibration_file};
+    EXPECT_EQ(SecureSavedData(db, saved), relied_on);
     EXPECT_EQ(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or(""),
-              relied_on ? bench.db.data_file + "\n" + bench.db.calibration_file + "\n\n\n" : "");
+              relied_on ? db.data_file + "\n" + db.calibration_file + "\n\n\n" : "");
     EXPECT_THAT(bench.Boxes(), HasSubstr(fields[4]));
     EXPECT_THAT(bench.Boxes(), HasSubstr(relied_on ? "" : "so the radio keeps its firmware"));
   }
@@ -136,11 +137,12 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
 TEST(SavedData, MayHoldItem0OfEachNetwork) {
   UpgradeBench bench(",model=12,networks=2");
   bench.Factory(0, 2).use = simulator::ItemUse::kReadOnly;
-  bench.db.transfer_kind = radiodb::TransferKind::kBoth;
-  ASSERT_TRUE(ReadRadio(bench.db, bench.view));
+  radiodb::RadioDb db(bench.job, bench.last_radio);
+  db.transfer_kind = radiodb::TransferKind::kBoth;
+  ASSERT_TRUE(ReadRadio(db, bench.view).Done());
   EXPECT_THAT(bench.folder.Read("database/10000125v0400.omn").value_or(""), HasSubstr("~~~\r\n00"));
-  SavedData saved{bench.db.data_file, bench.db.calibration_file};
-  EXPECT_TRUE(SecureSavedData(bench.db, saved));
+  SavedData saved{db.data_file, db.calibration_file};
+  EXPECT_TRUE(SecureSavedData(db, saved));
 }
 
 }  // namespace

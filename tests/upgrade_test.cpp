@@ -126,7 +126,6 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
     SCOPED_TRACE(fields[0]);
     UpgradeBench bench(fields[1], fields[2]);
     EXPECT_EQ(bench.Upgrade(), fields[3]);
-    EXPECT_FALSE(bench.session.DownloadError);
     EXPECT_EQ(bench.Flashed(), fields[4] == "yes");
     EXPECT_EQ(bench.Note(), bench.Started());
     std::string last;
@@ -151,12 +150,12 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
                   EndsWith("upgrade/10000125v0400.ops\n" +
                            bench.folder.Path("upgrade/10000125v0100.ocs\n")));
       // By hand, both are needed.
-      bench.session.ClearFlags();
+      radiodb::RadioDb db(bench.job, bench.last_radio);
       for (const auto& [kind, file] :
            {std::pair(radiodb::TransferKind::kChosenFile, "upgrade/10000125v0400.ops"),
             std::pair(radiodb::TransferKind::kCalibration, "upgrade/10000125v0100.ocs")}) {
-        bench.db.transfer_kind = kind;
-        EXPECT_TRUE(ProgramRadio(bench.db, bench.view, bench.folder.Path(file)));
+        db.transfer_kind = kind;
+        EXPECT_TRUE(ProgramRadio(db, bench.view, bench.folder.Path(file)).Done());
       }
       EXPECT_EQ(bench.Item(0x2C).size(), 134U);
       EXPECT_EQ(bench.Item(0x1E).size(), 625U);
@@ -191,9 +190,9 @@ TEST(AutomaticUpgrade, AbortsAtTheNextStep) {
     UpgradeBench bench;
     bench.upgrade_view.on_step = [&](const std::string& step) {
       if (step != fields[0]) return;
-      if (step != "transfer") return bench.upgrade.Cancel();
+      if (step != "transfer") return bench.session.jobs.Cancel();
       bench.user.on_turn = [&bench, turns = 0](int) mutable {
-        if (++turns == 50) bench.upgrade.Cancel();
+        if (++turns == 50) bench.session.jobs.Cancel();
       };
     };
     EXPECT_EQ(bench.Upgrade(), "aborted 6");
@@ -212,8 +211,8 @@ TEST(AutomaticUpgrade, GivesNothingToAnotherRadio) {
     UpgradeBench bench("", fields[0] == "11" ? "no The saved data is of" : "");
     bench.upgrade_view.on_step = [&](const std::string& step) {
       if (!step.starts_with("Converting")) return;
-      bench.db.identity.model_code = fields[0];
-      bench.db.identity.serial_number = fields[1];
+      bench.last_radio.identity.model_code = fields[0];
+      bench.last_radio.identity.serial_number = fields[1];
     };
     EXPECT_EQ(bench.Upgrade(), "failed 1");
     EXPECT_THAT(bench.Boxes(), HasSubstr(fields[2]));
@@ -266,14 +265,14 @@ TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
     UpgradeBench bench("", "image PP11PhaseI.bin 11 0126 " + fields[1] + ";" + fields[3]);
     const auto box = [&](std::size_t number) { return fields[2][number] == '1'; };
     SaveUpgradeSelections(bench.session, {box(0), box(1), box(2), box(3)});
-    const bool done = bench.manual.Upgrade(LoadUpgradeSelections(bench.session));
-    const int failure = static_cast<int>(bench.session.failure);
+    const services::Outcome outcome =
+        RunManualUpgrade(bench.Work(), LoadUpgradeSelections(bench.session));
+    const int failure = static_cast<int>(outcome.failure);
     const int files =
         bench.folder.Read(kDataFile).has_value() + bench.folder.Read(kCalibrationFile).has_value();
     EXPECT_EQ(std::to_string(failure) + " " + std::to_string(files) + " " +
                   std::to_string(bench.Item(0x2C).size()),
               fields[4]);
-    EXPECT_EQ(done, failure == 0);
     EXPECT_EQ(bench.Flashed(), failure != 5);
     EXPECT_EQ(bench.Note(), failure == 1);
     EXPECT_EQ(
@@ -286,19 +285,11 @@ TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
 
 TEST(ManualUpgrade, TellsWhereTheDataIsWhenTheDownloadFails) {
   UpgradeBench bench("", "remove bs.tsk");
-  EXPECT_FALSE(bench.manual.Upgrade({}));
+  EXPECT_FALSE(RunManualUpgrade(bench.Work(), {}).Done());
   EXPECT_THAT(bench.Boxes(), EndsWith("The data of this radio is in " + kBothFiles +
                                       ". Please keep these files until the radio has its data "
                                       "back. -> OK\n"));
   EXPECT_THAT(bench.Log(), EndsWith("The radio's data is in " + kBothFiles + "|"));
-}
-
-TEST(ManualUpgrade, ForgetsWhatIsToBeTransferredWhenItCannotBegin) {
-  for (const char* order : {"inactive", "remove PP11PhaseI.bin"}) {
-    UpgradeBench bench("", order);
-    EXPECT_FALSE(bench.manual.Upgrade({}));
-    EXPECT_EQ(bench.db.transfer_kind, radiodb::TransferKind::kChosenFile);
-  }
 }
 
 // Each fault at each step of both upgrades: a run ends, claims success only with everything in
@@ -307,7 +298,8 @@ TEST(Upgrades, SurviveEveryFaultAtEveryStep) {
   for (const bool automatic : {true, false}) {
     const std::string orders = automatic ? "" : "image PP11PhaseI.bin 11 0126 0400 0100";
     const auto run = [automatic](UpgradeBench& bench) {
-      return automatic ? bench.Upgrade() == "succeeded 0" : bench.manual.Upgrade({});
+      return automatic ? bench.Upgrade() == "succeeded 0"
+                       : RunManualUpgrade(bench.Work(), {}).Done();
     };
     UpgradeBench good("", orders);
     EXPECT_TRUE(run(good));
@@ -323,9 +315,8 @@ TEST(Upgrades, SurviveEveryFaultAtEveryStep) {
           const bool done = run(bench);
           const bool told = bench.Log().find("The radio's data is in ") != std::string::npos;
           EXPECT_FALSE(bench.link.Port(1).IsOpen());
-          EXPECT_EQ(bench.States(), "1222");
+          EXPECT_EQ(bench.States(bench.link.CommStates), "1222");
           EXPECT_LT(bench.clock.Now(), std::chrono::minutes(3));
-          EXPECT_EQ(done, bench.session.failure == Failure::kNone);
           EXPECT_EQ(bench.Note(), told);
           if (done) {
             EXPECT_TRUE(bench.Flashed());
@@ -349,18 +340,16 @@ TEST(Upgrades, CanBeCancelledInAnyTurn) {
     for (int part = 16; part > 0; --part) {
       SCOPED_TRACE(std::string(automatic ? "automatic " : "manual ") + std::to_string(part));
       UpgradeBench bench("", automatic ? "" : "image PP11PhaseI.bin 11 0126 0400 0100");
-      const auto cancel = [&] { automatic ? bench.upgrade.Cancel() : bench.manual.Cancel(); };
-      cancel();
+      bench.user.when_cancelled = services::Answer::kYes;
       bench.user.on_turn = [&](int turn) {
-        EXPECT_TRUE(automatic ? bench.upgrade.IsRunning() : bench.manual.IsRunning());
-        if (part < 16 && turn == all_turns * part / 16) cancel();
+        if (part < 16 && turn == all_turns * part / 16) bench.session.jobs.Cancel();
       };
-      const bool done = automatic ? bench.upgrade.Upgrade() == UpgradeOutcome::kSucceeded
-                                  : bench.manual.Upgrade({});
-      EXPECT_FALSE(bench.upgrade.IsRunning() || bench.manual.IsRunning());
+      const std::string ended =
+          automatic ? bench.Upgrade()
+                    : std::to_string(static_cast<int>(RunManualUpgrade(bench.Work(), {}).failure));
+      const bool done = part == 16;
       EXPECT_FALSE(bench.link.Port(1).IsOpen());
-      EXPECT_EQ(done, part == 16);
-      EXPECT_EQ(bench.session.failure, done ? Failure::kNone : Failure::kCancelled);
+      EXPECT_EQ(ended, automatic ? done ? "succeeded 0" : "aborted 6" : done ? "0" : "6");
       if (part == 16) all_turns = bench.user.turns;
       if (done) continue;
       EXPECT_EQ(bench.Note(), bench.Boxes().find("The data of this radio is in " + kBothFiles) !=
@@ -377,9 +366,10 @@ TEST(Upgrades, EndWellAfterAnUnexpectedError) {
       if (step != "transfer") return;
       bench.user.on_turn = [&](int) { throw std::runtime_error("no memory"); };
     };
-    if (automatic) bench.Upgrade();
-    if (!automatic) bench.manual.Upgrade({});
-    EXPECT_EQ(bench.session.failure, Failure::kRefused);
+    const std::string ended =
+        automatic ? bench.Upgrade()
+                  : std::to_string(static_cast<int>(RunManualUpgrade(bench.Work(), {}).failure));
+    EXPECT_EQ(ended, automatic ? "failed 1" : "1");
     EXPECT_FALSE(bench.upgrade_view.watched);
     EXPECT_FALSE(bench.link.Port(1).IsOpen());
     EXPECT_THAT(bench.Boxes(), HasSubstr("critical An unexpected error has occured -> OK\n"

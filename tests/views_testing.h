@@ -19,7 +19,7 @@ class QuietView : public firmware::TransferView, public radiodb::ReadWriteView {
   void EnableCancel(bool) override {}
   void ShowCancel(bool) override {}
   void ShowBootstrapHint(bool) override {}
-  void SetSlot(int, const firmware::SlotLabels&) override {}
+  void SetPort(int, const firmware::PortFacts&) override {}
   void Repaint() override {}
 };
 

@@ -43,28 +43,23 @@ std::string_view FinalReport(UpgradeOutcome outcome) {
   return NLSText("The upgrade process did not complete successfully");
 }
 
-AutomaticUpgrade::AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db,
-                                   UpgradeView& view, const UpgradeFiles& given_files)
-    : firmware_(firmware),
-      db_(db),
-      view_(view),
-      link_(db.link),
-      session_(db.link.session),
+AutomaticUpgrade::AutomaticUpgrade(const UpgradeWork& work, const UpgradeFiles& given_files)
+    : firmware_(work.firmware),
+      view_(work.view),
+      job_(work.link),
+      session_(job_.session),
+      db_(job_, work.radio),
       log_(session_, UpgradeLogFile(session_)),
-      run_(session_),
+      run_(job_, view_),
       selection_{.file = {}, .folder = {}, .given_file = given_files.image},
       given_default_settings_(given_files.default_settings) {}
 
 UpgradeOutcome AutomaticUpgrade::Upgrade() {
   UpgradeOutcome outcome = UpgradeOutcome::kFailed;
-  const link::Job job(link_);
-  const UpgradeRun::Running running(run_);
-  saved_ = {};
-  download_started_ = false;
   try {
     outcome = RunSteps();
   } catch (const std::exception& error) {
-    ReportUnexpectedError(session_, log_, error);
+    ReportUnexpectedError(job_, log_, error);
     if (download_started_) TellOfSavedData(session_, log_, saved_);
   }
   if (outcome == UpgradeOutcome::kSucceeded) {
@@ -73,20 +68,23 @@ UpgradeOutcome AutomaticUpgrade::Upgrade() {
     DropNote(saved_);
   }
   LeaveNote(saved_);
-  TidyUp(link_);
+  const bool done = outcome == UpgradeOutcome::kSucceeded || outcome == UpgradeOutcome::kUpToDate;
+  cause_ = job_.Ended(done);
+  if (outcome == UpgradeOutcome::kAborted) cause_.failure = Failure::kCancelled;
+  TidyUp(job_);
   return outcome;
 }
 
 UpgradeOutcome AutomaticUpgrade::RunSteps() {
   log_.Log("Upgrade process started.");
   TellOfUnfinishedUpgrades(session_, log_);
-  session_.TransferMode = services::Transfer::kProgram;
+  job_.TransferMode = link::Transfer::kProgram;
   // One radio's data goes through this run, so only that radio gets the firmware.
-  if (!link::SelectSinglePort(link_) || !link::InitialiseComms(link_)) {
+  if (!link::SelectSinglePort(job_) || !link::InitialiseComms(job_)) {
     return Report(FailWith("Could not initialise comms", Failure::kPort));
   }
   view_.ShowFirmwareFile("");
-  link::ClearInputBuffers(link_);
+  link::ClearInputBuffers(job_.link);
   view_.ShowStatus(NLSFmt(session_, "Locating firmware file"));
   switch (LocateFirmwareFile(db_, log_, view_, selection_, firmware_.image)) {
     case LocateResult::kUpToDate:
@@ -106,10 +104,10 @@ bool AutomaticUpgrade::Save() {
   db_.database_folder = radiodb::DatabaseFolder(session_);
   db_.calibration_folder = radiodb::CalibrationFolder(session_);
   if (!PrepareToSave(db_, log_)) return false;
-  if (!radiodb::ReadRadio(db_, view_.ReadWriteWindow())) {
-    return FailWith(session_.DownloadError ? "Could not save personality data"
-                                           : "The radio's data was not saved",
-                    Failure::kFile);
+  if (!radiodb::ReadRadio(db_, view_.ReadWriteWindow()).Done()) {
+    return FailWith(
+        job_.DownloadError ? "Could not save personality data" : "The radio's data was not saved",
+        Failure::kFile);
   }
   saved_ = {.data_file = db_.data_file, .calibration_file = db_.calibration_file};
   saved_model_code_ = db_.identity.model_code;
@@ -118,9 +116,9 @@ bool AutomaticUpgrade::Save() {
   old_calibration_version_ = db_.identity.calibration_version;
   view_.ShowStatus(NLSFmt(session_, "Checking the saved data"));
   if (!SecureSavedData(db_, saved_)) {
-    if (session_.CancelRequested) return false;
-    return FailWith(session_.DownloadError ? "Could not save personality data"
-                                           : "The saved data could not be verified",
+    if (job_.CancelRequested) return false;
+    return FailWith(job_.DownloadError ? "Could not save personality data"
+                                       : "The saved data could not be verified",
                     Failure::kFile);
   }
   personality_ = std::move(db_.data);
@@ -139,7 +137,7 @@ bool AutomaticUpgrade::CheckSavedCalibration() {
   if (conversion::CalibrationVersionOf(data) == version) return true;
   const bool is_known =
       version >= conversion::kOldestCalibration && version <= conversion::kNewestCalibration;
-  Refuse(session_,
+  Refuse(job_,
          is_known ? NLSFmt(session_,
                            "The radio's calibration data is not that of its calibration version "
                            "%0:s: it has %1:s bytes. The radio keeps its firmware. Please upgrade "
@@ -164,13 +162,13 @@ bool AutomaticUpgrade::Download() {
   view_.ShowStatus(NLSFmt(session_, "Downloading radio firmware"));
   download_started_ = true;
   const firmware::TransferOptions options{.at_once = std::nullopt, .automatic_upgrade = true};
-  if (!run_.TransferFirmware(firmware_, view_, options).succeeded)
+  if (!run_.TransferFirmware(firmware_, options).succeeded)
     return FailWith("Firmware download failed", Failure::kRefused);
   if (radiodb::SwitchesOffAfterDownload(db_.identity.tier)) {
     NLSMsgBox(session_, "Please turn the radio on so that it can be programmed.",
               {.notice = services::Notice::kAwaitsAction});
   }
-  if (!radiodb::ReadSpecification(db_)) {
+  if (!radiodb::ReadSpecification(db_).Done()) {
     return FailWith("Could not read radio configuration", Failure::kNoAnswer);
   }
   log_.Log("Firmware download complete. Version is now v" + db_.identity.software_version);
@@ -180,14 +178,14 @@ bool AutomaticUpgrade::Download() {
 bool AutomaticUpgrade::Convert() {
   view_.ShowStatus(NLSFmt(session_, "Converting the radio's data"));
   if (!CheckRadioIsTheSame()) return false;
-  std::optional<ConvertedPersonality> converted =
+  tl::expected<ConvertedPersonality, Failure> converted =
       ConvertPersonalityData(session_, log_,
                              {.old_version = old_database_version_,
                               .new_version = db_.identity.database_version,
                               .saved = personality_,
                               .converted_file = ConvertedFileOf(session_, saved_.data_file),
                               .defaults = &*default_settings_});
-  if (!converted) return false;
+  if (!converted) return FailWith({}, converted.error());
   for (const conversion::Remark& remark : converted->remarks)
     view_.ShowStatus(NLSFmt(session_, remark.text));
   if (!run_.MayGoOn() || !ConvertCalibration(converted->file)) return false;
@@ -213,7 +211,7 @@ bool AutomaticUpgrade::CheckRadioIsTheSame() {
                         radio.model_code + " instead of " + saved_model_code_,
                     Failure::kRefused);
   }
-  if (!MayBeSameRadio(session_, saved_serial_number_, radio.serial_number)) {
+  if (!MayBeSameRadio(job_, saved_serial_number_, radio.serial_number)) {
     return FailWith("The radio is not the one whose data was saved: its serial number is " +
                         radio.serial_number + " instead of " + saved_serial_number_,
                     Failure::kRefused);
@@ -265,7 +263,7 @@ bool AutomaticUpgrade::Reprogram() {
     return FailWith(kFailed, Failure::kFile);
   firmware::AskToTurnOn(session_, firmware_.image);
   db_.transfer_kind = radiodb::TransferKind::kBoth;
-  if (!radiodb::ProgramRadio(db_, view_.ReadWriteWindow(), converted_)) {
+  if (!radiodb::ProgramRadio(db_, view_.ReadWriteWindow(), converted_).Done()) {
     return FailWith(kFailed, Failure::kRefused);
   }
   log_.Log("Radio personality has been reprogrammed");
@@ -274,12 +272,8 @@ bool AutomaticUpgrade::Reprogram() {
 
 UpgradeOutcome AutomaticUpgrade::Report(bool succeeded) {
   UpgradeOutcome outcome = succeeded ? UpgradeOutcome::kSucceeded : UpgradeOutcome::kFailed;
-  if (session_.DownloadError) outcome = UpgradeOutcome::kCommsError;
-  if (run_.IsAborted()) {
-    outcome = UpgradeOutcome::kAborted;
-    session_.failure = Failure::kCancelled;
-  }
-  if (outcome != UpgradeOutcome::kSucceeded) session_.KeepCause(Failure::kRefused);
+  if (job_.DownloadError) outcome = UpgradeOutcome::kCommsError;
+  if (run_.IsAborted()) outcome = UpgradeOutcome::kAborted;
   log_.Log(FinalReport(outcome));
   NLSMsgBox(session_, FinalReport(outcome));
   if (outcome != UpgradeOutcome::kSucceeded && download_started_) {
@@ -295,7 +289,7 @@ void AutomaticUpgrade::Begin(std::string_view text) {
 
 bool AutomaticUpgrade::FailWith(std::string_view line, Failure why) {
   if (!line.empty()) log_.Log(line);
-  session_.KeepCause(why);
+  job_.KeepCause(why);
   return false;
 }
 

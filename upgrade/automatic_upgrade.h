@@ -18,6 +18,7 @@
 #include <string_view>
 
 #include "firmware/firmware.h"
+#include "link/job.h"
 #include "radiodb/radio_db.h"
 #include "services/session.h"
 #include "upgrade/data_conversion.h"
@@ -46,22 +47,25 @@ struct UpgradeFiles {
   std::string default_settings;
 };
 
+// What an upgrade works on.
+struct UpgradeWork {
+  link::Link& link;
+  firmware::Firmware& firmware;
+  radiodb::LastRadio& radio;
+  UpgradeView& view;
+};
+
+// One run.
 class AutomaticUpgrade {
  public:
-  // All three outlive the upgrade.
-  AutomaticUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db, UpgradeView& view,
-                   const UpgradeFiles& given_files = {});
+  explicit AutomaticUpgrade(const UpgradeWork& work, const UpgradeFiles& given_files = {});
 
-  // The Upgrade button: the whole run, with its final report. The link's job and its end are part
-  // of it. Unless it succeeded or nothing was to be done, session.failure is set.
+  // The Upgrade button: the whole run, with its final report.
   UpgradeOutcome Upgrade();
 
-  // The Cancel button and the closing of the dialog, in a turn of the user interface (see
-  // UpgradeRun): the run ends as aborted. A dialog may close when no run is on.
-  void Cancel() { run_.Cancel(); }
-  bool IsRunning() const { return run_.IsRunning(); }
-
-  // The firmware that was selected last, and the files of the last run.
+  // The cause of any outcome but kSucceeded and kUpToDate.
+  const services::Outcome& Cause() const { return cause_; }
+  // The firmware that was selected, and the files of the run.
   const FirmwareSelection& Selection() const { return selection_; }
   const SavedData& Saved() const { return saved_; }
 
@@ -84,14 +88,15 @@ class AutomaticUpgrade {
   bool FailWith(std::string_view line, services::Failure why);
 
   firmware::Firmware& firmware_;
-  radiodb::RadioDb& db_;
   UpgradeView& view_;
-  link::Link& link_;
+  link::Job job_;
   services::Session& session_;
+  radiodb::RadioDb db_;
   UpgradeLog log_;
   UpgradeRun run_;
   FirmwareSelection selection_;
   const std::string given_default_settings_;
+  services::Outcome cause_;
 
   SavedData saved_;
   // What is in those files: each is read back once, when it is saved, and not again.

@@ -116,8 +116,8 @@ std::string ConvertedFileOf(const Session& session, const std::string& saved_fil
   return UpgradeFolder(session) + services::FileTitleOf(saved_file);
 }
 
-std::optional<ConvertedPersonality> ConvertPersonalityData(Session& session, UpgradeLog& log,
-                                                           const PersonalityRequest& request) {
+tl::expected<ConvertedPersonality, Failure> ConvertPersonalityData(
+    Session& session, UpgradeLog& log, const PersonalityRequest& request) {
   const int old_version = radiodb::VersionNumber(request.old_version);
   const int new_version = radiodb::VersionNumber(request.new_version);
   const std::string new_text = "v" + std::to_string(new_version);
@@ -125,13 +125,13 @@ std::optional<ConvertedPersonality> ConvertPersonalityData(Session& session, Upg
   if (new_version < conversion::kOldestDatabase || new_version > conversion::kNewestDatabase) {
     log.Log(new_text + " is not supported");
     RefuseVersion(session, new_version);
-    return std::nullopt;
+    return tl::unexpected(Failure::kRefused);
   }
   std::optional<DefaultSettings> own_defaults;
   const DefaultSettings* defaults = request.defaults;
   if (defaults == nullptr) {
     own_defaults = ReadDefaultSettings(session, log, request.default_file);
-    if (!own_defaults) return std::nullopt;
+    if (!own_defaults) return tl::unexpected(Failure::kFile);
     defaults = &*own_defaults;
   }
   log.Log("Default settings read from " + defaults->path);
@@ -140,7 +140,7 @@ std::optional<ConvertedPersonality> ConvertPersonalityData(Session& session, Upg
   if (!data) {
     Refuse(session, data.error());
     log.Log("Could not locate " + services::FolderOf(request.saved.Path()));
-    return std::nullopt;
+    return tl::unexpected(Failure::kFile);
   }
   conversion::DatabaseResult result =
       ConvertDatabase({.old_version = old_version,

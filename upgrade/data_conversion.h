@@ -15,7 +15,7 @@
 namespace zep::upgrade {
 
 // Reads a file of radio data that is to be sound, its hex digits in either case. Nothing, after a
-// message, when there is no such file; session.failure is set.
+// message, when there is no such file.
 std::optional<radiodb::DataFile> ReadCheckedDataFile(services::Session& session,
                                                      const std::string& path);
 
@@ -29,8 +29,7 @@ struct DefaultSettings {
 };
 
 // Reads default settings: the file at path, by default where the suite keeps them, or the one that
-// the user shows when it is not there. Nothing, with a line in the log, when they cannot be used;
-// session.failure is set.
+// the user shows when it is not there. Nothing, with a line in the log, when they cannot be used.
 std::optional<DefaultSettings> ReadDefaultSettings(services::Session& session, UpgradeLog& log,
                                                    const std::string& path = {});
 
@@ -56,21 +55,20 @@ struct ConvertedPersonality {
   std::vector<conversion::Change> changes;  // when they are collected
 };
 
-// Converts the data; nothing is written but the log, in which each outcome has its line. Nothing
-// when it cannot be converted, with session.failure set.
-std::optional<ConvertedPersonality> ConvertPersonalityData(services::Session& session,
-                                                           UpgradeLog& log,
-                                                           const PersonalityRequest& request);
+// Converts the data; nothing is written but the log, in which each outcome has its line. What kept
+// it from being converted, after a message.
+tl::expected<ConvertedPersonality, services::Failure> ConvertPersonalityData(
+    services::Session& session, UpgradeLog& log, const PersonalityRequest& request);
 
-// Converts a sound calibration file. Nothing, after a message, when it cannot be converted;
-// session.failure is set. REQUIRES: the path of the request is set; its header is made here.
+// Converts a sound calibration file. Nothing, after a message, when it cannot be converted.
+// REQUIRES: the path of the request is set; its header is made here.
 std::optional<conversion::CalibrationResult> ConvertCalibrationFile(
     services::Session& session, conversion::CalibrationConversion request,
     const radiodb::DataFile& saved);
 
 // Writes a converted file where its path says; the folder is made when missing, and the file is
 // replaced as a whole or not at all. False, after a report in the name of procedure, when it could
-// not be written; session.failure is set.
+// not be written.
 bool WriteConvertedFile(services::Session& session, const radiodb::DataFile& file,
                         std::string_view procedure);
 

@@ -133,15 +133,15 @@ std::string SelectFirmware(std::string_view family, int model, std::string_view 
 }
 
 LocateResult LocateFirmwareFile(radiodb::RadioDb& db, UpgradeLog& log, UpgradeView& view,
-                                FirmwareSelection& selection, firmware::ImageFile& image) {
-  services::Session& session = db.link.session;
+                                FirmwareSelection& selection, firmware::ChosenImage& image) {
+  services::Session& session = db.job.session;
   const auto fail = [&](std::string_view line, Failure why) {
     log.Log(line);
-    session.KeepCause(why);
+    db.job.KeepCause(why);
     return LocateResult::kFailed;
   };
   log.Log("Locating firmware file");
-  if (!radiodb::ReadSpecification(db)) {
+  if (!radiodb::ReadSpecification(db).Done()) {
     return fail("Could not read radio configuration", Failure::kNoAnswer);
   }
   selection.file = SelectFirmware(session.strings.Get(services::kResIdentity), db.identity.tier,

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "firmware/image_file.h"
+#include "firmware/firmware_image.h"
 #include "radiodb/radio_db.h"
 #include "services/session.h"
 #include "upgrade/upgrade_log.h"
@@ -37,8 +37,8 @@ struct FirmwareSelection {
 };
 
 // Reads who the radio is, selects its firmware and finds the file, which becomes the chosen image.
-// Every outcome has its line in the log; session.failure tells why it failed.
+// Every outcome has its line in the log; the job keeps why it failed.
 LocateResult LocateFirmwareFile(radiodb::RadioDb& db, UpgradeLog& log, UpgradeView& view,
-                                FirmwareSelection& selection, firmware::ImageFile& image);
+                                FirmwareSelection& selection, firmware::ChosenImage& image);
 
 }  // namespace zep::upgrade

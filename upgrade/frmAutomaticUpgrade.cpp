@@ -14,10 +14,13 @@ constexpr int kTextWidth = 520;
 }  // namespace
 
 frmAutomaticUpgrade::frmAutomaticUpgrade(wxWindow* parent, services::WindowContext& window_context,
-                                         firmware::Firmware& firmware, radiodb::RadioDb& db)
+                                         link::Link& program_link, firmware::Firmware& firmware,
+                                         radiodb::LastRadio& last_radio)
     : TaskWindow(parent, window_context, "frmAutomaticUpgrade", "automatic_upgrade.htm"),
-      panel_(new UpgradePanel(this, window_context, firmware.link)),
-      upgrade_(firmware, db, *panel_) {
+      link_(program_link),
+      firmware_(firmware),
+      radio_(last_radio),
+      panel_(new UpgradePanel(this, window_context, program_link)) {
   const services::Session& session = context.session;
   auto* explanation = services::MakeLabel(
       this, NLSFmt(session,
@@ -42,17 +45,11 @@ frmAutomaticUpgrade::frmAutomaticUpgrade(wxWindow* parent, services::WindowConte
 }
 
 void frmAutomaticUpgrade::Upgrade() {
-  if (context.job.IsRunning()) return;
+  if (context.session.jobs.IsRunning()) return;
   panel_->Begin();
   cmdCancel->SetFocus();
   cmdUpgrade->Disable();
-  UpgradeOutcome outcome{};
-  {
-    const services::JobControl::Scope job(context.job, [this] {
-      if (panel_->MayCancel()) upgrade_.Cancel();
-    });
-    outcome = upgrade_.Upgrade();
-  }
+  const UpgradeOutcome outcome = AutomaticUpgrade({link_, firmware_, radio_, *panel_}).Upgrade();
   panel_->End(NLSFmt(context.session, FinalReport(outcome)));
   cmdUpgrade->Enable();
   cmdUpgrade->SetFocus();

@@ -11,15 +11,18 @@ namespace zep::upgrade {
 class frmAutomaticUpgrade : public services::TaskWindow {
  public:
   frmAutomaticUpgrade(wxWindow* parent, services::WindowContext& window_context,
-                      firmware::Firmware& firmware, radiodb::RadioDb& db);
+                      link::Link& program_link, firmware::Firmware& firmware,
+                      radiodb::LastRadio& last_radio);
 
  private:
   void Upgrade();
 
+  link::Link& link_;
+  firmware::Firmware& firmware_;
+  radiodb::LastRadio& radio_;
   UpgradePanel* panel_;
   wxButton* cmdUpgrade;
   wxButton* cmdCancel;
-  AutomaticUpgrade upgrade_;
 };
 
 }  // namespace zep::upgrade

@@ -17,11 +17,13 @@ constexpr const char* kHelpPage = "upgrade.htm";
 }  // namespace
 
 frmUpgrade::frmUpgrade(wxWindow* parent, services::WindowContext& window_context,
-                       firmware::Firmware& firmware, radiodb::RadioDb& db)
+                       link::Link& program_link, firmware::Firmware& firmware,
+                       radiodb::LastRadio& last_radio)
     : TaskWindow(parent, window_context, "frmUpgrade", kHelpPage),
+      link_(program_link),
       firmware_(firmware),
-      panel_(new UpgradePanel(this, window_context, firmware.link, [this] { Browse(); })),
-      upgrade_(firmware, db, *panel_) {
+      radio_(last_radio),
+      panel_(new UpgradePanel(this, window_context, program_link, [this] { Browse(); })) {
   const services::Session& session = context.session;
   chkSaveMain = services::MakeCheckBox(
       this, NLSFmt(session, "Read, save then reprogram radio main database"), "chkSaveMain");
@@ -78,12 +80,12 @@ UpgradeSelections frmUpgrade::Selections() const {
 
 void frmUpgrade::Browse() {
   firmware::DownloadChoices choices = firmware::LoadDownloadChoices(context.session);
-  if (!firmware::BrowseBinary(firmware_, choices)) return;
+  if (!firmware::BrowseBinary(context.session, firmware_.image, choices)) return;
   panel_->ShowFirmwareFile(firmware_.image.FullName());
 }
 
 void frmUpgrade::Upgrade() {
-  if (context.job.IsRunning()) return;
+  if (context.session.jobs.IsRunning()) return;
   panel_->Begin();
   const auto enable = [this](bool enabled) {
     for (wxWindow* control : std::initializer_list<wxWindow*>{
@@ -92,17 +94,11 @@ void frmUpgrade::Upgrade() {
   };
   cmdCancel->SetFocus();
   enable(false);
-  UpgradeOutcome outcome = UpgradeOutcome::kFailed;
-  {
-    const services::JobControl::Scope job(context.job, [this] {
-      if (panel_->MayCancel()) upgrade_.Cancel();
-    });
-    if (upgrade_.Upgrade(Selections())) {
-      outcome = UpgradeOutcome::kSucceeded;
-    } else if (context.session.failure == services::Failure::kCancelled) {
-      outcome = UpgradeOutcome::kAborted;
-    }
-  }
+  const services::Outcome ended =
+      RunManualUpgrade({link_, firmware_, radio_, *panel_}, Selections());
+  const UpgradeOutcome outcome = ended.Done()           ? UpgradeOutcome::kSucceeded
+                                 : ended.WasCancelled() ? UpgradeOutcome::kAborted
+                                                        : UpgradeOutcome::kFailed;
   panel_->End(NLSFmt(context.session, FinalReport(outcome)));
   enable(true);
   cmdUpgrade->SetFocus();

@@ -12,8 +12,8 @@ namespace zep::upgrade {
 
 class frmUpgrade : public services::TaskWindow {
  public:
-  frmUpgrade(wxWindow* parent, services::WindowContext& window_context,
-             firmware::Firmware& firmware, radiodb::RadioDb& db);
+  frmUpgrade(wxWindow* parent, services::WindowContext& window_context, link::Link& program_link,
+             firmware::Firmware& firmware, radiodb::LastRadio& last_radio);
   // Stores the check boxes.
   ~frmUpgrade() override;
 
@@ -22,7 +22,9 @@ class frmUpgrade : public services::TaskWindow {
   void Browse();
   void Upgrade();
 
+  link::Link& link_;
   firmware::Firmware& firmware_;
+  radiodb::LastRadio& radio_;
   UpgradePanel* panel_;
   wxCheckBox* chkSaveMain;
   wxCheckBox* chkSaveCalibration;
@@ -30,7 +32,6 @@ class frmUpgrade : public services::TaskWindow {
   wxCheckBox* chkAppLaunchExe;
   wxButton* cmdUpgrade;
   wxButton* cmdCancel;
-  ManualUpgrade upgrade_;
 };
 
 }  // namespace zep::upgrade

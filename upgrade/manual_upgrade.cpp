@@ -1,6 +1,5 @@
 #include "upgrade/manual_upgrade.h"
 
-#include <algorithm>
 #include <exception>
 #include <sstream>
 #include <utility>
@@ -41,13 +40,21 @@ constexpr Setting kSettings[] = {
 
 // One run of the dialog's work.
 struct Work {
+  Work(const UpgradeWork& work, const UpgradeSelections& the_selections)
+      : firmware(work.firmware),
+        view(work.view),
+        selections(the_selections),
+        job(work.link),
+        db(job, work.radio) {}
+
   firmware::Firmware& firmware;
-  radiodb::RadioDb& db;
   UpgradeView& view;
   const UpgradeSelections& selections;
-  UpgradeRun& run;
+  link::Job job;
+  radiodb::RadioDb db;
+  UpgradeRun run{job, view};
 
-  Session& session = db.link.session;
+  Session& session = job.session;
   UpgradeLog log{session, UpgradeLogFile(session)};
   bool download_started = false;
   SavedData saved = {};
@@ -69,7 +76,7 @@ bool Save(Work& work) {
   TellOfUnfinishedUpgrades(work.session, work.log);
   if (!PrepareToSave(work.db, work.log)) return false;
   work.view.ShowStatus(NLSFmt(work.session, "Saving personality and calibration data"));
-  if (!radiodb::ReadRadio(work.db, work.view.ReadWriteWindow())) return false;
+  if (!radiodb::ReadRadio(work.db, work.view.ReadWriteWindow()).Done()) return false;
   work.saved = {.data_file = work.db.data_file, .calibration_file = work.db.calibration_file};
   work.identity_before = work.db.identity;
   work.view.ShowStatus(NLSFmt(work.session, "Checking the saved data"));
@@ -93,7 +100,7 @@ void OfferProgrammingApplication(Work& work) {
       location);
   const std::string program = services::AppMakePath(location.folder, location.executable);
   if (!found) {
-    Refuse(session,
+    Refuse(work.job,
            NLSFmt(session,
                   "The programming application was not found: there is no %0:s. Please install it "
                   "and open %1:s with it.",
@@ -106,10 +113,11 @@ void OfferProgrammingApplication(Work& work) {
 
 bool WriteBackPersonality(Work& work) {
   work.db.transfer_kind = TransferKind::kAutoSave;
-  if (radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), work.personality)) return true;
+  if (radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), work.personality).Done())
+    return true;
   const bool is_other_version = VersionNumber(work.db.identity.database_version) !=
                                 VersionNumber(work.identity_before.database_version);
-  if (is_other_version && work.selections.AppLaunchExe && !work.session.Stopped()) {
+  if (is_other_version && work.selections.AppLaunchExe && !work.job.Stopped()) {
     OfferProgrammingApplication(work);
   }
   return false;
@@ -122,7 +130,7 @@ std::optional<radiodb::DataFile> CalibrationForRadio(Work& work) {
   const int now = VersionNumber(work.db.identity.calibration_version);
   if (before == now) return work.calibration;
   if (!work.selections.UpgradeCalibration) {
-    Refuse(session,
+    Refuse(work.job,
            NLSFmt(session,
                   "The radio's calibration version is now %0:s, so its saved calibration data of "
                   "version %1:s was not written back. It is in %2:s.",
@@ -147,20 +155,20 @@ bool WriteBackCalibration(Work& work) {
   const std::optional<radiodb::DataFile> file = CalibrationForRadio(work);
   if (!file) return false;
   work.db.transfer_kind = TransferKind::kCalibration;
-  return radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), *file);
+  return radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), *file).Done();
 }
 
 bool WriteBack(Work& work) {
   work.view.ShowStatus(NLSFmt(work.session, "Writing the saved data back"));
   firmware::AskToTurnOn(work.session, work.firmware.image);
-  if (!radiodb::ReadSpecification(work.db) ||
-      !MayBeSameRadio(work.session, work.identity_before.serial_number,
+  if (!radiodb::ReadSpecification(work.db).Done() ||
+      !MayBeSameRadio(work.job, work.identity_before.serial_number,
                       work.db.identity.serial_number)) {
     return false;
   }
   const bool personality = !work.selections.SaveMain || WriteBackPersonality(work);
   const bool calibration =
-      !work.selections.SaveCalibration || (!work.session.Stopped() && WriteBackCalibration(work));
+      !work.selections.SaveCalibration || (!work.job.Stopped() && WriteBackCalibration(work));
   if (!personality || !calibration) return false;
   EndNotes(work.session, work.saved);
   return true;
@@ -169,28 +177,26 @@ bool WriteBack(Work& work) {
 // Opens the link and checks the image.
 bool Prepare(Work& work) {
   Session& session = work.session;
-  link::Link& link = work.db.link;
-  session.TransferMode = services::Transfer::kProgram;
-  if ((work.HasData() && !link::SelectSinglePort(link)) || !link::InitialiseComms(link)) {
-    session.KeepCause(Failure::kPort);
+  link::Job& job = work.job;
+  job.TransferMode = link::Transfer::kProgram;
+  if ((work.HasData() && !link::SelectSinglePort(job)) || !link::InitialiseComms(job)) {
+    job.KeepCause(Failure::kPort);
     return false;
   }
-  link::ClearInputBuffers(link);
+  link::ClearInputBuffers(job.link);
   work.db.database_folder = radiodb::DatabaseFolder(session);
   work.db.calibration_folder = radiodb::CalibrationFolder(session);
-  firmware::ImageFile& image = work.firmware.image;
+  firmware::ChosenImage& image = work.firmware.image;
   return (!image.BinaryFileName.empty() && firmware::CheckForValidFile(session, image)) ||
-         Refuse(session, NLSFmt(session, "Please select a valid file to down load."),
-                Failure::kFile);
+         Refuse(job, NLSFmt(session, "Please select a valid file to down load."), Failure::kFile);
 }
 
 // The image into every radio; how each of them ended is one of the steps.
 bool Download(Work& work) {
-  const firmware::TransferResult result = work.run.TransferFirmware(work.firmware, work.view, {});
-  std::istringstream lines(firmware::TransferReportText(work.firmware, result));
+  const firmware::TransferResult result = work.run.TransferFirmware(work.firmware, {});
+  std::istringstream lines(firmware::TransferReportText(work.job.link, result));
   for (std::string line; std::getline(lines, line);) work.view.ShowStatus(line);
-  return result.succeeded && std::count(result.outcomes.begin(), result.outcomes.end(),
-                                        firmware::SlotOutcome::kFailed) == 0;
+  return result.AllDone();
 }
 
 bool DoAll(Work& work) {
@@ -206,7 +212,7 @@ bool DoAll(Work& work) {
   if (!work.run.MayGoOn()) return false;
   work.download_started = true;
   work.view.ShowStatus(NLSFmt(work.session, "Downloading radio firmware"));
-  return Download(work) && !work.session.Stopped() &&
+  return Download(work) && !work.job.Stopped() &&
          (!work.HasData() || (work.run.MayGoOn() && WriteBack(work)));
 }
 
@@ -228,29 +234,24 @@ void SaveUpgradeSelections(Session& session, const UpgradeSelections& selections
   }
 }
 
-ManualUpgrade::ManualUpgrade(firmware::Firmware& firmware, radiodb::RadioDb& db, UpgradeView& view)
-    : firmware_(firmware), db_(db), view_(view), run_(db.link.session) {}
-
-bool ManualUpgrade::Upgrade(const UpgradeSelections& selections) {
-  Session& session = db_.link.session;
-  const link::Job job(db_.link);
-  const UpgradeRun::Running running(run_);
-  Work work{firmware_, db_, view_, selections, run_};
+services::Outcome RunManualUpgrade(const UpgradeWork& upgrade,
+                                   const UpgradeSelections& selections) {
+  Work work(upgrade, selections);
   bool done = false;
   try {
     done = DoAll(work);
   } catch (const std::exception& error) {
-    ReportUnexpectedError(session, work.log, error);
+    ReportUnexpectedError(work.job, work.log, error);
   }
   if (!done && !work.download_started) DropNote(work.saved);
   LeaveNote(work.saved);
   if (!done && work.download_started && work.HasData()) {
-    TellOfSavedData(session, work.log, work.saved);
+    TellOfSavedData(work.session, work.log, work.saved);
   }
-  if (!done && run_.IsAborted()) session.failure = Failure::kCancelled;
-  if (!done) session.KeepCause(Failure::kRefused);
-  TidyUp(db_.link);
-  return done;
+  services::Outcome outcome = work.job.Ended(done);
+  if (!done && work.run.IsAborted()) outcome.failure = Failure::kCancelled;
+  TidyUp(work.job);
+  return outcome;
 }
 
 }  // namespace zep::upgrade

@@ -48,7 +48,7 @@ Origin OriginOf(const radiodb::DataFile& file) {
 
 // Reads the file back from the disk and compares it with what the radio has sent.
 bool SecureFile(const radiodb::RadioDb& db, const radiodb::DataFile& sent, bool is_calibration) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   const platform::FileContents contents = platform::ReadWholeFile(sent.Path());
   if (contents.error) {
     services::ReportError(session, contents.error, "SecureSavedData");
@@ -56,7 +56,7 @@ bool SecureFile(const radiodb::RadioDb& db, const radiodb::DataFile& sent, bool 
   }
   const tl::expected<radiodb::DataFile, services::Problem> file =
       radiodb::DataFile::Parse(sent.Path(), contents.bytes).and_then(conversion::CheckedData);
-  if (!file) return Refuse(session, file.error());
+  if (!file) return Refuse(db.job, file.error());
   const Origin origin = OriginOf(*file);
   const Origin radio = OriginOf(db, is_calibration);
   if (origin == radio && contents.bytes == sent.Print()) return true;
@@ -81,11 +81,11 @@ bool HasOtherLine(const conversion::PersonalityNetwork& saved, std::string_view 
 // items carries no checksum, so the one that was used for the read may have been cut short.
 std::string MissingItems(const radiodb::RadioDb& db, int network,
                          const conversion::PersonalityNetwork& saved) {
-  link::Link& link = db.link;
+  link::Job& job = db.job;
   const radiodb::RadioType type = db.identity.type;
   const std::string list = radiodb::ListItems(db, network).value_or("");
   std::string missing;
-  for (std::size_t at = 0; at + 2 <= list.size() && !link.session.Stopped(); at += 2) {
+  for (std::size_t at = 0; at + 2 <= list.size() && !job.Stopped(); at += 2) {
     const std::string item = list.substr(at, 2);
     const auto number = static_cast<std::size_t>(services::HexByte(item));
     if (number < conversion::kItemCount && !saved.items[number].empty()) continue;
@@ -96,31 +96,31 @@ std::string MissingItems(const radiodb::RadioDb& db, int network,
       continue;
     }
     // Empty ones are not saved.
-    radiodb::SendCommand(link, "r" + item);
-    if (!radiodb::ReceiveReply(link).empty()) missing += item;
+    radiodb::SendCommand(job, "r" + item);
+    if (!radiodb::ReceiveReply(job).empty()) missing += item;
   }
   return missing;
 }
 
 bool HoldsAllItems(const radiodb::RadioDb& db) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   const tl::expected<conversion::PersonalityData, services::Problem> data =
       conversion::ReadDatabase(db.data);
   radiodb::RadioIdentity radio;
-  if (!data || !radiodb::ReadRadioIdentity(db.link, radiodb::IdentityUse::kView, radio)) {
+  if (!data || !radiodb::ReadRadioIdentity(db.job, radiodb::IdentityUse::kView, radio)) {
     return false;
   }
   std::string missing;
   for (std::size_t at = 0; at < data->networks.size(); ++at) {
     missing += MissingItems(db, static_cast<int>(at + 1), data->networks[at]);
   }
-  link::ReleaseFromProgMode(db.link);
-  link::CloseAllComms(db.link);
+  link::ReleaseFromProgMode(db.job);
+  link::CloseAllComms(db.job.link);
   const bool same_radio = radio.model_string == db.identity.model_string &&
                           radio.serial_number == db.identity.serial_number &&
                           radio.database_version == db.identity.database_version &&
                           radio.calibration_version == db.identity.calibration_version;
-  if (missing.empty() && same_radio) return !session.Stopped();
+  if (missing.empty() && same_radio) return !db.job.Stopped();
   NLSMsgBox(session,
             NLSFmt(session,
                    "The radio, asked once more, gives other answers than those in %0:s. Please "
@@ -133,22 +133,21 @@ bool HoldsAllItems(const radiodb::RadioDb& db) {
 bool Secure(const radiodb::RadioDb& db, SavedData& saved) {
   return (saved.data_file.empty() || SecureFile(db, db.data, false)) &&
          (saved.calibration_file.empty() || SecureFile(db, db.calibration, true)) &&
-         (saved.data_file.empty() || HoldsAllItems(db)) && MakeNote(db.link.session, saved);
+         (saved.data_file.empty() || HoldsAllItems(db)) && MakeNote(db.job.session, saved);
 }
 
 }  // namespace
 
 bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved) {
-  Session& session = db.link.session;
   if (Secure(db, saved)) return true;
-  if (session.failure == services::Failure::kCancelled) return false;
-  return Refuse(session,
+  if (db.job.Ended(false).WasCancelled()) return false;
+  return Refuse(db.job,
                 services::NLSText("The radio's data could not be saved safely, so the radio keeps "
                                   "its firmware. Please try again."),
                 services::Failure::kFile);
 }
 
-bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
+bool MayBeSameRadio(link::Job& job, const std::string& saved_serial_number,
                     const std::string& serial_number) {
   const auto is_set = [](const std::string& number) {
     return !number.empty() && number != "NOT SET";
@@ -157,6 +156,7 @@ bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
       saved_serial_number == serial_number) {
     return true;
   }
+  Session& session = job.session;
   const std::string question =
       NLSFmt(session,
              "The saved data is of the radio with the serial number %0:s, but the radio now has "
@@ -168,7 +168,7 @@ bool MayBeSameRadio(Session& session, const std::string& saved_serial_number,
                  .cautious = true}) == services::Answer::kYes) {
     return true;
   }
-  session.KeepCause(services::Failure::kRefused);
+  job.KeepCause(services::Failure::kRefused);
   return false;
 }
 

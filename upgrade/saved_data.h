@@ -17,8 +17,8 @@ namespace zep::upgrade {
 bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved);
 
 // Whether the saved data may go into the radio that came back: both have the same serial number,
-// one of them has none, or the user says so. When not, session.failure is set.
-bool MayBeSameRadio(services::Session& session, const std::string& saved_serial_number,
+// one of them has none, or the user says so.
+bool MayBeSameRadio(link::Job& job, const std::string& saved_serial_number,
                     const std::string& serial_number);
 
 }  // namespace zep::upgrade

@@ -266,7 +266,7 @@ void TellOfUnfinishedUpgrades(Session& session, UpgradeLog& log) {
 }
 
 bool PrepareToSave(radiodb::RadioDb& db, UpgradeLog& log) {
-  Session& session = db.link.session;
+  Session& session = db.job.session;
   const std::string upgrade_folder = UpgradeFolder(session);
   for (const std::string& folder : {db.database_folder, db.calibration_folder}) {
     if (!platform::IsSameFile(folder, upgrade_folder)) continue;

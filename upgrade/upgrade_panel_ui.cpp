@@ -41,11 +41,12 @@ UpgradePanel::UpgradePanel(wxWindow* parent, services::WindowContext& window_con
                                           wxTE_READONLY | wxTE_MULTILINE);
   txtUpgradeSteps->SetMinSize(FromDIP(wxSize(-1, kStepsHeight)));
   pnlTransfer = new firmware::TransferPanel(this, window_context, link);
-  cmdStopDownload = services::MakeButton(this, NLSFmt(session, "&Stop Download"), "cmdStopDownload",
-                                         [this] { pnlTransfer->Cancel(); });
-  pnlTransfer->on_cancel = [this] {
-    if (run_ != nullptr) Cancel(*run_);
-  };
+  cmdStopDownload =
+      services::MakeButton(this, NLSFmt(session, "&Stop Download"), "cmdStopDownload", [this] {
+        if (transfer_ == nullptr) return;
+        transfer_->Cancel();
+        if (transfer_->IsStopping()) cmdStopDownload->Disable();
+      });
   pnlTransfer->on_cancel_enabled = [this](bool enabled) { cmdStopDownload->Enable(enabled); };
   pnlTransfer->on_status = [this](const std::string& status) {
     services::WindowContext::Call(context_.show_status, status);
@@ -64,7 +65,6 @@ UpgradePanel::UpgradePanel(wxWindow* parent, services::WindowContext& window_con
 
 void UpgradePanel::Begin() {
   if (cmdBrowseBinary != nullptr) cmdBrowseBinary->Disable();
-  told_of_cancel_ = false;
   txtUpgradeSteps->Clear();
   ShowStep(nullptr);
 }
@@ -75,23 +75,6 @@ void UpgradePanel::End(const std::string& result) {
   ShowStatus(result);
 }
 
-bool UpgradePanel::MayCancel() {
-  if (asking_) return false;
-  const services::Session& session = context_.session;
-  if (pnlProgress->IsShown() && session.TransferMode == services::Transfer::kProgram) {
-    asking_ = true;
-    const bool cancels = AskToCancel(context_.session);
-    asking_ = false;
-    return cancels;
-  }
-  if (run_ == nullptr || told_of_cancel_) return true;
-  told_of_cancel_ = true;
-  ShowStatus(NLSFmt(context_.session,
-                    "The upgrade ends when this download is complete. To end it at once, please "
-                    "press Stop Download."));
-  return true;
-}
-
 void UpgradePanel::ShowFirmwareFile(const std::string& full_name) {
   txtBinaryFileName->SetValue(ToWx(full_name));
 }
@@ -99,6 +82,12 @@ void UpgradePanel::ShowFirmwareFile(const std::string& full_name) {
 void UpgradePanel::ShowStatus(const std::string& status) {
   txtUpgradeSteps->AppendText(ToWx(status + "\n"));
   services::WindowContext::Call(context_.show_status, status);
+}
+
+void UpgradePanel::ShowCancelWaits() {
+  ShowStatus(NLSFmt(context_.session,
+                    "The upgrade ends when this download is complete. To end it at once, please "
+                    "press Stop Download."));
 }
 
 radiodb::ReadWriteView& UpgradePanel::ReadWriteWindow() {
@@ -113,9 +102,9 @@ firmware::TransferView& UpgradePanel::TransferWindow() {
   return *pnlTransfer;
 }
 
-void UpgradePanel::WatchTransfer(firmware::TransferRun* run) {
-  run_ = run;
-  if (run != nullptr) {
+void UpgradePanel::WatchTransfer(services::RunningJob* transfer) {
+  transfer_ = transfer;
+  if (transfer != nullptr) {
     pnlTransfer->Clear();
   } else {
     ShowStep(nullptr);

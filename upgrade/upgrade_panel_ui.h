@@ -28,19 +28,15 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   // The run is over; how it ended is the last of the steps.
   void End(const std::string& result);
 
-  // The user wants the upgrade to end: false when it is to go on. Half a database in the radio is
-  // worse than half a file on the disk, so while data is written the user is asked. A download that
-  // is running is completed first; the user is told so, once.
-  bool MayCancel();
-
   // Told when the download's rows are shown and when they go, for the window to make room.
   std::function<void(bool shown)> on_transfer_shown;
 
   void ShowFirmwareFile(const std::string& full_name) override;
   void ShowStatus(const std::string& status) override;
+  void ShowCancelWaits() override;
   radiodb::ReadWriteView& ReadWriteWindow() override;
   firmware::TransferView& TransferWindow() override;
-  void WatchTransfer(firmware::TransferRun* run) override;
+  void WatchTransfer(services::RunningJob* transfer) override;
 
  private:
   // Reading and programming, shown by the progress bar.
@@ -63,9 +59,7 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   void ShowStep(const wxWindow* step);
 
   services::WindowContext& context_;
-  firmware::TransferRun* run_ = nullptr;
-  bool told_of_cancel_ = false;
-  bool asking_ = false;
+  services::RunningJob* transfer_ = nullptr;
 
   wxTextCtrl* txtBinaryFileName;
   wxButton* cmdBrowseBinary = nullptr;

@@ -12,10 +12,10 @@ using services::Failure;
 // A transfer that can be seen from outside, until it has ended in whatever way.
 class ShownTransfer {
  public:
-  ShownTransfer(UpgradeView& view, firmware::TransferRun& run, bool& transferring)
+  ShownTransfer(UpgradeView& view, link::Job& job, bool& transferring)
       : view_(view), transferring_(transferring) {
     transferring_ = true;
-    view_.WatchTransfer(&run);
+    view_.WatchTransfer(&job);
   }
   ~ShownTransfer() {
     view_.WatchTransfer(nullptr);
@@ -32,40 +32,46 @@ class ShownTransfer {
 }  // namespace
 
 void UpgradeRun::Cancel() {
-  if (!running_) return;
+  if (transferring_ && !aborted_) {
+    aborted_ = true;
+    view_.ShowCancelWaits();
+    return;
+  }
+  job_.Cancel();
+}
+
+void UpgradeRun::Stop() {
   aborted_ = true;
-  if (!transferring_) session_.RequestCancel();
+  job_.Stop();
 }
 
 bool UpgradeRun::IsAborted() {
-  if (session_.CancelRequested && session_.failure == Failure::kCancelled) aborted_ = true;
+  if (job_.CancelRequested && job_.Ended(false).WasCancelled()) aborted_ = true;
   return aborted_;
 }
 
 firmware::TransferResult UpgradeRun::TransferFirmware(firmware::Firmware& firmware,
-                                                      UpgradeView& view,
                                                       const firmware::TransferOptions& options) {
-  session_.TransferMode = services::Transfer::kProgram;
-  firmware::TransferRun run(firmware, view.TransferWindow(), options);
-  const ShownTransfer shown(view, run, transferring_);
+  firmware::TransferRun run(job_, firmware, view_.TransferWindow(), link::Transfer::kProgram,
+                            options);
+  const ShownTransfer shown(view_, job_, transferring_);
   return firmware::RunTransfer(run);
 }
 
-void TidyUp(link::Link& link) {
-  ResetRadio(link);
-  link::CloseAllComms(link);
-  link.session.DownloadError = false;
+void TidyUp(link::Job& job) {
+  ResetRadio(job);
+  link::CloseAllComms(job.link);
+  job.DownloadError = false;
 }
 
-void ResetRadio(link::Link& link) { link::ReleaseFromProgMode(link); }
+void ResetRadio(link::Job& job) { link::ReleaseFromProgMode(job); }
 
-void ReportUnexpectedError(services::Session& session, UpgradeLog& log,
-                           const std::exception& error) {
+void ReportUnexpectedError(link::Job& job, UpgradeLog& log, const std::exception& error) {
   constexpr std::string_view kText = services::NLSText("An unexpected error has occured");
-  session.KeepCause(Failure::kRefused);
-  session.log.Error(error.what());
+  job.KeepCause(Failure::kRefused);
+  job.session.log.Error(error.what());
   log.Log(kText);
-  services::NLSMsgBox(session, kText, {.icon = services::Icon::kCritical});
+  services::NLSMsgBox(job.session, kText, {.icon = services::Icon::kCritical});
 }
 
 }  // namespace zep::upgrade

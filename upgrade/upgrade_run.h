@@ -6,61 +6,50 @@
 
 #include "firmware/firmware.h"
 #include "firmware/transfer_engine.h"
-#include "services/session.h"
+#include "link/job.h"
 #include "upgrade/upgrade_log.h"
 #include "upgrade/upgrade_view.h"
 
 namespace zep::upgrade {
 
-// Whether an upgrade runs and was cancelled.
-class UpgradeRun {
+// An upgrade in its job, from here to the end of the object.
+class UpgradeRun final : public services::RunningJob {
  public:
-  explicit UpgradeRun(services::Session& session) : session_(session) {}
+  UpgradeRun(link::Job& job, UpgradeView& view)
+      : job_(job), view_(view), running_(job.session.jobs, *this) {}
 
-  // From here to the end of the object the upgrade runs, not cancelled yet.
-  class Running {
-   public:
-    explicit Running(UpgradeRun& run) : run_(run) {
-      run_.running_ = true;
-      run_.aborted_ = false;
-    }
-    ~Running() { run_.running_ = false; }
-    Running(const Running&) = delete;
-    Running& operator=(const Running&) = delete;
+  // The user's wish: the running step gives up in its own way, but a firmware transfer comes to its
+  // end first, for half a firmware is worse than either. Wished once more, the transfer's own
+  // question is asked.
+  void Cancel() override;
+  void Stop() override;
+  bool IsStopping() const override { return job_.IsStopping(); }
 
-   private:
-    UpgradeRun& run_;
-  };
-  bool IsRunning() const { return running_; }
-
-  // The user's wish: the running step gives up, but a firmware transfer goes on, for half a
-  // firmware is worse than either. Nothing happens when no upgrade runs.
-  void Cancel();
   // By Cancel() or at one of the questions of a step.
   bool IsAborted();
   // Neither aborted nor stopped by a failure.
-  bool MayGoOn() { return !IsAborted() && !session_.Stopped(); }
+  bool MayGoOn() { return !IsAborted() && !job_.Stopped(); }
 
   // Downloads the image chosen in the firmware.
-  firmware::TransferResult TransferFirmware(firmware::Firmware& firmware, UpgradeView& view,
+  firmware::TransferResult TransferFirmware(firmware::Firmware& firmware,
                                             const firmware::TransferOptions& options);
 
  private:
-  services::Session& session_;
-  bool running_ = false;
+  link::Job& job_;
+  UpgradeView& view_;
   bool transferring_ = false;
   bool aborted_ = false;
+  services::JobControl::Scope running_;
 };
 
 // The end of an upgrade, within its job: the radio's software starts anew, the ports are closed and
 // the comms error flag is cleared.
-void TidyUp(link::Link& link);
+void TidyUp(link::Job& job);
 // Writes "^" to the radio's port when the radio is still in programming mode.
-void ResetRadio(link::Link& link);
+void ResetRadio(link::Job& job);
 
 // "An unexpected error has occured", in the log and in a box; what it was goes into the
-// application's log. session.failure is set.
-void ReportUnexpectedError(services::Session& session, UpgradeLog& log,
-                           const std::exception& error);
+// application's log.
+void ReportUnexpectedError(link::Job& job, UpgradeLog& log, const std::exception& error);
 
 }  // namespace zep::upgrade

@@ -1,0 +1,116 @@
+#include "link/job.h"
+
+#include <utility>
+
+#include "link/byte_exchange.h"
+#include "link/programming_mode.h"
+#include "services/messages.h"
+
+namespace zep::link {
+namespace {
+
+using services::Failure;
+using services::Session;
+
+constexpr platform::Duration kSerialTimeOut = std::chrono::milliseconds(4000);
+
+}  // namespace
+
+void SerialTimeOut::Enable(const Session& session) {
+  deadline_ = session.clock.Now() - session.time_in_questions + kSerialTimeOut;
+}
+
+bool SerialTimeOut::IsDue(const Session& session) const {
+  return deadline_ && session.clock.Now() - session.time_in_questions >= *deadline_;
+}
+
+Job::Job(Link& program_link)
+    : link(program_link),
+      session(program_link.session),
+      CommStates(program_link.CommStates),
+      running_(session.jobs, *this) {
+  session.failure = Failure::kNone;
+  turn_before_ = std::exchange(session.on_turn, [this] {
+    if (turn_before_) turn_before_();
+    if (!timSerialTimeOut.IsDue(session)) return;
+    timSerialTimeOut.Disable();
+    ReportSilence(*this);
+  });
+}
+
+Job::~Job() {
+  ReleaseFromProgMode(*this);
+  CloseAllComms(link);
+  session.on_turn = std::move(turn_before_);
+}
+
+void Job::KeepCause(Failure why, int port) {
+  // The time-out does not know whose it was; the port that fails for it does.
+  if (outcome_.failure == why && outcome_.port == 0) outcome_.port = port;
+  if (!outcome_.Done()) return;
+  outcome_.failure = why;
+  outcome_.port = port;
+  if (why == Failure::kRadioError) outcome_.radio_reply = RadioErrorReply;
+}
+
+void Job::SetDownloadError(Failure why, int port) {
+  DownloadError = true;
+  KeepCause(why, port);
+}
+
+void Job::RequestCancel(Failure why) {
+  CancelRequested = true;
+  KeepCause(why);
+}
+
+void Job::ClearFlags() {
+  CancelRequested = false;
+  DownloadError = false;
+  outcome_ = {};
+}
+
+services::Outcome Job::Ended(bool complete) const {
+  services::Outcome ended = outcome_;
+  if (ended.Done()) ended.failure = session.failure;
+  if (!complete && ended.Done()) ended.failure = Failure::kRefused;
+  return ended;
+}
+
+void Job::Cancel() {
+  if (asks_ || Stopped() || cancelling_ == Cancelling::kTooLate) return;
+  if (cancelling_ == Cancelling::kWaits) {
+    wish_is_waiting_ = true;
+    return;
+  }
+  if (cancelling_ == Cancelling::kAsksFirst) {
+    asks_ = true;
+    const bool stops = AskToCancel(session);
+    asks_ = false;
+    if (!stops) return;
+  }
+  RequestCancel();
+}
+
+Job::Step::~Step() {
+  job_.cancelling_ = before_;
+  if (before_ != Cancelling::kWaits && std::exchange(job_.wish_is_waiting_, false)) job_.Cancel();
+}
+
+bool Refuse(Job& job, std::string_view text, Failure why) {
+  NLSMsgBox(job.session, text, {.icon = services::Icon::kCritical});
+  job.KeepCause(why);
+  return false;
+}
+
+bool RefuseFile(Job& job, const platform::SystemError& error, std::string_view procedure) {
+  ReportError(job.session, error, procedure);
+  job.KeepCause(Failure::kFile);
+  return false;
+}
+
+bool Refuse(Job& job, const services::Problem& problem) {
+  if (problem.error) return RefuseFile(job, problem.error, problem.procedure);
+  return Refuse(job, ProblemText(job.session, problem), problem.why);
+}
+
+}  // namespace zep::link
