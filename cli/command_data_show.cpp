@@ -26,7 +26,7 @@ Json ItemsJson(const std::vector<ItemSummary>& items) {
   for (const ItemSummary& item : items) {
     Json records = Json::List();
     for (const radiodb::DataFileLine* record : item.records)
-      records.Add(Json().Set("line", record->number).Set("record", record->text));
+      records.Add(Json().Set("line", record->number).Set("record", std::string(record->Text())));
     json.Add(Json()
                  .Set("item", item.item)
                  .Set("network", item.network)
@@ -37,20 +37,20 @@ Json ItemsJson(const std::vector<ItemSummary>& items) {
 }
 
 ExitStatus Show(CommandContext& context, const std::string& name) {
-  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(context.session, name);
-  if (!file) return context.WorkStatus(false);
-  const radiodb::DataFileCheck check = CheckDataFile(context.session, *file);
-  const std::vector<ItemSummary> items = SummariseItems(context.session, *file);
-  context.Print(FileIdentityTable(context.session, *file, check).Text() + "\n" +
+  const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
+  if (!file) return context.WorkStatus(Refuse(context.session, file.error()));
+  const std::vector<ItemSummary> items = SummariseItems(*file);
+  context.Print(FileIdentityTable(context.session, *file).Text() + "\n" +
                 ItemTable(context.session, items));
   if (context.options.json) {
-    context.json.Set("data", FileIdentityJson(context.session, *file, check));
+    context.json.Set("data", FileIdentityJson(context.session, *file));
     context.json.Set("items", ItemsJson(items));
   }
-  if (check.findings.empty()) return ExitStatus::kDone;
+  const std::vector<radiodb::Finding> findings = file->Findings();
+  if (findings.empty()) return ExitStatus::kDone;
   context.user.Say(NLSFmt(context.session,
                           "%0:s has faults (%1:s). \"zepctl data check\" shows them.",
-                          {name, std::to_string(check.findings.size())}));
+                          {name, std::to_string(findings.size())}));
   return ExitStatus::kFile;
 }
 

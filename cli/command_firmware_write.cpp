@@ -3,7 +3,7 @@
 #include "cli/file_names.h"
 #include "cli/firmware_jobs.h"
 #include "cli/image_report.h"
-#include "radiodb/data_file_reader.h"
+#include "radiodb/data_file.h"
 #include "services/messages.h"
 
 namespace zep::cli {
@@ -39,8 +39,10 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
   context.json.Set("image", ImageJson(context.session, *image, options.image));
   if (!IsUsableImage(context, *image)) return ExitStatus::kFile;
   // Both are better found out before the firmware is replaced.
-  if (!options.data_file.empty() && !radiodb::ReadDataFile(context.session, options.data_file))
-    return context.WorkStatus(false);
+  if (!options.data_file.empty()) {
+    const auto data = radiodb::ReadDataFile(options.data_file);
+    if (!data) return context.WorkStatus(Refuse(context.session, data.error()));
+  }
   if (!options.data_file.empty() && !context.user.CanAnswer()) {
     return context.UsageError(
         NLSFmt(context.session,

@@ -12,19 +12,19 @@ using services::NLSText;
 
 ExitStatus ProgramFile(CommandContext& context, const std::string& name) {
   // A file that cannot be read is no reason to trouble a radio.
-  const std::optional<radiodb::TransferKind> kind = radiodb::TransferKindOf(context.session, name);
-  if (!kind) return context.WorkStatus(false);
+  const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
+  if (!file) return context.WorkStatus(Refuse(context.session, file.error()));
 
   link::Link* link = context.LinkForOneRadio(link::Transfer::kProgram);
   if (link == nullptr) return context.LinkStatus();
   link::Job job(*link);
   radiodb::LastRadio radio;
   radiodb::RadioDb db(job, radio);
-  db.transfer_kind = *kind;
+  db.transfer_kind = TransferKindOf(*file);
   services::Outcome outcome;
   {
     ReadWriteDisplay display(context);
-    outcome = ProgramRadio(db, display, name);
+    outcome = ProgramRadio(db, display, *file);
   }
   if (!outcome.Done()) return StatusOf(outcome);
   context.Print(ProgrammedText(db, name) + "\n");

@@ -3,7 +3,6 @@
 #include <map>
 
 #include "cli/identity_report.h"
-#include "link/record_text.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 
@@ -11,36 +10,35 @@ namespace zep::cli {
 namespace {
 
 using radiodb::DataFile;
-using radiodb::DataFileCheck;
 using radiodb::DataFileLine;
 using services::NLSFmt;
 using services::NLSText;
 
 bool IsRecord(std::string_view line) { return line.size() >= 8 && services::IsHexText(line); }
 
-std::string KindName(const services::Session& session, const DataFileCheck& check) {
-  if (check.identity && check.identity->is_calibration) return NLSFmt(session, "calibration file");
-  return check.networks > 1 ? NLSFmt(session, "multi-network data file")
-                            : NLSFmt(session, "data file");
+std::string KindName(const services::Session& session, const DataFile& file) {
+  if (file.IsCalibration()) return NLSFmt(session, "calibration file");
+  return file.Networks() > 1 ? NLSFmt(session, "multi-network data file")
+                             : NLSFmt(session, "data file");
 }
 
 }  // namespace
 
-std::vector<ItemSummary> SummariseItems(services::Session& session, const DataFile& file) {
+std::vector<ItemSummary> SummariseItems(const DataFile& file) {
   std::vector<ItemSummary> items;
   int network = 1;
   std::map<std::string, std::size_t> of_network;  // where the network's items are among all
-  for (const DataFileLine& line : file.lines) {
-    if (radiodb::IsNetworkSeparator(line.text)) {
+  for (const DataFileLine& line : file.Lines()) {
+    if (line.IsSeparator()) {
       ++network;
       of_network.clear();
     }
-    if (!IsRecord(line.text)) continue;
-    const std::string item = line.text.substr(0, 2);
+    if (!IsRecord(line.Text())) continue;
+    const std::string item(line.Text().substr(0, 2));
     const auto [at, is_new] = of_network.try_emplace(item, items.size());
     if (is_new) items.push_back({.item = item, .network = network, .records = {}});
     ItemSummary& summary = items[at->second];
-    summary.bytes += static_cast<int>(link::GetRecordData(session, line.text).size() / 2);
+    summary.bytes += static_cast<int>(radiodb::GetRecordData(line.Text()).size() / 2);
     summary.records.push_back(&line);
   }
   return items;
@@ -51,18 +49,17 @@ std::string FileTypeName(const services::Session& session, const radiodb::FileId
   return model ? NLSFmt(session, TypeName(model->type)) : std::string();
 }
 
-Table FileIdentityTable(const services::Session& session, const DataFile& file,
-                        const DataFileCheck& check) {
+Table FileIdentityTable(const services::Session& session, const DataFile& file) {
   Table table;
   const auto row = [&](std::string_view title, const std::string& value) {
     if (!value.empty()) table.AddRow({NLSFmt(session, title), value});
   };
-  row(NLSText("File"), file.path);
-  row(NLSText("Kind"), KindName(session, check));
-  for (const std::string& line : file.header) {
+  row(NLSText("File"), file.Path());
+  row(NLSText("Kind"), KindName(session, file));
+  for (const std::string& line : file.Header()) {
     if (line.starts_with("Saved with")) row(NLSText("Header"), line);
   }
-  if (const auto& identity = check.identity) {
+  if (const auto& identity = file.Identity()) {
     row(NLSText("Model"),
         ModelName(session, identity->model_code) + " (" + identity->model_code + ")");
     row(NLSText("Model string"), identity->model_string);
@@ -71,18 +68,17 @@ Table FileIdentityTable(const services::Session& session, const DataFile& file,
     row(NLSText("Hardware version"), identity->hardware_version);
     row(NLSText("Serial number"), NLSFmt(session, identity->serial_number));
   }
-  row(NLSText("Networks"), std::to_string(check.networks));
-  row(NLSText("Records"), std::to_string(check.records));
+  row(NLSText("Networks"), std::to_string(file.Networks()));
+  row(NLSText("Records"), std::to_string(file.Records()));
   return table;
 }
 
-Json FileIdentityJson(const services::Session& session, const DataFile& file,
-                      const DataFileCheck& check) {
+Json FileIdentityJson(const services::Session& session, const DataFile& file) {
   Json json;
-  json.Set("file", file.path);
-  json.Set("size", file.size);
-  json.Set("header", Json::List(file.header));
-  if (const auto& identity = check.identity) {
+  json.Set("file", file.Path());
+  json.Set("size", file.Size());
+  json.Set("header", Json::List(file.Header()));
+  if (const auto& identity = file.Identity()) {
     json.Set("calibration", identity->is_calibration);
     json.Set("model_code", identity->model_code);
     json.Set("model", radiodb::FindRadioModel(identity->model_code)
@@ -93,15 +89,15 @@ Json FileIdentityJson(const services::Session& session, const DataFile& file,
     json.Set("hardware_version", identity->hardware_version);
     json.Set("serial_number", identity->serial_number);
   }
-  json.Set("networks", check.networks);
-  json.Set("records", check.records);
+  json.Set("networks", file.Networks());
+  json.Set("records", file.Records());
   return json;
 }
 
-Json FindingsJson(const DataFileCheck& check) {
+Json FindingsJson(const services::Session& session, const std::vector<radiodb::Finding>& findings) {
   Json json = Json::List();
-  for (const radiodb::Finding& finding : check.findings)
-    json.Add(Json().Set("line", finding.line).Set("text", finding.text));
+  for (const radiodb::Finding& finding : findings)
+    json.Add(Json().Set("line", finding.line).Set("text", NLSFmt(session, finding.text)));
   return json;
 }
 

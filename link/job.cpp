@@ -108,4 +108,9 @@ bool RefuseFile(Job& job, const platform::SystemError& error, std::string_view p
   return false;
 }
 
+bool Refuse(Job& job, const services::Problem& problem) {
+  if (problem.error) return RefuseFile(job, problem.error, problem.procedure);
+  return Refuse(job, ProblemText(job.session, problem), problem.why);
+}
+
 }  // namespace zep::link

@@ -16,6 +16,7 @@
 #include "platform/system_error.h"
 #include "services/job_control.h"
 #include "services/outcome.h"
+#include "services/problem.h"
 #include "services/session.h"
 
 namespace zep::link {
@@ -129,5 +130,7 @@ class Job final : public services::RunningJob {
 bool Refuse(Job& job, std::string_view text, services::Failure why);
 // Likewise for a file that cannot be read or written, by the error reporter.
 bool RefuseFile(Job& job, const platform::SystemError& error, std::string_view procedure);
+// Likewise for a problem of either kind.
+bool Refuse(Job& job, const services::Problem& problem);
 
 }  // namespace zep::link

@@ -116,19 +116,22 @@ void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, lin
 void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, link::Link& link,
                             LastRadio& radio) {
   if (context.session.jobs.IsRunning()) return;
-  const std::optional<std::string> file = ChooseFileToProgram(context.session, radio);
-  if (!file) return;
+  const std::optional<std::string> path = ChooseFileToProgram(context.session, radio);
+  if (!path) return;
   // A file that cannot be read is no reason to trouble a radio.
-  const std::optional<TransferKind> kind = TransferKindOf(context.session, *file);
-  if (!kind) return;
+  const tl::expected<DataFile, services::Problem> file = ReadDataFile(*path);
+  if (!file) {
+    Refuse(context.session, file.error());
+    return;
+  }
   std::string done;
   {
     link::Job job(link);
     RadioDb db(job, radio);
-    db.transfer_kind = *kind;
+    db.transfer_kind = TransferKindOf(*file);
     frmReadWriteRadio window(parent, context);
     if (window.Run([&](ReadWriteView& view) { return ProgramRadio(db, view, *file); }).Done())
-      done = ProgrammedText(db, *file);
+      done = ProgrammedText(db, *path);
   }
   if (!done.empty()) NLSMsgBox(context.session, done);
 }

@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "link/byte_exchange.h"
 #include "link/job.h"
-#include "link/record_text.h"
 
 namespace zep::radiodb {
 

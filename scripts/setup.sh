@@ -34,7 +34,7 @@ need() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
 }
 
-build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev
+build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev libexpected-dev
                 pkg-config libwxgtk3.2-dev libgtk-3-dev wx3.2-i18n)
 
 # build PRESET [TARGET...]: configures when needed, then builds.

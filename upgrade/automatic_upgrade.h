@@ -13,6 +13,7 @@
 //   reprogram  that file into the radio
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,7 @@
 #include "link/job.h"
 #include "radiodb/radio_db.h"
 #include "services/session.h"
+#include "upgrade/data_conversion.h"
 #include "upgrade/firmware_selection.h"
 #include "upgrade/saved_data.h"
 #include "upgrade/upgrade_log.h"
@@ -75,7 +77,8 @@ class AutomaticUpgrade {
   bool Download();
   bool Convert();
   bool CheckRadioIsTheSame();
-  bool ConvertCalibration();
+  // Adds the converted calibration data to the converted data file, too.
+  bool ConvertCalibration(radiodb::DataFile& data_file);
   bool Reprogram();
 
   UpgradeOutcome Report(bool succeeded);
@@ -96,9 +99,13 @@ class AutomaticUpgrade {
   services::Outcome cause_;
 
   SavedData saved_;
+  // What is in those files: each is read back once, when it is saved, and not again.
+  radiodb::DataFile personality_;
+  radiodb::DataFile calibration_;
+  radiodb::DataFile converted_;
   std::string saved_model_code_;
   std::string saved_serial_number_;
-  std::string default_settings_;
+  std::optional<DefaultSettings> default_settings_;
   std::string old_database_version_;
   std::string old_calibration_version_;
   bool download_started_ = false;

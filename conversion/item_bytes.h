@@ -10,9 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "services/session.h"
-
-namespace zep::upgrade {
+namespace zep::conversion {
 
 // The items of one network, by item number; empty where there is none.
 inline constexpr std::size_t kItemCount = 256;
@@ -22,7 +20,7 @@ using ItemArray = std::array<std::string, kItemCount>;
 std::string GetByteRange(std::string_view item, std::size_t byte);
 
 // Byte n as a number, 0 to 255.
-int GetByte(services::Session& session, std::string_view item, std::size_t byte);
+int GetByte(std::string_view item, std::size_t byte);
 
 // Writes byte n: the digits before it, the two new ones, and those behind it. In an item that is
 // shorter than n bytes the new byte becomes the last one.
@@ -32,8 +30,11 @@ void SetByte(std::string& item, std::size_t byte, std::uint8_t value);
 // bit it names; with several, these bits are set or cleared and the others stay; with none nothing
 // changes. An item that has no byte n stays as it is: false. A missing byte of the default item
 // counts 0.
-bool CopyByte(services::Session& session, std::string& item, std::string_view default_item,
-              std::size_t byte, std::initializer_list<int> bits);
+bool CopyByte(std::string& item, std::string_view default_item, std::size_t byte,
+              std::initializer_list<int> bits);
+
+// The same for a list of one entry.
+bool CopyWholeByte(std::string& item, std::string_view default_item, std::size_t byte);
 
 // The item's records of that many bytes; what is left behind the last whole one is not among them.
 std::vector<std::string> SplitMultiItem(std::string_view item, std::size_t record_bytes);
@@ -41,4 +42,4 @@ std::vector<std::string> SplitMultiItem(std::string_view item, std::size_t recor
 // What SplitMultiItem left behind.
 std::string_view TailOfMultiItem(std::string_view item, std::size_t record_bytes);
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

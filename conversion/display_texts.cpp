@@ -1,4 +1,4 @@
-#include "upgrade/display_texts.h"
+#include "conversion/display_texts.h"
 
 #include <algorithm>
 #include <array>
@@ -7,7 +7,7 @@
 
 #include "services/hex_text.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 namespace {
 
 // Each text is ended by "|". A radio finds a text by its place here; blanks centre it on the
@@ -50,4 +50,4 @@ std::string DisplayTextTable() {
   return hex;
 }
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

@@ -1,10 +1,10 @@
-#include "upgrade/item_differences.h"
+#include "conversion/item_differences.h"
 
 #include <algorithm>
 
-#include "upgrade/personality_steps.h"
+#include "conversion/personality_steps.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 namespace {
 
 constexpr std::size_t kBytesInRow = 16;
@@ -70,4 +70,4 @@ std::vector<ItemDifference> CompareItems(int network, const ItemArray& before, i
   return differences;
 }
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

@@ -1,6 +1,6 @@
-#include "upgrade/calibration_steps.h"
+#include "conversion/calibration_steps.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 namespace {
 
 constexpr CalibrationPiece Mid(std::size_t from, std::size_t count) {
@@ -50,4 +50,4 @@ std::string ApplyCalibrationStep(const CalibrationStep& step, std::string_view d
   return changed;
 }
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

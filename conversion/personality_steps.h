@@ -5,12 +5,12 @@
 #include <cstddef>
 #include <span>
 #include <string_view>
+#include <vector>
 
-#include "services/session.h"
-#include "upgrade/item_bytes.h"
-#include "upgrade/upgrade_log.h"
+#include "conversion/item_bytes.h"
+#include "conversion/remark.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 
 // Items with rules of their own.
 inline constexpr std::size_t kConfiguration = 0;  // who the radio is, with the database version
@@ -22,17 +22,16 @@ inline constexpr std::size_t kDisplayTexts = 30;
 std::size_t TableRecordBytes(std::size_t item, int version);
 
 // What a step works on: the items of one network and, as the source of values that a newer database
-// defines, the default settings.
+// defines, the default settings. The step's remarks are added to those before.
 struct ConversionData {
-  services::Session& session;
-  UpgradeLog& log;
   ItemArray& items;
   const ItemArray& defaults;
+  std::vector<Remark>& remarks;
 };
 
 // An item that does not reach as far as a step's byte stays as it is, and a byte that the default
-// settings do not have counts 0; both are logged. A table's tail behind its last whole record is
-// kept, which is logged too.
+// settings do not have counts 0; both are remarked. A table's tail behind its last whole record is
+// kept, which is remarked, too.
 void ConvertTo400(const ConversionData& data);
 void ConvertTo402(const ConversionData& data);
 void ConvertTo403(const ConversionData& data);
@@ -48,4 +47,4 @@ std::span<const PersonalityStep> PersonalitySteps();
 // Replaces the database version in item 0 by the characters of version.
 void RecordVersion(ItemArray& items, std::string_view version);
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

@@ -1,17 +1,16 @@
-#include "upgrade/personality_steps.h"
+#include "conversion/personality_steps.h"
 
 #include <algorithm>
-#include <initializer_list>
 #include <string>
 
+#include "conversion/display_texts.h"
 #include "services/hex_text.h"
-#include "services/messages.h"
-#include "upgrade/display_texts.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 namespace {
 
 using services::NLSText;
+using services::Text;
 
 constexpr std::size_t kScanGroupBytes = 29;
 constexpr std::size_t kFirstMember = 13;  // of the 16 channels that a scan group refers to
@@ -24,22 +23,26 @@ std::string ItemNumber(std::size_t item) {
   return services::ConBytNumToHex(static_cast<std::uint8_t>(item));
 }
 
-// Logs when the default settings lack a byte that a step is about to take.
+// Remarks when the default settings lack a byte that a step is about to take.
 void CheckDefault(const ConversionData& data, std::size_t item, std::size_t byte) {
   if (data.defaults[item].size() >= 2 * (byte + 1)) return;
-  data.log.Remark(NLSText("Item %0:s of the default settings has no byte %1:s, 00 is used"),
-                  {ItemNumber(item), std::to_string(byte)});
+  data.remarks.push_back(
+      {Text{NLSText("Item %0:s of the default settings has no byte %1:s, 00 is used"),
+            {ItemNumber(item), std::to_string(byte)}}});
 }
 
-// Takes bits of a byte from the default settings. No bits: nothing changes.
-void CopyDefault(const ConversionData& data, std::size_t item, std::size_t byte,
-                 std::initializer_list<int> bits) {
-  if (bits.size() > 0) CheckDefault(data, item, byte);
-  if (CopyByte(data.session, data.items[item], data.defaults[item], byte, bits)) return;
-  if (bits.size() > 0) {
-    data.log.Remark(NLSText("Item %0:s of the saved data has no byte %1:s and is kept as it is"),
-                    {ItemNumber(item), std::to_string(byte)});
-  }
+// Takes a byte from the default settings.
+void TakeDefaultByte(const ConversionData& data, std::size_t item, std::size_t byte) {
+  CheckDefault(data, item, byte);
+  if (CopyWholeByte(data.items[item], data.defaults[item], byte)) return;
+  data.remarks.push_back(
+      {Text{NLSText("Item %0:s of the saved data has no byte %1:s and is kept as it is"),
+            {ItemNumber(item), std::to_string(byte)}}});
+}
+
+// Kept: a copy without bits, which changes nothing.
+void TakeNoDefaultBits(const ConversionData& data, std::size_t item, std::size_t byte) {
+  CopyByte(data.items[item], data.defaults[item], byte, {});
 }
 
 // Cuts an item into records, has each changed, and joins them again.
@@ -54,41 +57,39 @@ void ChangeRecords(const ConversionData& data, std::size_t item, std::size_t rec
   }
   const std::string_view tail = TailOfMultiItem(data.items[item], record_bytes);
   if (!tail.empty()) {
-    data.log.Remark(
-        NLSText("Item %0:s is no whole number of records of %1:s bytes; the %2:s bytes "
-                "behind the last one are kept as they are"),
-        {ItemNumber(item), std::to_string(record_bytes), std::to_string(tail.size() / 2)});
+    data.remarks.push_back(
+        {Text{NLSText("Item %0:s is no whole number of records of %1:s bytes; the %2:s bytes "
+                      "behind the last one are kept as they are"),
+              {ItemNumber(item), std::to_string(record_bytes), std::to_string(tail.size() / 2)}}});
   }
   data.items[item] = joined.append(tail);
 }
 
-bool HasReservedId(const ConversionData& data, std::string_view record, std::size_t first,
-                   std::size_t last) {
+bool HasReservedId(std::string_view record, std::size_t first, std::size_t last) {
   for (std::size_t byte = first; byte <= last; ++byte) {
-    if (GetByte(data.session, record, byte) == kReservedId) return true;
+    if (GetByte(record, byte) == kReservedId) return true;
   }
   return false;
 }
 
 void RemoveRecord(const ConversionData& data, std::string& record, std::string_view why) {
-  data.log.Log(why);
-  services::NLSMsgBox(data.session, why);
+  data.remarks.push_back({.text = {why}, .needs_box = true});
   record.clear();
 }
 
 void CheckChannelId(const ConversionData& data, std::string& channel) {
-  if (!HasReservedId(data, channel, 0, 0)) return;
+  if (!HasReservedId(channel, 0, 0)) return;
   RemoveRecord(data, channel,
                NLSText("A Channel is using the ID 510 which may not be utilised from database "
                        "version 4.02 onwards. This Channel will be removed."));
 }
 
 void CheckScanGroupIds(const ConversionData& data, std::string& scan_group) {
-  if (HasReservedId(data, scan_group, 0, 0)) {
+  if (HasReservedId(scan_group, 0, 0)) {
     RemoveRecord(data, scan_group,
                  NLSText("An ordinary Scan Group is using the ID 510 which may not be utilised "
                          "from database version 4.02 onwards. This Scan Group will be removed."));
-  } else if (HasReservedId(data, scan_group, kFirstMember, kLastMember)) {
+  } else if (HasReservedId(scan_group, kFirstMember, kLastMember)) {
     RemoveRecord(
         data, scan_group,
         NLSText("An ordinary Scan Group is referencing Channel ID 510 which may not be utilised "
@@ -107,9 +108,9 @@ std::size_t TableRecordBytes(std::size_t item, int version) {
 }
 
 void ConvertTo400(const ConversionData& data) {
-  CopyDefault(data, 5, 0, {4});
-  CopyDefault(data, 5, 4, {6});
-  CopyDefault(data, 6, 4, {7});
+  TakeDefaultByte(data, 5, 0);
+  TakeDefaultByte(data, 5, 4);
+  TakeDefaultByte(data, 6, 4);
 
   const std::string& default_channels = data.defaults[kChannels];
   if (!data.items[kChannels].empty()) {
@@ -118,19 +119,19 @@ void ConvertTo400(const ConversionData& data) {
   }
   const std::size_t new_bytes = TableRecordBytes(kChannels, 400);
   ChangeRecords(data, kChannels, TableRecordBytes(kChannels, 399), [&](std::string& channel) {
-    CopyByte(data.session, channel, default_channels, 7, {7});
-    CopyByte(data.session, channel, default_channels, 13, {6, 7});
-    CopyByte(data.session, channel, default_channels, 17, {});  // Kept: no bits, no change.
+    CopyWholeByte(channel, default_channels, 7);
+    CopyByte(channel, default_channels, 13, {6, 7});
+    CopyByte(channel, default_channels, 17, {});  // Kept: no bits, no change.
     channel.resize(2 * new_bytes);
   });
 
-  CopyDefault(data, 43, 20, {});  // Kept: no bits, no change; likewise the next.
-  CopyDefault(data, 43, 21, {});
+  TakeNoDefaultBits(data, 43, 20);
+  TakeNoDefaultBits(data, 43, 21);
 }
 
 void ConvertTo402(const ConversionData& data) {
-  CopyDefault(data, 5, 4, {7});
-  CopyDefault(data, 7, 1, {5});
+  TakeDefaultByte(data, 5, 4);
+  TakeDefaultByte(data, 7, 1);
   ChangeRecords(data, kChannels, TableRecordBytes(kChannels, 402),
                 [&](std::string& channel) { CheckChannelId(data, channel); });
   ChangeRecords(data, kScanGroups, kScanGroupBytes,
@@ -139,11 +140,11 @@ void ConvertTo402(const ConversionData& data) {
 }
 
 void ConvertTo403(const ConversionData& data) {
-  CopyDefault(data, 13, 8, {});  // Kept: no bits, no change; likewise the next.
-  CopyDefault(data, 13, 9, {});
+  TakeNoDefaultBits(data, 13, 8);
+  TakeNoDefaultBits(data, 13, 9);
   if (!data.items[kChannels].empty()) CheckDefault(data, kChannels, 14);
   ChangeRecords(data, kChannels, TableRecordBytes(kChannels, 403), [&](std::string& channel) {
-    CopyByte(data.session, channel, data.defaults[kChannels], 14, {4, 5, 6, 7});
+    CopyByte(channel, data.defaults[kChannels], 14, {4, 5, 6, 7});
   });
 }
 
@@ -157,4 +158,4 @@ void RecordVersion(ItemArray& items, std::string_view version) {
   item = item.substr(0, kVersionAt) + services::ConTextToHex(version) + rest;
 }
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

@@ -4,9 +4,9 @@
 
 #include <string>
 
-namespace zep::upgrade {
+namespace zep::conversion {
 
 // The item as hexadecimal text: a byte 00, then the texts in ASCII, each ended by FE.
 std::string DisplayTextTable();
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

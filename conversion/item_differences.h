@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "upgrade/item_bytes.h"
+#include "conversion/item_bytes.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 
 // Up to 16 bytes in a row that differ. before and after are hex digits; one of them is shorter, or
 // empty, where its item ends earlier.
@@ -22,10 +22,24 @@ struct ItemDifference {
   std::string after = {};
 };
 
-// A change that a conversion makes, and why: words for the user.
+// Why a conversion changes data.
+struct ChangeReason {
+  enum class Kind {
+    kDatabaseStep,        // a step to a newer database version
+    kNewDatabaseVersion,  // the version itself is recorded
+    kCalibrationStep,     // a step between two calibration versions
+    kChecksum,            // the checksum of the calibration data is renewed
+  };
+  Kind kind = Kind::kDatabaseStep;
+  int from = 0;  // versions as numbers, 402 is 4.02; of the steps only
+  int to = 0;
+
+  bool operator==(const ChangeReason&) const = default;
+};
+
 struct Change {
   ItemDifference difference;
-  std::string reason;
+  ChangeReason reason;
 };
 
 // Appends what differs in one item. Records are that many bytes long before and after; 0: no table.
@@ -43,4 +57,4 @@ void CompareItem(const ItemPair& pair, std::vector<ItemDifference>& differences)
 std::vector<ItemDifference> CompareItems(int network, const ItemArray& before, int version_before,
                                          const ItemArray& after, int version_after);
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

@@ -1,18 +1,18 @@
-#include "upgrade/item_bytes.h"
+#include "conversion/item_bytes.h"
 
 #include <algorithm>
 
 #include "services/hex_text.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 
 std::string GetByteRange(std::string_view item, std::size_t byte) {
   const std::size_t at = 2 * byte;
   return at + 2 <= item.size() ? std::string(item.substr(at, 2)) : "00";
 }
 
-int GetByte(services::Session& session, std::string_view item, std::size_t byte) {
-  return services::ConHexByteToInt(session, GetByteRange(item, byte));
+int GetByte(std::string_view item, std::size_t byte) {
+  return services::HexByte(GetByteRange(item, byte));
 }
 
 void SetByte(std::string& item, std::size_t byte, std::uint8_t value) {
@@ -20,16 +20,20 @@ void SetByte(std::string& item, std::size_t byte, std::uint8_t value) {
   item.replace(at, std::min<std::size_t>(2, item.size() - at), services::ConBytNumToHex(value));
 }
 
-bool CopyByte(services::Session& session, std::string& item, std::string_view default_item,
-              std::size_t byte, std::initializer_list<int> bits) {
+bool CopyByte(std::string& item, std::string_view default_item, std::size_t byte,
+              std::initializer_list<int> bits) {
   if (item.size() < 2 * (byte + 1)) return false;
-  const auto value = static_cast<unsigned>(GetByte(session, item, byte));
-  const auto standard = static_cast<unsigned>(GetByte(session, default_item, byte));
+  const auto value = static_cast<unsigned>(GetByte(item, byte));
+  const auto standard = static_cast<unsigned>(GetByte(default_item, byte));
   unsigned mask = 0;
   for (const int bit : bits) mask |= 1U << static_cast<unsigned>(bit);
   if (bits.size() == 1) mask = 0xFF;
   SetByte(item, byte, static_cast<std::uint8_t>((value & ~mask) | (standard & mask)));
   return true;
+}
+
+bool CopyWholeByte(std::string& item, std::string_view default_item, std::size_t byte) {
+  return CopyByte(item, default_item, byte, {0});
 }
 
 std::vector<std::string> SplitMultiItem(std::string_view item, std::size_t record_bytes) {
@@ -45,4 +49,4 @@ std::string_view TailOfMultiItem(std::string_view item, std::size_t record_bytes
   return item.substr(item.size() - item.size() % (2 * record_bytes));
 }
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-namespace zep::upgrade {
+namespace zep::conversion {
 
 // A part of the new text: count characters of the old one from a position that counts from 1, or a
 // literal.
@@ -35,4 +35,4 @@ const CalibrationStep* NextCalibrationStep(int current, int wanted);
 // The data in the new layout, its checksum "0000". REQUIRES: the length is the required one.
 std::string ApplyCalibrationStep(const CalibrationStep& step, std::string_view data);
 
-}  // namespace zep::upgrade
+}  // namespace zep::conversion
