@@ -3,7 +3,6 @@
 
 #include "cli/command.h"
 #include "cli/difference_report.h"
-#include "cli/file_names.h"
 #include "platform/files.h"
 #include "radiodb/radio_identity.h"
 #include "services/hex_text.h"
@@ -80,7 +79,7 @@ bool MayWrite(CommandContext& context, const ConvertOptions& options) {
                 "file another name."),
         options.default_file);
   }
-  const std::string folder = services::FolderOf(AbsoluteName(options.converted_file));
+  const std::string folder = services::FolderOf(platform::AbsolutePath(options.converted_file));
   if (!options.dry_run && !platform::IsFolder(folder)) {
     return RefuseName(
         context, NLSText("There is no folder %0:s. Please make the folder, or choose another one."),
@@ -187,8 +186,8 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
       .old_version = FourDigits(versions->from),
       .new_version = FourDigits(versions->to),
       .saved_file = options.saved_file,
-      .converted_file = AbsoluteName(options.converted_file),
-      .default_file = AbsoluteName(options.default_file),
+      .converted_file = platform::AbsolutePath(options.converted_file),
+      .default_file = platform::AbsolutePath(options.default_file),
       .changes = options.dry_run ? &changes : nullptr,
   };
   const ExitStatus status =
@@ -219,7 +218,7 @@ ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& opt
   std::vector<upgrade::Change> changes;
   const upgrade::CalibrationRequest request{
       .saved_file = options.saved_file,
-      .converted_file = AbsoluteName(options.converted_file),
+      .converted_file = platform::AbsolutePath(options.converted_file),
       .old_version = versions->from,
       .new_version = versions->to,
       .changes = options.dry_run ? &changes : nullptr,

@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/data_report.h"
 #include "cli/identity_report.h"

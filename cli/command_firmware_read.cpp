@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/firmware_jobs.h"
 #include "firmware/transfer_report.h"

@@ -1,8 +1,7 @@
-
 #include "cli/command.h"
-#include "cli/file_names.h"
 #include "cli/firmware_jobs.h"
 #include "cli/image_report.h"
+#include "platform/files.h"
 #include "radiodb/data_file_reader.h"
 #include "services/messages.h"
 
@@ -20,8 +19,8 @@ struct WriteOptions {
 };
 
 firmware::DownloadChoices Choices(const WriteOptions& options) {
-  const std::string image = AbsoluteName(options.image);
-  const std::string data_file = AbsoluteName(options.data_file);
+  const std::string image = platform::AbsolutePath(options.image);
+  const std::string data_file = platform::AbsolutePath(options.data_file);
   return {.BinaryFileName = services::FileTitleOf(image),
           .BinaryFilePath = services::FolderOf(image),
           .DataFileName = services::FileTitleOf(data_file),

@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/identity_report.h"
 #include "radiodb/read_write_radio.h"

@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/displays.h"
 #include "cli/identity_report.h"

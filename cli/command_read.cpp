@@ -1,8 +1,7 @@
-
 #include "cli/command.h"
 #include "cli/displays.h"
-#include "cli/file_names.h"
 #include "cli/identity_report.h"
+#include "platform/files.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 
@@ -39,7 +38,7 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
   db.chosen_calibration_file = options.calibration_file;
   db.database_folder = options.database_folder;
   db.calibration_folder = options.calibration_folder;
-  context.user.SetFile(AbsoluteName(options.file));
+  context.user.SetFile(platform::AbsolutePath(options.file));
   bool done = false;
   {
     ReadWriteDisplay display(context);

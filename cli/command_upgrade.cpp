@@ -1,7 +1,7 @@
 #include "cli/command.h"
 #include "cli/displays.h"
-#include "cli/file_names.h"
 #include "cli/identity_report.h"
+#include "platform/files.h"
 #include "services/messages.h"
 #include "upgrade/automatic_upgrade.h"
 
@@ -73,7 +73,8 @@ ExitStatus Upgrade(CommandContext& context, const upgrade::UpgradeFiles& files) 
   radiodb::RadioDb db(*link);
   UpgradeDisplay display(context);
   upgrade::AutomaticUpgrade upgrade(
-      firmware, db, display, {AbsoluteName(files.image), AbsoluteName(files.default_settings)});
+      firmware, db, display,
+      {platform::AbsolutePath(files.image), platform::AbsolutePath(files.default_settings)});
   const UpgradeOutcome outcome = upgrade.Upgrade();
 
   context.json.Set("outcome", OutcomeName(outcome))
