@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/data_report.h"
 #include "services/messages.h"
@@ -8,6 +7,7 @@ namespace {
 
 using services::NLSFmt;
 using services::NLSText;
+using services::Table;
 
 std::string ItemTable(const services::Session& session, const std::vector<ItemSummary>& items) {
   using enum Table::Align;

@@ -1,8 +1,7 @@
-
 #include "cli/command.h"
 #include "cli/image_report.h"
-#include "cli/text_layout.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 namespace {
@@ -10,6 +9,7 @@ namespace {
 using firmware::ImageInspection;
 using services::NLSFmt;
 using services::NLSText;
+using services::Table;
 
 std::string ImageTable(const services::Session& session, const ImageInspection& image,
                        const std::string& name) {

@@ -5,14 +5,17 @@
 #include <map>
 #include <utility>
 
-#include "cli/text_layout.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 namespace {
 
+using services::DisplayWidth;
 using services::NLSFmt;
 using services::NLSText;
+using services::PadTo;
+using services::Wrap;
 
 constexpr int kIndent = 2;
 constexpr int kNameColumn = 28;

@@ -1,8 +1,7 @@
-
 #include "cli/command.h"
-#include "cli/text_layout.h"
 #include "link/port_texts.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 namespace {
@@ -10,6 +9,7 @@ namespace {
 using platform::SerialDeviceInfo;
 using services::NLSFmt;
 using services::NLSText;
+using services::Table;
 
 void ShowDevices(CommandContext& context) {
   const services::Session& session = context.session;

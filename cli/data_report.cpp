@@ -15,6 +15,7 @@ using radiodb::DataFileCheck;
 using radiodb::DataFileLine;
 using services::NLSFmt;
 using services::NLSText;
+using services::Table;
 
 bool IsRecord(std::string_view line) { return line.size() >= 8 && services::IsHexText(line); }
 

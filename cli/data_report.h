@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "cli/json.h"
-#include "cli/text_layout.h"
 #include "radiodb/data_file_reader.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 
@@ -22,8 +22,8 @@ struct ItemSummary {
 // out.
 std::vector<ItemSummary> SummariseItems(services::Session& session, const radiodb::DataFile& file);
 
-Table FileIdentityTable(const services::Session& session, const radiodb::DataFile& file,
-                        const radiodb::DataFileCheck& check);
+services::Table FileIdentityTable(const services::Session& session, const radiodb::DataFile& file,
+                                  const radiodb::DataFileCheck& check);
 Json FileIdentityJson(const services::Session& session, const radiodb::DataFile& file,
                       const radiodb::DataFileCheck& check);
 Json FindingsJson(const radiodb::DataFileCheck& check);

@@ -8,6 +8,7 @@ namespace {
 
 using services::NLSFmt;
 using services::Session;
+using services::Table;
 using upgrade::Change;
 using upgrade::ItemDifference;
 

@@ -5,8 +5,8 @@
 #include <vector>
 
 #include "cli/json.h"
-#include "cli/text_layout.h"
 #include "services/session.h"
+#include "services/text_layout.h"
 #include "upgrade/data_file_differences.h"
 #include "upgrade/item_differences.h"
 

@@ -1,14 +1,15 @@
 #include "cli/firmware_jobs.h"
 
 #include "cli/displays.h"
-#include "cli/text_layout.h"
 #include "firmware/transfer_report.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 
 using services::NLSFmt;
+using services::Table;
 
 bool FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
   ReadWriteDisplay display(context_);

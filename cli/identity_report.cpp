@@ -6,6 +6,7 @@
 namespace zep::cli {
 
 using radiodb::RadioIdentity;
+using services::Table;
 
 std::string ModelName(const services::Session& session, std::string_view model_code) {
   const auto model = radiodb::FindRadioModel(model_code);

@@ -8,7 +8,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "cli/text_layout.h"
 #include "tests/zepctl_testing.h"
 
 namespace zep::cli {
@@ -263,8 +262,6 @@ TEST(ZepctlData, CheckNamesEachFaultWithItsLine) {
             "at least four of them.\n"
             "FOLDER/bad.ops: records: 3, networks: 2, faults: 2. It is for ZEP 2200 (51).\n");
 }
-
-TEST(ZepctlData, StandsInColumnsInChineseToo) { EXPECT_EQ(DisplayWidth("é电台。"), 7); }
 
 TEST(ZepctlTrace, HoldsEveryByteWithPortAndDirection) {
   Zepctl zepctl;
