@@ -24,7 +24,7 @@
 
 namespace zep::cli {
 
-// The world around the program; a test has its own. All of it outlives the program.
+// The world around zepctl; a test has its own. All of it outlives the context.
 struct Surroundings {
   Console& console;
   platform::Clock& clock;
@@ -36,7 +36,7 @@ struct Surroundings {
 
 class CommandContext {
  public:
-  CommandContext(const Options& program_options, const Surroundings& world);
+  CommandContext(const Options& given_options, const Surroundings& world);
   ~CommandContext();
   CommandContext(const CommandContext&) = delete;
   CommandContext& operator=(const CommandContext&) = delete;
@@ -52,11 +52,11 @@ class CommandContext {
   services::Session session;
   ProgressMeter progress;
 
-  // Chooses the language; with an unknown one, what to tell the user. Has to come before the first
-  // text.
+  // Chooses the language, English for --json; with an unknown one, what to tell the user. Has to
+  // come before the first text.
   std::string ChooseLanguage();
   // Checks the options, tells what is wrong with settings and texts, and starts the trace. Anything
-  // but kDone ends the program; the user has been told.
+  // but kDone ends zepctl; the user has been told.
   ExitStatus Start();
 
   // The link over the ports of the options or of the settings, with their states checked.
@@ -71,8 +71,8 @@ class CommandContext {
 
   // A result for people: left out with --json.
   void Print(const std::string& text);
-  // The object that --json prints at the end.
-  Json json;
+  // What a command adds to the object that --json prints at the end.
+  Json json = Json::object();
 
   // Says that the command was not given as it should be.
   ExitStatus UsageError(const std::string& text);
@@ -86,7 +86,7 @@ class CommandContext {
   void ShowNote(const platform::SystemError& error);
 
   std::uint64_t byte_count_ = 0;
-  SlotDevices devices_;  // named with -p
+  PortDevices devices_;  // named with -p
   platform::FileWriter trace_file_;
   std::unique_ptr<link::WireTrace> trace_;
   std::unique_ptr<platform::IoPorts> io_ports_;

@@ -108,25 +108,26 @@ ExitStatus KeepFormer(CommandContext& context, const ConvertOptions& options,
 ExitStatus Finish(CommandContext& context, const ConvertOptions& options, const Versions& versions,
                   const std::vector<upgrade::Change>& changes) {
   services::Session& session = context.session;
-  context.json.Set("from", versions.from).Set("to", versions.to);
+  context.json["from"] = versions.from;
+  context.json["to"] = versions.to;
   if (options.dry_run) {
     context.Print(ChangeText(session, changes));
     context.Print(NLSFmt(session, "Nothing was written.") + "\n");
-    context.json.Set("changes", ChangeJson(changes));
+    context.json["changes"] = ChangeJson(changes);
     return ExitStatus::kDone;
   }
   context.Print(NLSFmt(session, "%0:s is converted from version %1:s to %2:s: %3:s.",
                        {options.saved_file, std::to_string(versions.from),
                         std::to_string(versions.to), options.converted_file}) +
                 "\n");
-  context.json.Set("file", options.converted_file);
+  context.json["file"] = options.converted_file;
   return ExitStatus::kDone;
 }
 
 // What was found in the data. It stands in the log, too, unless this is a trial run.
 void ShowRemarks(CommandContext& context, const upgrade::UpgradeLog& log) {
   for (const std::string& remark : log.Remarks()) context.user.Say(remark);
-  context.json.Set("remarks", Json::List(log.Remarks()));
+  context.json["remarks"] = log.Remarks();
 }
 
 // Whether the file is of that version, or is to be taken for it.

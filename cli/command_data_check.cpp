@@ -33,8 +33,8 @@ ExitStatus Check(CommandContext& context, const std::string& name) {
     text += FindingText(context.session, finding) + "\n";
   context.Print(text + Summary(context.session, *file, check) + "\n");
   if (context.options.json) {
-    context.json.Set("data", FileIdentityJson(context.session, *file, check));
-    context.json.Set("findings", FindingsJson(check));
+    context.json["data"] = FileIdentityJson(context.session, *file, check);
+    context.json["findings"] = FindingsJson(check);
   }
   return check.findings.empty() ? ExitStatus::kDone : ExitStatus::kFile;
 }

@@ -18,7 +18,7 @@ ExitStatus Diff(CommandContext& context, const DiffFiles& files) {
       upgrade::CompareDataFiles(context.session, files.before, files.after);
   if (!differences) return context.JobStatus(false);
   context.Print(DifferenceText(context.session, *differences));
-  context.json.Set("differences", DifferenceJson(*differences));
+  context.json["differences"] = DifferenceJson(*differences);
   if (!differences->None()) return ExitStatus::kRefused;
   context.Print(NLSFmt(context.session, "The files hold the same data.") + "\n");
   return ExitStatus::kDone;

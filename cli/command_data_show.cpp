@@ -22,16 +22,15 @@ std::string ItemTable(const services::Session& session, const std::vector<ItemSu
 }
 
 Json ItemsJson(const std::vector<ItemSummary>& items) {
-  Json json = Json::List();
+  Json json = Json::array();
   for (const ItemSummary& item : items) {
-    Json records = Json::List();
+    Json records = Json::array();
     for (const radiodb::DataFileLine* record : item.records)
-      records.Add(Json().Set("line", record->number).Set("record", record->text));
-    json.Add(Json()
-                 .Set("item", item.item)
-                 .Set("network", item.network)
-                 .Set("bytes", item.bytes)
-                 .Set("records", std::move(records)));
+      records.push_back(Json{{"line", record->number}, {"record", record->text}});
+    json.push_back(Json{{"item", item.item},
+                        {"network", item.network},
+                        {"bytes", item.bytes},
+                        {"records", std::move(records)}});
   }
   return json;
 }
@@ -44,8 +43,8 @@ ExitStatus Show(CommandContext& context, const std::string& name) {
   context.Print(FileIdentityTable(context.session, *file, check).Text() + "\n" +
                 ItemTable(context.session, items));
   if (context.options.json) {
-    context.json.Set("data", FileIdentityJson(context.session, *file, check));
-    context.json.Set("items", ItemsJson(items));
+    context.json["data"] = FileIdentityJson(context.session, *file, check);
+    context.json["items"] = ItemsJson(items);
   }
   if (check.findings.empty()) return ExitStatus::kDone;
   context.user.Say(NLSFmt(context.session,

@@ -28,7 +28,7 @@ std::string ImageTable(const services::Session& session, const ImageInspection& 
 
 ExitStatus Check(CommandContext& context, const std::string& name) {
   const ImageInspection image = firmware::InspectImage(name);
-  context.json.Set("image", ImageJson(context.session, image, name));
+  context.json["image"] = ImageJson(context.session, image, name);
   if (!IsUsableImage(context, image)) return ExitStatus::kFile;
   context.Print(ImageTable(context.session, image, name));
   return ExitStatus::kDone;

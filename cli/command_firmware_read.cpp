@@ -18,7 +18,7 @@ ExitStatus Read(CommandContext& context, const std::string& name) {
   windows.Report(firmware);
   if (done) {
     context.Print(firmware::SavedFlashText(context.session, name) + "\n");
-    context.json.Set("file", name);
+    context.json["file"] = name;
   }
   return context.JobStatus(done);
 }

@@ -34,7 +34,7 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
         NLSFmt(context.session, "Please give one of --save-data and --data, not both."));
   }
   const firmware::ImageInspection image = firmware::InspectImage(options.image);
-  context.json.Set("image", ImageJson(context.session, image, options.image));
+  context.json["image"] = ImageJson(context.session, image, options.image);
   if (!IsUsableImage(context, image)) return ExitStatus::kFile;
   // Both are better found out before the firmware is replaced.
   if (!options.data_file.empty() && !radiodb::ReadDataFile(context.session, options.data_file))
@@ -59,7 +59,7 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
   bool done = DownloadFirmwareAndData(firmware, db, Choices(options), windows);
   windows.Report(firmware);
   if (!options.data_file.empty()) {
-    context.json.Set("data_programmed", windows.HasProgrammed());
+    context.json["data_programmed"] = windows.HasProgrammed();
     done = done && windows.HasProgrammed();
   }
   return context.JobStatus(done);

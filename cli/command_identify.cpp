@@ -16,7 +16,7 @@ ExitStatus Identify(CommandContext& context) {
   context.progress.EndPhase();
   if (done) {
     context.Print(IdentityTable(context.session, db.identity).Text());
-    context.json.Set("radio", IdentityJson(db.identity));
+    context.json["radio"] = IdentityJson(db.identity);
   }
   return context.JobStatus(done);
 }

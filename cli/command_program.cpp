@@ -26,8 +26,8 @@ ExitStatus ProgramFile(CommandContext& context, const std::string& name) {
   }
   if (!done) return context.JobStatus(false);
   context.Print(ProgrammedText(db, name) + "\n");
-  context.json.Set("radio", IdentityJson(db.identity));
-  context.json.Set("data_file", name);
+  context.json["radio"] = IdentityJson(db.identity);
+  context.json["data_file"] = name;
   return context.JobStatus(true);
 }
 

@@ -49,9 +49,9 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
   for (const std::string& file : {db.data_file, db.calibration_file}) {
     if (!file.empty()) context.Print(SavedText(db, file) + "\n");
   }
-  context.json.Set("radio", IdentityJson(db.identity));
-  if (!db.data_file.empty()) context.json.Set("data_file", db.data_file);
-  if (!db.calibration_file.empty()) context.json.Set("calibration_file", db.calibration_file);
+  context.json["radio"] = IdentityJson(db.identity);
+  if (!db.data_file.empty()) context.json["data_file"] = db.data_file;
+  if (!db.calibration_file.empty()) context.json["calibration_file"] = db.calibration_file;
   return context.JobStatus(true);
 }
 

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "cli/identity_report.h"
+#include "cli/json_words.h"
 #include "link/record_text.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
@@ -19,10 +20,21 @@ using services::Table;
 
 bool IsRecord(std::string_view line) { return line.size() >= 8 && services::IsHexText(line); }
 
-std::string KindName(const services::Session& session, const DataFileCheck& check) {
-  if (check.identity && check.identity->is_calibration) return NLSFmt(session, "calibration file");
-  return check.networks > 1 ? NLSFmt(session, "multi-network data file")
-                            : NLSFmt(session, "data file");
+DataFileKind KindOf(const DataFileCheck& check) {
+  if (check.identity && check.identity->is_calibration) return DataFileKind::kCalibration;
+  return check.networks > 1 ? DataFileKind::kMultiNetworkData : DataFileKind::kData;
+}
+
+std::string_view KindName(DataFileKind kind) {
+  switch (kind) {
+    case DataFileKind::kData:
+      return NLSText("data file");
+    case DataFileKind::kMultiNetworkData:
+      return NLSText("multi-network data file");
+    case DataFileKind::kCalibration:
+      return NLSText("calibration file");
+  }
+  return {};
 }
 
 }  // namespace
@@ -59,7 +71,7 @@ Table FileIdentityTable(const services::Session& session, const DataFile& file,
     if (!value.empty()) table.AddRow({NLSFmt(session, title), value});
   };
   row(NLSText("File"), file.path);
-  row(NLSText("Kind"), KindName(session, check));
+  row(NLSText("Kind"), NLSFmt(session, KindName(KindOf(check))));
   for (const std::string& line : file.header) {
     if (line.starts_with("Saved with")) row(NLSText("Header"), line);
   }
@@ -79,30 +91,28 @@ Table FileIdentityTable(const services::Session& session, const DataFile& file,
 
 Json FileIdentityJson(const services::Session& session, const DataFile& file,
                       const DataFileCheck& check) {
-  Json json;
-  json.Set("file", file.path);
-  json.Set("size", file.size);
-  json.Set("header", Json::List(file.header));
+  Json json = {{"file", file.path},
+               {"kind", JsonWord(KindOf(check))},
+               {"size", file.size},
+               {"header", file.header}};
   if (const auto& identity = check.identity) {
-    json.Set("calibration", identity->is_calibration);
-    json.Set("model_code", identity->model_code);
-    json.Set("model", radiodb::FindRadioModel(identity->model_code)
-                          ? ModelName(session, identity->model_code)
-                          : "");
-    json.Set("model_string", identity->model_string);
-    json.Set("database_version", identity->database_version);
-    json.Set("hardware_version", identity->hardware_version);
-    json.Set("serial_number", identity->serial_number);
+    const bool is_known = radiodb::FindRadioModel(identity->model_code).has_value();
+    json["model_code"] = identity->model_code;
+    json["model"] = is_known ? ModelName(session, identity->model_code) : "";
+    json["model_string"] = identity->model_string;
+    json["database_version"] = identity->database_version;
+    json["hardware_version"] = identity->hardware_version;
+    json["serial_number"] = identity->serial_number;
   }
-  json.Set("networks", check.networks);
-  json.Set("records", check.records);
+  json["networks"] = check.networks;
+  json["records"] = check.records;
   return json;
 }
 
 Json FindingsJson(const DataFileCheck& check) {
-  Json json = Json::List();
+  Json json = Json::array();
   for (const radiodb::Finding& finding : check.findings)
-    json.Add(Json().Set("line", finding.line).Set("text", finding.text));
+    json.push_back(Json{{"line", finding.line}, {"text", finding.text}});
   return json;
 }
 

@@ -10,6 +10,8 @@
 
 namespace zep::cli {
 
+enum class DataFileKind { kData, kMultiNetworkData, kCalibration };
+
 // An item of one network: its records in the order of the file.
 struct ItemSummary {
   std::string item;  // two hexadecimal digits

@@ -35,12 +35,12 @@ std::vector<std::string> Headings(const Session& session) {
 }
 
 Json ItemJson(const ItemDifference& difference) {
-  Json json;
-  json.Set("network", difference.network).Set("item", Item(difference));
-  if (difference.record > 0) json.Set("record", difference.record);
-  return json.Set("byte", difference.byte)
-      .Set("before", difference.before)
-      .Set("after", difference.after);
+  Json json = {{"network", difference.network}, {"item", Item(difference)}};
+  if (difference.record > 0) json["record"] = difference.record;
+  json["byte"] = difference.byte;
+  json["before"] = difference.before;
+  json["after"] = difference.after;
+  return json;
 }
 
 }  // namespace
@@ -58,9 +58,10 @@ std::string ChangeText(const Session& session, const std::vector<Change>& change
 }
 
 Json ChangeJson(const std::vector<Change>& changes) {
-  Json json = Json::List();
+  Json json = Json::array();
   for (const Change& change : changes) {
-    json.Add(ItemJson(change.difference).Set("reason", change.reason));
+    json.push_back(ItemJson(change.difference));
+    json.back()["reason"] = change.reason;
   }
   return json;
 }
@@ -82,13 +83,12 @@ std::string DifferenceText(const Session& session,
 }
 
 Json DifferenceJson(const upgrade::DataFileDifferences& differences) {
-  Json facts = Json::List();
-  for (const upgrade::FactDifference& fact : differences.facts) {
-    facts.Add(Json().Set("name", fact.name).Set("before", fact.before).Set("after", fact.after));
-  }
-  Json items = Json::List();
-  for (const ItemDifference& difference : differences.items) items.Add(ItemJson(difference));
-  return Json().Set("facts", std::move(facts)).Set("items", std::move(items));
+  Json facts = Json::array();
+  for (const upgrade::FactDifference& fact : differences.facts)
+    facts.push_back(Json{{"name", fact.name}, {"before", fact.before}, {"after", fact.after}});
+  Json items = Json::array();
+  for (const ItemDifference& difference : differences.items) items.push_back(ItemJson(difference));
+  return Json{{"facts", std::move(facts)}, {"items", std::move(items)}};
 }
 
 }  // namespace zep::cli

@@ -39,12 +39,12 @@ void TransferDisplay::SetProgress(int value) { context_.progress.SetValue(value)
 
 void TransferDisplay::EnableCancel(bool enabled) { context_.user.EnableCancel(enabled); }
 
-void TransferDisplay::SetSlot(int slot, const firmware::SlotLabels& labels) {
-  // A slot that never took part says nothing.
-  std::string& shown = shown_[link::Link::Index(slot)];
-  if (shown.empty() && !context_.Link().IsActive(slot)) return;
+void TransferDisplay::SetSlot(int port, const firmware::SlotLabels& labels) {
+  // A port that never took part says nothing.
+  std::string& shown = shown_[link::Link::Index(port)];
+  if (shown.empty() && !context_.Link().IsActive(port)) return;
   std::string line =
-      NLSFmt(context_.session, "Port %0:s: %1:s", {std::to_string(slot), labels.status});
+      NLSFmt(context_.session, "Port %0:s: %1:s", {std::to_string(port), labels.status});
   for (const std::string& label : {labels.micro, labels.flash}) {
     if (!label.empty()) line += ", " + label;
   }

@@ -39,13 +39,13 @@ class TransferDisplay final : public firmware::TransferView {
   void EnableCancel(bool enabled) override;
   void ShowCancel(bool) override {}
   void ShowBootstrapHint(bool) override {}
-  void SetSlot(int slot, const firmware::SlotLabels& labels) override;
+  void SetSlot(int port, const firmware::SlotLabels& labels) override;
   void Repaint() override {}
 
  private:
   CommandContext& context_;
   std::string status_prefix_;
-  std::array<std::string, link::kPortCount> shown_;  // by slot
+  std::array<std::string, link::kPortCount> shown_;  // by port
 };
 
 }  // namespace zep::cli

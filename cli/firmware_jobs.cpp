@@ -1,6 +1,7 @@
 #include "cli/firmware_jobs.h"
 
 #include "cli/displays.h"
+#include "cli/json_words.h"
 #include "firmware/transfer_report.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
@@ -32,26 +33,27 @@ void FirmwareWindows::TransferFirmware(firmware::Firmware& firmware) {
 
 void FirmwareWindows::Report(const firmware::Firmware& firmware) {
   const services::Session& session = context_.session;
-  Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
+  Table table({NLSFmt(session, "Port"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
                NLSFmt(session, "Flash"), NLSFmt(session, "Result")});
-  Json json = Json::List();
+  Json json = Json::array();
   for (const firmware::SlotReport& report : SlotReports(firmware, result_)) {
-    const std::string_view outcome = OutcomeText(report.outcome);
     table.AddRow({std::to_string(report.slot), report.device, report.micro, report.flash,
-                  NLSFmt(session, outcome)});
-    json.Add(Json()
-                 .Set("slot", report.slot)
-                 .Set("device", report.device)
-                 .Set("micro", report.micro)
-                 .Set("flash", report.flash)
-                 .Set("result", outcome));
+                  NLSFmt(session, OutcomeText(report.outcome))});
+    const firmware::FlashDevice& flash = firmware.flash_devices[link::Link::Index(report.slot)];
+    const bool is_known = flash.Size != firmware::kFlashUnknown;
+    json.push_back(Json{{"port", report.slot},
+                        {"device", report.device},
+                        {"micro", MicroWord(report.micro)},
+                        {"flash_device", is_known ? flash.Name : ""},
+                        {"flash_size", FlashSizeWord(flash.Size)},
+                        {"result", JsonWord(report.outcome)}});
   }
-  context_.json.Set("radios", std::move(json));
+  context_.json["radios"] = std::move(json);
   if (!table.IsEmpty()) context_.Print(table.Text());
   const firmware::TransferStatistics& statistics = result_.statistics;
-  context_.json.Set("bytes", statistics.bytes);
-  context_.json.Set("seconds",
-                    std::chrono::duration<double>(statistics.ended - statistics.began).count());
+  context_.json["bytes"] = statistics.bytes;
+  context_.json["seconds"] =
+      std::chrono::duration<double>(statistics.ended - statistics.began).count();
 }
 
 }  // namespace zep::cli

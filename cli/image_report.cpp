@@ -1,6 +1,7 @@
 #include "cli/image_report.h"
 
 #include "cli/identity_report.h"
+#include "cli/json_words.h"
 #include "services/messages.h"
 
 namespace zep::cli {
@@ -9,16 +10,16 @@ using firmware::ImageInspection;
 
 Json ImageJson(const services::Session& session, const ImageInspection& image,
                const std::string& name) {
-  Json json;
-  json.Set("file", name);
-  json.Set("size", image.size);
-  json.Set("valid", image.problem == firmware::ImageProblem::kNone);
-  json.Set("model_code", image.model_code);
-  json.Set("model", image.radio_model == 0 ? "" : ModelName(session, image.model_code));
-  json.Set("type", image.radio_type);
-  json.Set("micro", MicroName(image));
-  json.Set("flash", FlashName(image));
-  return json;
+  return Json{
+      {"file", name},
+      {"size", image.size},
+      {"valid", image.problem == firmware::ImageProblem::kNone},
+      {"model_code", image.model_code},
+      {"model", image.radio_model == 0 ? "" : ModelName(session, image.model_code)},
+      {"type", RadioTypeWord(image.model_code)},
+      {"micro", MicroWord(image.micro_type)},
+      {"flash_size", FlashSizeWord(image.flash_size)},
+  };
 }
 
 bool IsUsableImage(CommandContext& context, const ImageInspection& image) {

@@ -1,0 +1,136 @@
+#include "cli/json_words.h"
+
+#include "cli/data_report.h"
+#include "firmware/transfer_engine.h"
+#include "link/port_set.h"
+#include "platform/serial_list.h"
+#include "radiodb/radio_models.h"
+#include "services/user.h"
+#include "upgrade/automatic_upgrade.h"
+
+namespace zep::cli {
+namespace {
+
+constexpr std::string_view kUnknown = "unknown";
+
+}  // namespace
+
+std::string_view JsonWord(platform::SerialDeviceState state) {
+  switch (state) {
+    using enum platform::SerialDeviceState;
+    case kFree:
+      return "free";
+    case kBusy:
+      return "in_use";
+    case kConsole:
+      return "system_console";
+    case kNoPermission:
+      return "no_permission";
+  }
+  return kUnknown;
+}
+
+std::string_view JsonWord(link::PortState state) {
+  switch (state) {
+    using enum link::PortState;
+    case kActive:
+      return "active";
+    case kAvailable:
+      return "available";
+    case kNotAvailable:
+      return "not_available";
+    case kErrorDetected:
+      return "error_detected";
+  }
+  return kUnknown;
+}
+
+std::string_view JsonWord(radiodb::RadioType type) {
+  switch (type) {
+    using enum radiodb::RadioType;
+    case kConventional:
+      return "conventional";
+    case kTrunked:
+      return "trunked";
+    case kConventionalII:
+      return "conventional_ii";
+  }
+  return kUnknown;
+}
+
+std::string_view JsonWord(firmware::SlotOutcome outcome) {
+  switch (outcome) {
+    using enum firmware::SlotOutcome;
+    case kNotUsed:
+      return "not_used";
+    case kDone:
+      return "done";
+    case kFailed:
+      return "failed";
+  }
+  return kUnknown;
+}
+
+std::string_view JsonWord(upgrade::UpgradeOutcome outcome) {
+  switch (outcome) {
+    using enum upgrade::UpgradeOutcome;
+    case kSucceeded:
+      return "upgraded";
+    case kUpToDate:
+      return "up_to_date";
+    case kAborted:
+      return "aborted";
+    case kCommsError:
+      return "comms_error";
+    case kFailed:
+      return "failed";
+  }
+  return kUnknown;
+}
+
+std::string_view JsonWord(services::Icon icon) {
+  switch (icon) {
+    using enum services::Icon;
+    case kInformation:
+      return "information";
+    case kCritical:
+      return "critical";
+    case kQuestion:
+      return "question";
+  }
+  return kUnknown;
+}
+
+std::string_view JsonWord(DataFileKind kind) {
+  switch (kind) {
+    using enum DataFileKind;
+    case kData:
+      return "data";
+    case kMultiNetworkData:
+      return "multi_network_data";
+    case kCalibration:
+      return "calibration";
+  }
+  return kUnknown;
+}
+
+std::string_view RadioTypeWord(std::string_view model_code) {
+  const char digit = model_code.size() == 2 ? model_code[1] : '0';
+  return JsonWord(static_cast<radiodb::RadioType>(digit - '0'));
+}
+
+std::string_view MicroWord(std::string_view micro) {
+  if (micro == "A1") return "a1";
+  return micro == "E1" ? "e1" : kUnknown;
+}
+
+std::string_view MicroWord(std::int32_t micro_type) {
+  return MicroWord(micro_type == 1 ? "A1" : micro_type == 2 ? "E1" : "");
+}
+
+std::string_view FlashSizeWord(std::int32_t size) {
+  if (size == 1) return "1_mbit";
+  return size == 2 ? "2_mbit" : kUnknown;
+}
+
+}  // namespace zep::cli
