@@ -63,8 +63,8 @@ std::string TypeOf(const Json& value) {
 void Check(const Json& value, const std::string& path, const std::map<std::string, JsonKey>& known,
            Names& seen) {
   if (value.is_object()) {
-    for (const auto& [name, member] : value.items())
-      Check(member, path.empty() ? name : path + "." + name, known, seen);
+    const std::string prefix = path.empty() ? path : path + ".";
+    for (const auto& [name, member] : value.items()) Check(member, prefix + name, known, seen);
   } else if (value.is_array()) {
     for (const Json& element : value) Check(element, path + "[]", known, seen);
   } else if (const auto key = known.find(path); key == known.end()) {
@@ -96,8 +96,7 @@ constexpr const char* kRuns[] = {
     "firmware write|F/my.bin -p sim:torvik,unpaced -p sim:torvik,unpaced,fault=silent@block:9|4",
     "firmware write|F/my.bin -p sim:torvik,unpaced,fault=wrong@identification=12|1",
     "firmware read|F/flash.bin -p sim:conventional,unpaced|0",
-    "upgrade|--image F/my.bin --defaults F/default.ops --string-table Torvik -p "
-    "sim:torvik,unpaced|0",
+    "upgrade|--image F/my.bin --defaults F/default.ops --string-table Torvik -p sim:torvik|0",
     "upgrade|--image F/my.bin -p sim:torvik,unpaced|1",
     "upgrade|--string-table Torvik -p sim:torvik,unpaced,fault=silent@read:1|4",
     "convert personality|F/old.ops F/new --to 405 --defaults F/default.ops|0",
@@ -131,32 +130,33 @@ struct JsonBench : Bench {
   }
 };
 
+// What a run prints and says, by its options, command, arguments and status.
+std::pair<std::string, std::string> RunRow(const std::string& options,
+                                           const std::vector<std::string>& row) {
+  JsonBench bench;
+  EXPECT_EQ(bench.RunLine(options + " " + row[0] + " " + row[1]), std::stoi(row[2]));
+  return {bench.Out(), bench.Err()};
+}
+
 TEST(ZepctlJson, IsTheSameInEveryLanguageAndAllOfItIsInTheManual) {
   const JsonKeys keys = ManualJsonKeys();
   std::map<std::string, Names> seen;
-  for (const char* row : kRuns) {
-    SCOPED_TRACE(row);
-    const std::vector<std::string> fields = testing::Fields(row);
-    const auto run = [&fields](const std::string& options) {
-      JsonBench bench;
-      EXPECT_EQ(bench.RunLine(options + " " + fields[0] + " " + fields[1]), std::stoi(fields[2]));
-      return std::pair(bench.Out(), bench.Err());
-    };
-    const auto english = run("--json --language en");
+  for (const char* text : kRuns) {
+    SCOPED_TRACE(text);
+    const std::vector<std::string> row = testing::Fields(text);
+    const auto english = RunRow("--json --language en", row);
     for (const std::string language : {"fr", "es", "zh"})
-      EXPECT_EQ(run("--json --language " + language), english) << language;
+      EXPECT_EQ(RunRow("--json --language " + language, row), english) << language;
     std::map<std::string, JsonKey> known = keys.at("every command");
-    known.insert(keys.at(fields[0]).begin(), keys.at(fields[0]).end());
-    Check(Json::parse(english.first), "", known, seen[fields[0]]);
-    seen["every command"].merge(Names(seen[fields[0]]));
+    known.insert(keys.at(row[0]).begin(), keys.at(row[0]).end());
+    Check(Json::parse(english.first), "", known, seen[row[0]]);
+    seen["every command"].merge(Names(seen[row[0]]));
   }
   for (const auto& [command, known] : keys) {
     for (const auto& [key, value] : known)
       EXPECT_TRUE(seen[command].contains(key)) << command << " never prints " << key;
   }
-  JsonBench bench;
-  EXPECT_EQ(bench.RunLine("--language fr data show F/old.ops"), 0);
-  EXPECT_THAT(bench.Out(), HasSubstr("Modèle"));
+  EXPECT_THAT(RunRow("--language fr", {"data show", "F/old.ops", "0"}).first, HasSubstr("Modèle"));
 }
 
 TEST(ZepctlJson, EveryWordOfAFactIsInTheManual) {
