@@ -6,11 +6,11 @@
 #include <string>
 
 #include "benchmarks/bench_session.h"
-#include "radiodb/data_file_reader.h"
+#include "conversion/calibration_conversion.h"
+#include "conversion/personality_conversion.h"
+#include "radiodb/data_file.h"
 #include "services/hex_text.h"
 #include "simulator/samples.h"
-#include "upgrade/calibration_conversion.h"
-#include "upgrade/personality_conversion.h"
 
 namespace zep::benchmarks {
 namespace {
@@ -37,10 +37,9 @@ void CheckDataFileOf10000Records(benchmark::State& state) {
   BenchSession bench(clock);
   const std::string path = WriteDataFile(bench.session, "zep_benchmark.ops", 10000);
   for (auto _ : state) {
-    const auto file = radiodb::ReadDataFile(bench.session, path);
-    if (!file) Fail(bench.user.last_box);
-    const radiodb::DataFileCheck check = radiodb::CheckDataFile(bench.session, *file);
-    if (check.records < 10000 || !check.findings.empty()) Fail("the file was found unsound");
+    const auto file = radiodb::ReadDataFile(path);
+    if (!file || file->Records() < 10000 || !file->Findings().empty())
+      Fail("the file was found unsound");
   }
   std::filesystem::remove(path);
 }
@@ -51,18 +50,16 @@ void ConvertPersonalityOf10000Records(benchmark::State& state) {
   BenchSession bench(clock);
   const std::string path = WriteDataFile(bench.session, "zep_benchmark_old.ops", 10000);
   const std::string default_path = WriteDataFile(bench.session, "zep_benchmark_default.ops", 0);
-  upgrade::UpgradeLog log(bench.session, "");
-  const auto defaults = upgrade::ReadDefaultSettings(bench.session, log, default_path);
-  const auto saved = upgrade::ReadDatabase(bench.session, path);
-  if (!defaults || !saved) Fail(bench.user.last_box);
-  const upgrade::DatabaseConversion conversion{.old_version = 205,
-                                               .new_version = 405,
-                                               .version_text = "0405",
-                                               .defaults = defaults->networks[0].items};
+  const auto defaults = radiodb::ReadDataFile(default_path).and_then(conversion::ReadDatabase);
+  const auto saved = radiodb::ReadDataFile(path).and_then(conversion::ReadDatabase);
+  if (!defaults || !saved) Fail("the files were found unsound");
+  const conversion::DatabaseConversion conversion{.old_version = 205,
+                                                  .new_version = 405,
+                                                  .version_text = "0405",
+                                                  .defaults = defaults->networks[0].items};
   for (auto _ : state) {
-    upgrade::PersonalityData data = *saved;
-    if (ConvertDatabase(bench.session, log, conversion, data) != 405)
-      Fail("the conversion stopped early");
+    conversion::PersonalityData data = *saved;
+    if (ConvertDatabase(conversion, data).version != 405) Fail("the conversion stopped early");
     benchmark::DoNotOptimize(data);
   }
   std::filesystem::remove(path);
@@ -71,12 +68,9 @@ void ConvertPersonalityOf10000Records(benchmark::State& state) {
 BENCHMARK(ConvertPersonalityOf10000Records)->Unit(benchmark::kMillisecond);
 
 void ConvertCalibration(benchmark::State& state) {
-  platform::SystemClock clock;
-  BenchSession bench(clock);
   for (auto _ : state) {
     std::string data(260, '1');
-    if (!upgrade::ConvertCalibrationDatabase(bench.session, data, 100, 103))
-      Fail(bench.user.last_box);
+    if (!conversion::ConvertCalibrationDatabase(data, 100, 103)) Fail("a length was wrong");
     benchmark::DoNotOptimize(data);
   }
 }

@@ -1,16 +1,12 @@
 #include <algorithm>
-#include <functional>
 
 #include "cli/command.h"
 #include "cli/difference_report.h"
 #include "platform/files.h"
-#include "radiodb/radio_identity.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "upgrade/calibration_conversion.h"
-#include "upgrade/checked_data_file.h"
-#include "upgrade/personality_conversion.h"
+#include "upgrade/data_conversion.h"
 
 namespace zep::cli {
 namespace {
@@ -88,25 +84,16 @@ bool MayWrite(CommandContext& context, const ConvertOptions& options) {
   return options.dry_run || services::MayWriteFile(context.session, options.converted_file);
 }
 
-// Converts into OUT, of which a copy stays when it held something else.
-ExitStatus KeepFormer(CommandContext& context, const ConvertOptions& options,
-                      const std::function<bool()>& convert) {
-  const std::string& file = options.converted_file;
-  platform::FileCopy copy;
-  if (!options.dry_run && platform::FileSize(file).value_or(0) > 0) {
-    copy = platform::KeepCopy(file, file + ".bak");
-    if (copy.error) {
-      RefuseFile(context.session, copy.error, "KeepCopy");
-      return context.JobStatus(false);
-    }
-  }
-  const bool done = convert();
-  if (copy.is_new && platform::HaveSameContents(file, copy.path)) platform::RemoveFile(copy.path);
-  return context.JobStatus(done);
+// Writes OUT, of which a copy stays when it held something else.
+bool WriteFile(CommandContext& context, const ConvertOptions& options,
+               const radiodb::DataFile& file, std::string_view procedure) {
+  if (options.dry_run) return true;
+  const auto former = WriteDataFile(file, procedure);
+  return former.has_value() || Refuse(context.session, former.error());
 }
 
 ExitStatus Finish(CommandContext& context, const ConvertOptions& options, const Versions& versions,
-                  const std::vector<upgrade::Change>& changes) {
+                  const std::vector<conversion::Change>& changes) {
   services::Session& session = context.session;
   context.json["from"] = versions.from;
   context.json["to"] = versions.to;
@@ -125,9 +112,13 @@ ExitStatus Finish(CommandContext& context, const ConvertOptions& options, const 
 }
 
 // What was found in the data. It stands in the log, too, unless this is a trial run.
-void ShowRemarks(CommandContext& context, const upgrade::UpgradeLog& log) {
-  for (const std::string& remark : log.Remarks()) context.user.Say(remark);
-  context.json["remarks"] = log.Remarks();
+void ShowRemarks(CommandContext& context, const std::vector<conversion::Remark>& remarks) {
+  Json& json = context.json["remarks"] = Json::array();
+  for (const conversion::Remark& remark : remarks) {
+    const std::string text = NLSFmt(context.session, remark.text);
+    context.user.Say(text);
+    json.push_back(text);
+  }
 }
 
 // Whether the file is of that version, or is to be taken for it.
@@ -148,7 +139,7 @@ bool IsOfVersion(services::Session& session, const ConvertOptions& options,
 // There are no steps back: older versions know less, but nothing is taken out of the data.
 bool MayGoBack(services::Session& session, const Versions& versions) {
   // A version that is too old for any conversion is told of there.
-  if (versions.to >= versions.from || versions.to < upgrade::kOldestDatabase) return true;
+  if (versions.to >= versions.from || versions.to < conversion::kOldestDatabase) return true;
   const std::string question = NLSFmt(
       session,
       "Personality data cannot be converted back from version %0:s to %1:s: only the version "
@@ -165,7 +156,7 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
   const std::optional<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
   if (!file) return context.JobStatus(false);
-  const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
+  const std::optional<radiodb::FileIdentity>& identity = file->Identity();
   if (identity && identity->is_calibration) {
     RefuseName(context,
                NLSText("The file %0:s holds calibration data. Please convert it with "
@@ -181,21 +172,22 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
   if (!MayGoBack(session, *versions) || !MayWrite(context, options))
     return context.JobStatus(false);
 
-  std::vector<upgrade::Change> changes;
   upgrade::UpgradeLog log(session, options.dry_run ? "" : upgrade::UpgradeLogFile(session));
-  const upgrade::PersonalityRequest request{
-      .old_version = FourDigits(versions->from),
-      .new_version = FourDigits(versions->to),
-      .saved_file = options.saved_file,
-      .converted_file = platform::AbsolutePath(options.converted_file),
-      .default_file = platform::AbsolutePath(options.default_file),
-      .changes = options.dry_run ? &changes : nullptr,
-  };
-  const ExitStatus status =
-      KeepFormer(context, options, [&] { return ConvertPersonalityData(session, log, request); });
-  if (status != ExitStatus::kDone) return status;
-  ShowRemarks(context, log);
-  return Finish(context, options, *versions, changes);
+  const std::optional<upgrade::ConvertedPersonality> converted =
+      ConvertPersonalityData(session, log,
+                             {.old_version = FourDigits(versions->from),
+                              .new_version = FourDigits(versions->to),
+                              .saved = *file,
+                              .converted_file = platform::AbsolutePath(options.converted_file),
+                              .default_file = platform::AbsolutePath(options.default_file),
+                              .collect_changes = options.dry_run});
+  if (!converted) return context.JobStatus(false);
+  if (!WriteFile(context, options, converted->file, "WriteDatabase")) {
+    log.Log("Could not write " + converted->file.Path());
+    return context.JobStatus(false);
+  }
+  ShowRemarks(context, converted->remarks);
+  return Finish(context, options, *versions, converted->changes);
 }
 
 ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& options) {
@@ -203,7 +195,7 @@ ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& opt
   const std::optional<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
   if (!file) return context.JobStatus(false);
-  const std::optional<radiodb::FileIdentity> identity = FindFileIdentity(*file);
+  const std::optional<radiodb::FileIdentity>& identity = file->Identity();
   if (identity && !identity->is_calibration) {
     RefuseName(context,
                NLSText("The file %0:s holds personality data. Please convert it with "
@@ -212,22 +204,20 @@ ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& opt
     return context.JobStatus(false);
   }
   const std::optional<Versions> versions = TypedVersions(
-      context, options, upgrade::CalibrationVersionOf(upgrade::CalibrationDataOf(*file)));
+      context, options, conversion::CalibrationVersionOf(conversion::CalibrationDataOf(*file)));
   if (!versions) return ExitStatus::kUsage;
   if (!MayWrite(context, options)) return context.JobStatus(false);
 
-  std::vector<upgrade::Change> changes;
-  const upgrade::CalibrationRequest request{
-      .saved_file = options.saved_file,
-      .converted_file = platform::AbsolutePath(options.converted_file),
-      .old_version = versions->from,
-      .new_version = versions->to,
-      .changes = options.dry_run ? &changes : nullptr,
-  };
-  const ExitStatus status =
-      KeepFormer(context, options, [&] { return ConvertCalibrationFile(session, request); });
-  if (status != ExitStatus::kDone) return status;
-  return Finish(context, options, *versions, changes);
+  const std::optional<conversion::CalibrationResult> converted =
+      upgrade::ConvertCalibrationFile(session,
+                                      {.old_version = versions->from,
+                                       .new_version = versions->to,
+                                       .path = platform::AbsolutePath(options.converted_file),
+                                       .collect_changes = options.dry_run},
+                                      *file);
+  if (!converted || !WriteFile(context, options, converted->file, "ConvertCalibrationFile"))
+    return context.JobStatus(false);
+  return Finish(context, options, *versions, converted->changes);
 }
 
 std::shared_ptr<ConvertOptions> DeclareOptions(Arguments& arguments) {

@@ -11,32 +11,31 @@ using services::NLSText;
 
 // "a.ops: 214 records in 1 network(s), for ZEP 2200 (51), database version 0405."
 std::string Summary(const services::Session& session, const radiodb::DataFile& file,
-                    const radiodb::DataFileCheck& check) {
-  std::string summary =
-      NLSFmt(session, "%0:s: records: %1:s, networks: %2:s, faults: %3:s.",
-             {file.path, std::to_string(check.records), std::to_string(check.networks),
-              std::to_string(check.findings.size())});
-  if (check.identity) {
+                    std::size_t faults) {
+  std::string summary = NLSFmt(session, "%0:s: records: %1:s, networks: %2:s, faults: %3:s.",
+                               {file.Path(), std::to_string(file.Records()),
+                                std::to_string(file.Networks()), std::to_string(faults)});
+  if (file.Identity()) {
     summary += " " + NLSFmt(session, "It is for %0:s.",
-                            {ModelName(session, check.identity->model_code) + " (" +
-                             check.identity->model_code + ")"});
+                            {ModelName(session, file.Identity()->model_code) + " (" +
+                             file.Identity()->model_code + ")"});
   }
   return summary;
 }
 
 ExitStatus Check(CommandContext& context, const std::string& name) {
-  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(context.session, name);
-  if (!file) return context.JobStatus(false);
-  const radiodb::DataFileCheck check = CheckDataFile(context.session, *file);
+  const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
+  if (!file) return context.JobStatus(Refuse(context.session, file.error()));
+  const std::vector<radiodb::Finding> findings = file->Findings();
   std::string text;
-  for (const radiodb::Finding& finding : check.findings)
-    text += FindingText(context.session, finding) + "\n";
-  context.Print(text + Summary(context.session, *file, check) + "\n");
+  for (const radiodb::Finding& finding : findings)
+    text += NLSFmt(context.session, FindingText(finding)) + "\n";
+  context.Print(text + Summary(context.session, *file, findings.size()) + "\n");
   if (context.options.json) {
-    context.json["data"] = FileIdentityJson(context.session, *file, check);
-    context.json["findings"] = FindingsJson(check);
+    context.json["data"] = FileIdentityJson(context.session, *file);
+    context.json["findings"] = FindingsJson(context.session, findings);
   }
-  return check.findings.empty() ? ExitStatus::kDone : ExitStatus::kFile;
+  return findings.empty() ? ExitStatus::kDone : ExitStatus::kFile;
 }
 
 }  // namespace

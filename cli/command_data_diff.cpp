@@ -1,6 +1,7 @@
 #include "cli/command.h"
 #include "cli/difference_report.h"
 #include "services/messages.h"
+#include "upgrade/data_conversion.h"
 
 namespace zep::cli {
 namespace {
@@ -14,12 +15,16 @@ struct DiffFiles {
 };
 
 ExitStatus Diff(CommandContext& context, const DiffFiles& files) {
-  const std::optional<upgrade::DataFileDifferences> differences =
-      upgrade::CompareDataFiles(context.session, files.before, files.after);
-  if (!differences) return context.JobStatus(false);
-  context.Print(DifferenceText(context.session, *differences));
-  context.json["differences"] = DifferenceJson(*differences);
-  if (!differences->None()) return ExitStatus::kRefused;
+  const std::optional<radiodb::DataFile> before =
+      upgrade::ReadCheckedDataFile(context.session, files.before);
+  if (!before) return context.JobStatus(false);
+  const std::optional<radiodb::DataFile> after =
+      upgrade::ReadCheckedDataFile(context.session, files.after);
+  if (!after) return context.JobStatus(false);
+  const conversion::DataFileDifferences differences = conversion::CompareDataFiles(*before, *after);
+  context.Print(DifferenceText(context.session, differences));
+  context.json["differences"] = DifferenceJson(context.session, differences);
+  if (!differences.None()) return ExitStatus::kRefused;
   context.Print(NLSFmt(context.session, "The files hold the same data.") + "\n");
   return ExitStatus::kDone;
 }

@@ -26,7 +26,7 @@ Json ItemsJson(const std::vector<ItemSummary>& items) {
   for (const ItemSummary& item : items) {
     Json records = Json::array();
     for (const radiodb::DataFileLine* record : item.records)
-      records.push_back(Json{{"line", record->number}, {"record", record->text}});
+      records.push_back(Json{{"line", record->number}, {"record", record->Text()}});
     json.push_back(Json{{"item", item.item},
                         {"network", item.network},
                         {"bytes", item.bytes},
@@ -36,20 +36,20 @@ Json ItemsJson(const std::vector<ItemSummary>& items) {
 }
 
 ExitStatus Show(CommandContext& context, const std::string& name) {
-  const std::optional<radiodb::DataFile> file = radiodb::ReadDataFile(context.session, name);
-  if (!file) return context.JobStatus(false);
-  const radiodb::DataFileCheck check = CheckDataFile(context.session, *file);
-  const std::vector<ItemSummary> items = SummariseItems(context.session, *file);
-  context.Print(FileIdentityTable(context.session, *file, check).Text() + "\n" +
+  const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
+  if (!file) return context.JobStatus(Refuse(context.session, file.error()));
+  const std::vector<ItemSummary> items = SummariseItems(*file);
+  context.Print(FileIdentityTable(context.session, *file).Text() + "\n" +
                 ItemTable(context.session, items));
   if (context.options.json) {
-    context.json["data"] = FileIdentityJson(context.session, *file, check);
+    context.json["data"] = FileIdentityJson(context.session, *file);
     context.json["items"] = ItemsJson(items);
   }
-  if (check.findings.empty()) return ExitStatus::kDone;
+  const std::vector<radiodb::Finding> findings = file->Findings();
+  if (findings.empty()) return ExitStatus::kDone;
   context.user.Say(NLSFmt(context.session,
                           "%0:s has faults (%1:s). \"zepctl data check\" shows them.",
-                          {name, std::to_string(check.findings.size())}));
+                          {name, std::to_string(findings.size())}));
   return ExitStatus::kFile;
 }
 

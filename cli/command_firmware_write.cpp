@@ -2,7 +2,7 @@
 #include "cli/firmware_jobs.h"
 #include "cli/image_report.h"
 #include "platform/files.h"
-#include "radiodb/data_file_reader.h"
+#include "radiodb/data_file.h"
 #include "services/messages.h"
 
 namespace zep::cli {
@@ -37,8 +37,10 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
   context.json["image"] = ImageJson(context.session, image, options.image);
   if (!IsUsableImage(context, image)) return ExitStatus::kFile;
   // Both are better found out before the firmware is replaced.
-  if (!options.data_file.empty() && !radiodb::ReadDataFile(context.session, options.data_file))
-    return context.JobStatus(false);
+  if (!options.data_file.empty()) {
+    const auto data = radiodb::ReadDataFile(options.data_file);
+    if (!data) return context.JobStatus(Refuse(context.session, data.error()));
+  }
   if (!options.data_file.empty() && !context.user.CanAnswer()) {
     return context.UsageError(
         NLSFmt(context.session,

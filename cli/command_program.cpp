@@ -11,18 +11,18 @@ using services::NLSText;
 
 ExitStatus ProgramFile(CommandContext& context, const std::string& name) {
   // A file that cannot be read is no reason to trouble a radio.
-  const std::optional<radiodb::TransferKind> kind = radiodb::TransferKindOf(context.session, name);
-  if (!kind) return context.JobStatus(false);
+  const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
+  if (!file) return context.JobStatus(Refuse(context.session, file.error()));
 
   link::Link* link = context.LinkForOneRadio(services::Transfer::kProgram);
   if (link == nullptr) return context.JobStatus(false);
   const link::Job job(*link);
   radiodb::RadioDb db(*link);
-  db.transfer_kind = *kind;
+  db.transfer_kind = TransferKindOf(*file);
   bool done = false;
   {
     ReadWriteDisplay display(context);
-    done = ProgramRadio(db, display, name);
+    done = ProgramRadio(db, display, *file);
   }
   if (!done) return context.JobStatus(false);
   context.Print(ProgrammedText(db, name) + "\n");

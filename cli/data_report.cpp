@@ -4,7 +4,6 @@
 
 #include "cli/identity_report.h"
 #include "cli/json_words.h"
-#include "link/record_text.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 
@@ -12,7 +11,6 @@ namespace zep::cli {
 namespace {
 
 using radiodb::DataFile;
-using radiodb::DataFileCheck;
 using radiodb::DataFileLine;
 using services::NLSFmt;
 using services::NLSText;
@@ -20,9 +18,9 @@ using services::Table;
 
 bool IsRecord(std::string_view line) { return line.size() >= 8 && services::IsHexText(line); }
 
-DataFileKind KindOf(const DataFileCheck& check) {
-  if (check.identity && check.identity->is_calibration) return DataFileKind::kCalibration;
-  return check.networks > 1 ? DataFileKind::kMultiNetworkData : DataFileKind::kData;
+DataFileKind KindOf(const DataFile& file) {
+  if (file.IsCalibration()) return DataFileKind::kCalibration;
+  return file.Networks() > 1 ? DataFileKind::kMultiNetworkData : DataFileKind::kData;
 }
 
 std::string_view KindName(DataFileKind kind) {
@@ -39,21 +37,21 @@ std::string_view KindName(DataFileKind kind) {
 
 }  // namespace
 
-std::vector<ItemSummary> SummariseItems(services::Session& session, const DataFile& file) {
+std::vector<ItemSummary> SummariseItems(const DataFile& file) {
   std::vector<ItemSummary> items;
   int network = 1;
   std::map<std::string, std::size_t> of_network;  // where the network's items are among all
-  for (const DataFileLine& line : file.lines) {
-    if (radiodb::IsNetworkSeparator(line.text)) {
+  for (const DataFileLine& line : file.Lines()) {
+    if (line.IsSeparator()) {
       ++network;
       of_network.clear();
     }
-    if (!IsRecord(line.text)) continue;
-    const std::string item = line.text.substr(0, 2);
+    if (!IsRecord(line.Text())) continue;
+    const std::string item(line.Text().substr(0, 2));
     const auto [at, is_new] = of_network.try_emplace(item, items.size());
     if (is_new) items.push_back({.item = item, .network = network, .records = {}});
     ItemSummary& summary = items[at->second];
-    summary.bytes += static_cast<int>(link::GetRecordData(session, line.text).size() / 2);
+    summary.bytes += static_cast<int>(radiodb::GetRecordData(line.Text()).size() / 2);
     summary.records.push_back(&line);
   }
   return items;
@@ -64,18 +62,17 @@ std::string FileTypeName(const services::Session& session, const radiodb::FileId
   return model ? NLSFmt(session, TypeName(model->type)) : std::string();
 }
 
-Table FileIdentityTable(const services::Session& session, const DataFile& file,
-                        const DataFileCheck& check) {
+Table FileIdentityTable(const services::Session& session, const DataFile& file) {
   Table table;
   const auto row = [&](std::string_view title, const std::string& value) {
     if (!value.empty()) table.AddRow({NLSFmt(session, title), value});
   };
-  row(NLSText("File"), file.path);
-  row(NLSText("Kind"), NLSFmt(session, KindName(KindOf(check))));
-  for (const std::string& line : file.header) {
+  row(NLSText("File"), file.Path());
+  row(NLSText("Kind"), NLSFmt(session, KindName(KindOf(file))));
+  for (const std::string& line : file.Header()) {
     if (line.starts_with("Saved with")) row(NLSText("Header"), line);
   }
-  if (const auto& identity = check.identity) {
+  if (const auto& identity = file.Identity()) {
     row(NLSText("Model"),
         ModelName(session, identity->model_code) + " (" + identity->model_code + ")");
     row(NLSText("Model string"), identity->model_string);
@@ -84,18 +81,17 @@ Table FileIdentityTable(const services::Session& session, const DataFile& file,
     row(NLSText("Hardware version"), identity->hardware_version);
     row(NLSText("Serial number"), NLSFmt(session, identity->serial_number));
   }
-  row(NLSText("Networks"), std::to_string(check.networks));
-  row(NLSText("Records"), std::to_string(check.records));
+  row(NLSText("Networks"), std::to_string(file.Networks()));
+  row(NLSText("Records"), std::to_string(file.Records()));
   return table;
 }
 
-Json FileIdentityJson(const services::Session& session, const DataFile& file,
-                      const DataFileCheck& check) {
-  Json json = {{"file", file.path},
-               {"kind", JsonWord(KindOf(check))},
-               {"size", file.size},
-               {"header", file.header}};
-  if (const auto& identity = check.identity) {
+Json FileIdentityJson(const services::Session& session, const DataFile& file) {
+  Json json = {{"file", file.Path()},
+               {"kind", JsonWord(KindOf(file))},
+               {"size", file.Size()},
+               {"header", file.Header()}};
+  if (const auto& identity = file.Identity()) {
     const bool is_known = radiodb::FindRadioModel(identity->model_code).has_value();
     json["model_code"] = identity->model_code;
     json["model"] = is_known ? ModelName(session, identity->model_code) : "";
@@ -104,15 +100,15 @@ Json FileIdentityJson(const services::Session& session, const DataFile& file,
     json["hardware_version"] = identity->hardware_version;
     json["serial_number"] = identity->serial_number;
   }
-  json["networks"] = check.networks;
-  json["records"] = check.records;
+  json["networks"] = file.Networks();
+  json["records"] = file.Records();
   return json;
 }
 
-Json FindingsJson(const DataFileCheck& check) {
+Json FindingsJson(const services::Session& session, const std::vector<radiodb::Finding>& findings) {
   Json json = Json::array();
-  for (const radiodb::Finding& finding : check.findings)
-    json.push_back(Json{{"line", finding.line}, {"text", finding.text}});
+  for (const radiodb::Finding& finding : findings)
+    json.push_back(Json{{"line", finding.line}, {"text", NLSFmt(session, finding.text)}});
   return json;
 }
 

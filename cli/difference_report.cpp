@@ -1,16 +1,22 @@
 #include "cli/difference_report.h"
 
+#include "radiodb/radio_models.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 
 namespace zep::cli {
 namespace {
 
+using conversion::Change;
+using conversion::ChangeReason;
+using conversion::FactDifference;
+using conversion::FileFact;
+using conversion::ItemDifference;
 using services::NLSFmt;
+using services::NLSText;
 using services::Session;
 using services::Table;
-using upgrade::Change;
-using upgrade::ItemDifference;
+using services::Text;
 
 std::string Item(const ItemDifference& difference) {
   return services::ConBytNumToHex(static_cast<std::uint8_t>(difference.item));
@@ -27,6 +33,65 @@ std::string OrNothing(const std::string& bytes) { return bytes.empty() ? "-" : b
 std::vector<std::string> Cells(const ItemDifference& difference) {
   return {std::to_string(difference.network), Item(difference), Place(difference),
           OrNothing(difference.before), OrNothing(difference.after)};
+}
+
+// "4.02"
+std::string VersionText(int version) {
+  return std::to_string(version / 100) + "." +
+         services::PadString(std::to_string(version % 100), services::PadSide::kLeft, 2, "0");
+}
+
+Text ReasonText(const ChangeReason& reason) {
+  using enum ChangeReason::Kind;
+  switch (reason.kind) {
+    case kDatabaseStep:
+      return {NLSText("conversion to database version %0:s"), {VersionText(reason.to)}};
+    case kNewDatabaseVersion:
+      return {NLSText("the new database version")};
+    case kCalibrationStep:
+      return {"%0:s -> %1:s", {std::to_string(reason.from), std::to_string(reason.to)}};
+    case kChecksum:
+      break;
+  }
+  return {NLSText("checksum")};
+}
+
+Text FactName(const FactDifference& difference) {
+  using enum FileFact;
+  switch (difference.fact) {
+    case kContents:
+      return {NLSText("Contents")};
+    case kModel:
+      return {NLSText("Model")};
+    case kModelString:
+      return {NLSText("Model string")};
+    case kType:
+      return {NLSText("Type")};
+    case kDatabaseVersion:
+      return {NLSText("Database version")};
+    case kHardwareVersion:
+      return {NLSText("Hardware version")};
+    case kSerialNumber:
+      return {NLSText("Serial number")};
+    case kNetworks:
+      return {NLSText("Networks")};
+    case kOtherLines:
+      break;
+  }
+  return {NLSText("Other lines of network %0:s"), {std::to_string(difference.network)}};
+}
+
+// The value of a fact in words.
+Text FactValue(const Session& session, FileFact fact, const std::string& value) {
+  if (fact == FileFact::kContents) {
+    return {value == "calibration" ? NLSText("calibration data") : NLSText("personality data")};
+  }
+  if (fact == FileFact::kType && !value.empty()) {
+    return {value == "trunked" ? NLSText("Trunked") : NLSText("Conventional")};
+  }
+  return {
+      "%0:s",
+      {fact == FileFact::kModel ? radiodb::AppGetRadioModel(session, std::stoi(value)) : value}};
 }
 
 std::vector<std::string> Headings(const Session& session) {
@@ -51,7 +116,7 @@ std::string ChangeText(const Session& session, const std::vector<Change>& change
   Table table(headings);
   for (const Change& change : changes) {
     std::vector<std::string> cells = Cells(change.difference);
-    cells.push_back(change.reason);
+    cells.push_back(NLSFmt(session, ReasonText(change.reason)));
     table.AddRow(std::move(cells));
   }
   return table.IsEmpty() ? std::string() : table.Text();
@@ -61,18 +126,21 @@ Json ChangeJson(const std::vector<Change>& changes) {
   Json json = Json::array();
   for (const Change& change : changes) {
     json.push_back(ItemJson(change.difference));
-    json.back()["reason"] = change.reason;
+    json.back()["reason"] = English(ReasonText(change.reason));
   }
   return json;
 }
 
 std::string DifferenceText(const Session& session,
-                           const upgrade::DataFileDifferences& differences) {
+                           const conversion::DataFileDifferences& differences) {
   std::string text;
   if (!differences.facts.empty()) {
     Table facts({"", NLSFmt(session, "Before"), NLSFmt(session, "After")});
-    for (const upgrade::FactDifference& fact : differences.facts) {
-      facts.AddRow({fact.name, OrNothing(fact.before), OrNothing(fact.after)});
+    for (const conversion::FactDifference& fact : differences.facts) {
+      const auto value = [&](const std::string& fact_value) {
+        return OrNothing(NLSFmt(session, FactValue(session, fact.fact, fact_value)));
+      };
+      facts.AddRow({NLSFmt(session, FactName(fact)), value(fact.before), value(fact.after)});
     }
     text = facts.Text();
   }
@@ -82,10 +150,13 @@ std::string DifferenceText(const Session& session,
   return text + (text.empty() ? "" : "\n") + items.Text();
 }
 
-Json DifferenceJson(const upgrade::DataFileDifferences& differences) {
+Json DifferenceJson(const Session& session, const conversion::DataFileDifferences& differences) {
   Json facts = Json::array();
-  for (const upgrade::FactDifference& fact : differences.facts)
-    facts.push_back(Json{{"name", fact.name}, {"before", fact.before}, {"after", fact.after}});
+  for (const FactDifference& fact : differences.facts) {
+    facts.push_back(Json{{"name", English(FactName(fact))},
+                         {"before", English(FactValue(session, fact.fact, fact.before))},
+                         {"after", English(FactValue(session, fact.fact, fact.after))}});
+  }
   Json items = Json::array();
   for (const ItemDifference& difference : differences.items) items.push_back(ItemJson(difference));
   return Json{{"facts", std::move(facts)}, {"items", std::move(items)}};

@@ -15,15 +15,15 @@ else()
   add_library(zep_utf8proc ALIAS PkgConfig::utf8proc)
 endif()
 
-# The header-only libraries we use: Asio (standalone), CLI11 and nlohmann-json, as Debian ships them.
+# The header-only libraries we use: Asio (standalone), CLI11, nlohmann-json and expected (std::expected for C++20), as Debian ships them.
 # A cross-build must not see the rest of the host's include folder, so their folders are linked into one of our own.
 add_library(zep_headers INTERFACE)
 if(CMAKE_CROSSCOMPILING)
   set(header_folder ${CMAKE_BINARY_DIR}/headers)
   file(MAKE_DIRECTORY ${header_folder})
-  foreach(name asio asio.hpp CLI nlohmann)
+  foreach(name asio asio.hpp CLI nlohmann tl)
     if(NOT EXISTS /usr/include/${name})
-      message(FATAL_ERROR "/usr/include/${name} is missing: install libasio-dev, libcli11-dev and nlohmann-json3-dev")
+      message(FATAL_ERROR "/usr/include/${name} is missing: install libasio-dev, libcli11-dev, nlohmann-json3-dev and libexpected-dev")
     endif()
     file(CREATE_LINK /usr/include/${name} ${header_folder}/${name} SYMBOLIC)
   endforeach()

@@ -5,7 +5,8 @@
 #include <vector>
 
 #include "link/error_replies.h"
-#include "link/record_text.h"
+#include "link/list_line.h"
+#include "link/record.h"
 #include "services/messages.h"
 
 namespace zep::link {
@@ -330,10 +331,9 @@ std::string ReadReplyFromComms(Link& link, int port, std::string_view mode) {
       continue;
     }
     const bool is_list = mode == "List";
-    reply += is_list ? GetListData(session, line) : GetRecordData(session, line);
-    const bool is_intact =
-        line.empty() || (is_list ? IsIntactListLine(session, line) : IsIntactRecord(session, line));
-    if (!is_intact) ReportRadioError(session, "{C02}");
+    reply += is_list ? GetListData(line) : GetRecordData(line);
+    if (!line.empty() && !(is_list ? IsIntactListLine(line) : Record::ParseReply(line).has_value()))
+      ReportRadioError(session, "{C02}");
     line.clear();
   }
   return reply;

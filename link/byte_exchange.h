@@ -18,6 +18,10 @@
 
 namespace zep::link {
 
+// What ends the answer to a command, and a command.
+inline constexpr std::string_view kPrompt = ">";
+inline constexpr std::string_view kCarriageReturn = "\r";
+
 using Bytes = std::span<const std::uint8_t>;
 
 // Waits for a byte from the port. expected 0: any byte but 0, which is skipped; otherwise bytes

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <tuple>
 #include <utility>
 
 #include "platform/advice.h"
@@ -65,22 +66,19 @@ SystemError TooLong(const std::string& path, std::uint64_t most) {
                     {path, std::to_string(most)});
 }
 
-struct Temporary {
-  std::string path;
-  std::FILE* file;
-};
+using Temporary = std::pair<std::string, std::FILE*>;  // its path
 
 // A new file beside the target. A killed program of the same process number may have left its own.
 Temporary OpenTemporary(const std::string& target) {
   constexpr int kMostTries = 100;
   const std::string name = target + "." + std::to_string(ProcessNumber());
-  Temporary temporary{name + ".tmp", OpenStdio(name + ".tmp", OpenMode::kNew)};
-  for (int number = 2; temporary.file == nullptr && errno == EEXIST && number <= kMostTries;
-       ++number) {
-    temporary.path = name + "-" + std::to_string(number) + ".tmp";
-    temporary.file = OpenStdio(temporary.path, OpenMode::kNew);
+  std::string path = name + ".tmp";
+  std::FILE* file = OpenStdio(path, OpenMode::kNew);
+  for (int number = 2; file == nullptr && errno == EEXIST && number <= kMostTries; ++number) {
+    path = name + "-" + std::to_string(number) + ".tmp";
+    file = OpenStdio(path, OpenMode::kNew);
   }
-  return temporary;
+  return {path, file};
 }
 
 SystemError LastFileError(const std::string& path, Use use) {
@@ -187,33 +185,55 @@ FileContents ReadWholeFile(const std::string& path, std::uint64_t most) {
 }
 
 SystemError WriteWholeFile(const std::string& path, std::string_view bytes) {
-  const std::string target = LinkTarget(path);
+  NewFile file;
+  if (const SystemError error = file.Open(path)) return error;
+  return file.Commit(bytes);
+}
+
+SystemError NewFile::Open(const std::string& path) {
+  GiveUp();
+  path_ = path;
+  target_ = LinkTarget(path);
   std::error_code code;
-  const fs::file_status status = fs::status(NativePath(target), code);
+  const fs::file_status status = fs::status(NativePath(target_), code);
   if (fs::is_directory(status)) return FileError(std::errc::is_a_directory, path, Use::kWriting);
   if (fs::exists(status) && !fs::is_regular_file(status)) {
-    std::FILE* device = OpenStdio(target, OpenMode::kReplace);
-    if (device == nullptr) return LastFileError(path, Use::kWriting);
-    return WriteAndSync(device, path, bytes);
-  }
-  // A file that is marked as read-only could be replaced all the same: that is not what the mark
-  // means.
-  if (fs::exists(status) && !MayWrite(target)) {
+    file_ = OpenStdio(target_, OpenMode::kReplace);
+  } else if (fs::exists(status) && !MayWrite(target_)) {
+    // A file that is marked as read-only could be replaced all the same: that is not what the mark
+    // means.
     return FileError(std::errc::permission_denied, path, Use::kWriting);
+  } else {
+    std::tie(temporary_, file_) = OpenTemporary(target_);
   }
+  if (file_ != nullptr) return {};
+  const SystemError error = LastFileError(path, Use::kWriting);
+  temporary_.clear();
+  return error;
+}
 
-  const auto [temporary, file] = OpenTemporary(target);
-  if (file == nullptr) return LastFileError(path, Use::kWriting);
-  if (fs::exists(status)) fs::permissions(NativePath(temporary), status.permissions(), code);
-  SystemError error = WriteAndSync(file, path, bytes);
-  if (!error) error = RenameFile(temporary, target);
+SystemError NewFile::Commit(std::string_view bytes) {
+  SystemError error = WriteAndSync(std::exchange(file_, nullptr), path_, bytes);
+  if (temporary_.empty()) return error;
+  std::error_code code;
+  const fs::file_status status = fs::status(NativePath(target_), code);
+  if (fs::exists(status)) fs::permissions(NativePath(temporary_), status.permissions(), code);
+  if (!error) error = RenameFile(temporary_, target_);
   if (error) {
-    fs::remove(NativePath(temporary), code);
-    error.subject = path;
+    GiveUp();
+    error.subject = path_;
     return error;
   }
-  SyncFolder(FolderAbove(target));
+  temporary_.clear();
+  SyncFolder(FolderAbove(target_));
   return {};
+}
+
+void NewFile::GiveUp() {
+  if (file_ != nullptr) std::fclose(std::exchange(file_, nullptr));
+  std::error_code code;
+  if (!temporary_.empty()) fs::remove(NativePath(temporary_), code);
+  temporary_.clear();
 }
 
 FileCopy KeepCopy(const std::string& path, const std::string& name) {
@@ -228,6 +248,13 @@ FileCopy KeepCopy(const std::string& path, const std::string& name) {
   copy.error = WriteWholeFile(copy.path, contents.bytes);
   copy.is_new = !copy.error;
   return copy;
+}
+
+FileCopy KeepFormer(const std::string& path, std::string_view bytes) {
+  if (FileSize(path).value_or(0) == 0) return {};
+  const FileContents former = ReadWholeFile(path);
+  if (!former.error && former.bytes == bytes) return {};
+  return KeepCopy(path, path + ".bak");
 }
 
 bool HaveSameContents(const std::string& a, const std::string& b) {

@@ -51,9 +51,35 @@ FileContents ReadWholeFile(const std::string& path, std::uint64_t most = kLarges
 // is.
 SystemError WriteWholeFile(const std::string& path, std::string_view bytes);
 
+// A file that is made, or made anew, as a whole: that it can be made is known before there is
+// anything to be put into it.
+class NewFile {
+ public:
+  NewFile() = default;
+  ~NewFile() { GiveUp(); }
+  NewFile(const NewFile&) = delete;
+  NewFile& operator=(const NewFile&) = delete;
+
+  // Fails where WriteWholeFile would. What the file holds stays; the new one grows beside it.
+  SystemError Open(const std::string& path);
+  bool IsOpen() const { return file_ != nullptr; }
+
+  // Puts all of the contents in the file's place, as WriteWholeFile does. REQUIRES: it is open.
+  SystemError Commit(std::string_view bytes);
+
+ private:
+  // Leaves nothing behind.
+  void GiveUp();
+
+  std::string path_;
+  std::string target_;     // what a link points to
+  std::string temporary_;  // empty for a device, which is written as it is
+  std::FILE* file_ = nullptr;
+};
+
 struct FileCopy {
-  std::string path;
-  SystemError error;
+  std::string path = {};
+  SystemError error = {};
   bool is_new = false;  // false when there was such a copy already
 };
 
@@ -61,6 +87,10 @@ struct FileCopy {
 // the same contents that is there already will do. path is the name that was tried last when there
 // is an error.
 FileCopy KeepCopy(const std::string& path, const std::string& name);
+
+// Before a file is replaced by these bytes: copies what it holds to NAME.bak, or NAME.bak2 and so
+// on. No path when there is nothing to keep: it is missing, empty or holds the same bytes.
+FileCopy KeepFormer(const std::string& path, std::string_view bytes);
 
 // Whether both are files of the same contents.
 bool HaveSameContents(const std::string& a, const std::string& b);

@@ -148,11 +148,35 @@ bool ChooseFiles(RadioDb& db) {
   return !WritesCalibration(db.transfer_kind) || ChooseDefaultCalibration(db);
 }
 
-bool Begin(DataFileWriter& file, const std::string& path, const std::vector<std::string>& header,
-           const std::string& identity_record) {
-  if (!file.Create(path)) return false;
-  for (const std::string& line : header) file.WriteLine(line);
-  file.WriteLine(identity_record);
+bool TellOfFile(Session& session, const platform::SystemError& error, std::string_view procedure) {
+  ReportError(session, error, procedure);
+  session.RequestCancel(Failure::kFile);
+  return false;
+}
+
+bool Begin(Session& session, FileToMake& file, const std::string& path,
+           const std::vector<std::string>& header, const std::optional<Record>& identity_record) {
+  file.data = DataFile(path, header);
+  if (identity_record) file.data.Add(*identity_record);
+  const platform::SystemError error = file.out.Open(path);
+  return !error || TellOfFile(session, error, "OpenReadFiles");
+}
+
+// Writes the file; nothing where there is none. What is to be told when it is not complete goes
+// into incomplete. False when it could not be stored.
+bool End(Session& session, FileToMake& file, bool complete, std::string& incomplete) {
+  if (!file.out.IsOpen()) return true;
+  const tl::expected<std::string, services::Problem> former =
+      WriteDataFile(file.data, file.out, "EndReadFiles");
+  if (!former) return TellOfFile(session, former.error().error, former.error().procedure);
+  if (complete) return true;
+  if (!incomplete.empty()) incomplete += "\n";
+  incomplete += NLSFmt(session,
+                       "%0:s is incomplete, because reading the radio ended early. Please "
+                       "read the radio again.",
+                       {file.data.Path()});
+  if (!former->empty())
+    incomplete += " " + NLSFmt(session, "What it held before is kept in %0:s.", {*former});
   return true;
 }
 
@@ -193,7 +217,7 @@ bool CheckVersion(const RadioDb& db, const DataFile& file, const FileIdentity& i
     return Refuse(
         session,
         NLSFmt(session, "%0:s is a calibration file. Please choose a data file of the radio.",
-               {file.path}),
+               {file.Path()}),
         Failure::kRefused);
   }
   if (VersionNumber(identity.database_version) == VersionNumber(db.identity.database_version))
@@ -206,12 +230,12 @@ bool CheckVersion(const RadioDb& db, const DataFile& file, const FileIdentity& i
 
 // A radio that refuses a record in the middle of its database would be left half programmed.
 bool CheckRecords(Session& session, const DataFile& file) {
-  const DataFileCheck check = CheckDataFile(session, file);
-  if (check.findings.empty()) return true;
+  const std::vector<Finding> findings = file.Findings();
+  if (findings.empty()) return true;
   std::string text = NLSFmt(
-      session, "%0:s is damaged and is not programmed. Please choose another file.", {file.path});
-  text += "\n" + FindingText(session, check.findings.front());
-  if (const std::size_t more = check.findings.size() - 1; more > 0)
+      session, "%0:s is damaged and is not programmed. Please choose another file.", {file.Path()});
+  text += "\n" + NLSFmt(session, FindingText(findings.front()));
+  if (const std::size_t more = findings.size() - 1; more > 0)
     text += "\n" + NLSFmt(session, "Faults besides this one: %0:s.", {std::to_string(more)});
   return Refuse(session, text, Failure::kFile);
 }
@@ -266,30 +290,41 @@ bool OpenReadFiles(RadioDb& db, ReadFiles& files) {
   Session& session = db.link.session;
   if (!ChooseFiles(db)) return false;
   if (WritesDatabase(db.transfer_kind) &&
-      !Begin(files.database, db.data_file, DatabaseHeader(session, db.number_of_networks),
-             DatabaseIdentityRecord(session, db.identity))) {
+      !Begin(session, files.database, db.data_file, DatabaseHeader(session, db.number_of_networks),
+             DatabaseIdentityRecord(db.identity))) {
     return false;
   }
   return !WritesCalibration(db.transfer_kind) ||
-         Begin(files.calibration, db.calibration_file, CalibrationHeader(session),
-               CalibrationIdentityRecord(session, db.identity));
+         Begin(session, files.calibration, db.calibration_file, CalibrationHeader(session),
+               CalibrationIdentityRecord(db.identity));
+}
+
+bool EndReadFiles(RadioDb& db, ReadFiles& files, bool complete) {
+  Session& session = db.link.session;
+  std::string incomplete;
+  const bool database = End(session, files.database, complete, incomplete);
+  const bool calibration = End(session, files.calibration, complete, incomplete);
+  if (!incomplete.empty()) NLSMsgBox(session, incomplete, {.icon = Icon::kCritical});
+  db.data = std::move(files.database.data);
+  db.calibration = std::move(files.calibration.data);
+  return complete && database && calibration;
 }
 
 bool CheckFileAgainstRadio(const RadioDb& db, const DataFile& file) {
   Session& session = db.link.session;
-  if (file.size < kSmallestDataFile) {
+  if (file.Size() < kSmallestDataFile) {
     return RefuseAsCorrupt(
         session, NLSFmt(session, "%0:s is too short for a data file. Please choose another file.",
-                        {file.path}));
+                        {file.Path()}));
   }
-  const std::optional<FileIdentity> identity = FindFileIdentity(file);
+  const std::optional<FileIdentity>& identity = file.Identity();
   if (!identity || identity->type_digit < '0' || identity->type_digit > '9') {
     return RefuseAsCorrupt(
         session,
         NLSFmt(session,
                "%0:s holds no identity record (item 00) that can be read. Please choose another "
                "file.",
-               {file.path}));
+               {file.Path()}));
   }
   return CheckModel(db, *identity) && CheckVersion(db, file, *identity) &&
          CheckRecords(session, file);

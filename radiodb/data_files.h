@@ -9,8 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "radiodb/data_file_reader.h"
-#include "radiodb/data_file_writer.h"
+#include "radiodb/data_file.h"
 #include "radiodb/radio_db.h"
 
 namespace zep::radiodb {
@@ -36,21 +35,35 @@ std::string DefaultCalibrationName(const services::Session& session, const Radio
 std::vector<std::string> DatabaseHeader(const services::Session& session, int networks);
 std::vector<std::string> CalibrationHeader(const services::Session& session);
 
-// The files that a read writes; those that its kind does not ask for stay closed.
-struct ReadFiles {
-  explicit ReadFiles(services::Session& session) : database(session), calibration(session) {}
+// A file that a read makes: begun before the first item, written as a whole at the end.
+struct FileToMake {
+  DataFile data;
+  platform::NewFile out;
 
-  DataFileWriter database;
-  DataFileWriter calibration;
-  int database_records = 0;     // written to the data file behind its identity record
-  int calibration_records = 0;  // written to the calibration file, likewise
+  // Does nothing where there is no file.
+  void Add(std::string_view line) {
+    if (out.IsOpen()) data.Add(line);
+  }
+  // Behind the identity record.
+  int Items() const { return data.Records() - 1; }
+};
+
+// The files that a read makes; those that its kind does not ask for stay closed.
+struct ReadFiles {
+  FileToMake database;
+  FileToMake calibration;
   int calibration_network = 0;  // the network that gave the calibration item; 0: none yet
 };
 
-// Chooses the files of db.transfer_kind with the user, makes them and writes header and identity
+// Chooses the files of db.transfer_kind with the user and begins them, with header and identity
 // record. False when the user said No or gave up, or a file cannot be made; CancelRequested is set
-// then.
+// then. What files of these names hold is as before.
 bool OpenReadFiles(RadioDb& db, ReadFiles& files);
+
+// Ends the files of a read and leaves what they hold in db. False when one of them could not be
+// stored, of which the user is told, or the read was not complete; then the user is told which
+// files are not, and where what they held before is kept.
+bool EndReadFiles(RadioDb& db, ReadFiles& files, bool complete);
 
 // The checks before programming, in their order; the first that fails is shown. False, with
 // session.failure set, when the file must not be programmed.

@@ -133,20 +133,23 @@ void ReadRadioWithWindow(wxWindow* parent, services::WindowContext& context, Rad
 
 void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, RadioDb& db) {
   if (context.job.IsRunning()) return;
-  const std::optional<std::string> file = ChooseFileToProgram(db);
-  if (!file) return;
+  const std::optional<std::string> path = ChooseFileToProgram(db);
+  if (!path) return;
   // A file that cannot be read is no reason to trouble a radio.
-  const std::optional<TransferKind> kind = TransferKindOf(context.session, *file);
-  if (!kind) return;
+  const tl::expected<DataFile, services::Problem> file = ReadDataFile(*path);
+  if (!file) {
+    Refuse(context.session, file.error());
+    return;
+  }
   bool done = false;
   {
     const link::Job job(db.link);
-    db.transfer_kind = *kind;
+    db.transfer_kind = TransferKindOf(*file);
     frmReadWriteRadio window(parent, context);
     done = window.Run([&](ReadWriteView& view) { return ProgramRadio(db, view, *file); });
   }
   if (!done) return;
-  NLSMsgBox(context.session, ProgrammedText(db, *file));
+  NLSMsgBox(context.session, ProgrammedText(db, *path));
 }
 
 }  // namespace zep::radiodb

@@ -7,9 +7,7 @@
 #include <vector>
 
 #include "link/error_replies.h"
-#include "link/record_text.h"
 #include "radiodb/radio_commands.h"
-#include "services/hex_text.h"
 #include "services/messages.h"
 
 namespace zep::radiodb {
@@ -27,6 +25,11 @@ constexpr std::array<std::string_view, 7> kLeftOutOfTrunked = {"2F", "3D", "3E",
 template <std::size_t kCount>
 bool Contains(const std::array<std::string_view, kCount>& items, std::string_view item) {
   return std::ranges::find(items, item) != items.end();
+}
+
+// As the radio has it, whatever its tier.
+std::string_view CalibrationItem(RadioType type) {
+  return CalibrationItemsOf({.type = type}).in_radio;
 }
 
 class Progress {
@@ -63,7 +66,7 @@ std::string NetworkStatus(const RadioDb& db, std::string_view text) {
 
 void LeaveForLastNetwork(RadioDb& db, std::string_view item, ReadFiles& files) {
   db.common_dynamic_item_skipped = true;
-  if (item == "32") files.database.WriteLine(kCommonDynamicItemLine);
+  if (item == "32") files.database.Add(kCommonDynamicItemLine);
 }
 
 // Receives characters until the buffer holds length of them. False when they did not come.
@@ -85,16 +88,9 @@ std::optional<std::string> ReceiveRecord(RadioDb& db, ReadWriteView& view, std::
                   db.number_of_networks > 1
                       ? NetworkStatus(db, NLSText("Reading Radio database %0:s of %1:s"))
                       : NLSFmt(session, "Reading Items"));
-  const auto length =
-      static_cast<std::size_t>(services::ConHexByteToInt(session, record.substr(4, 2)));
-  std::string checksum;
-  if (!ReceiveUpTo(db.link, record, link::kRecordHeader + 2 * length) ||
-      !ReceiveUpTo(db.link, checksum, 2)) {
-    return std::nullopt;
-  }
-  record += checksum;
+  if (!ReceiveUpTo(db.link, record, link::RecordLength(record))) return std::nullopt;
   // A corrupted record is kept all the same.
-  if (!link::IsIntactRecord(session, record)) link::ReportRadioError(session, "{C02}");
+  if (!Record::ParseReply(record)) link::ReportRadioError(session, "{C02}");
   ReceiveCharacter(db.link, kCarriageReturn);
   return record;
 }
@@ -105,11 +101,9 @@ void StoreRecord(const RadioDb& db, const std::string& record, ReadFiles& files)
     // All networks of a radio share its calibration: once is enough.
     if (files.calibration_network == 0) files.calibration_network = db.current_network;
     if (files.calibration_network != db.current_network) return;
-    files.calibration.WriteLine(record);
-    ++files.calibration_records;
+    files.calibration.Add(record);
   } else {
-    files.database.WriteLine(record);
-    ++files.database_records;
+    files.database.Add(record);
   }
 }
 
@@ -152,24 +146,28 @@ bool ReadNetwork(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
 
 using Lines = std::span<const DataFileLine>;
 
+bool IsSeparator(const DataFileLine& line) { return line.IsSeparator(); }
+
 // The lines of each network, separators left out.
 std::vector<Lines> SplitNetworks(const DataFile& file) {
-  const auto is_separator = [](const DataFileLine& line) { return IsNetworkSeparator(line.text); };
   std::vector<Lines> networks;
-  auto begin = file.lines.begin();
-  auto end = std::find_if(begin, file.lines.end(), is_separator);
+  auto begin = file.Lines().begin();
+  auto end = std::find_if(begin, file.Lines().end(), IsSeparator);
   networks.emplace_back(begin, end);
-  while (end != file.lines.end()) {
+  while (end != file.Lines().end()) {
     begin = end + 1;
-    end = std::find_if(begin, file.lines.end(), is_separator);
+    end = std::find_if(begin, file.Lines().end(), IsSeparator);
     networks.emplace_back(begin, end);
   }
   return networks;
 }
 
-bool IsSent(const RadioDb& db, const std::string& line) {
-  return line != kCommonDynamicItemLine && !link::IsEmptyRecord(line) &&
-         IsItemSelected(db.identity.type, db.transfer_kind, std::string_view(line).substr(0, 2));
+// The record that is sent for a line; null when it is none.
+const Record* RecordToSend(const RadioDb& db, const DataFileLine& line) {
+  const Record* record = line.AsRecord();
+  const bool is_sent = record != nullptr && !record->IsEmpty() &&
+                       IsItemSelected(db.identity.type, db.transfer_kind, record->Item());
+  return is_sent ? record : nullptr;
 }
 
 bool WriteNetwork(RadioDb& db, ReadWriteView& view, Lines lines, Progress& progress) {
@@ -181,7 +179,9 @@ bool WriteNetwork(RadioDb& db, ReadWriteView& view, Lines lines, Progress& progr
   for (const DataFileLine& line : lines) {
     link.session.PumpEvents();
     if (link.session.Stopped()) return false;
-    if (IsSent(db, line.text) && !ExecuteCommand(link, "w" + line.text)) return false;
+    const Record* record = RecordToSend(db, line);
+    if (record != nullptr && !ExecuteCommand(link, std::string("w").append(record->Line())))
+      return false;
     UpdateStatusBar(link.session, view,
                     db.number_of_networks > 1
                         ? NetworkStatus(db, NLSText("Writing Radio database %0:s of %1:s"))
@@ -231,10 +231,6 @@ bool IsItemSelected(RadioType type, TransferKind kind, std::string_view item) {
   return is_trunked ? !Contains(kLeftOutOfTrunked, item) : !Contains(kLeftOutOfConventional, item);
 }
 
-std::string_view CalibrationItem(RadioType type) {
-  return type == RadioType::kTrunked ? "47" : "2C";
-}
-
 void UpdateStatusBar(Session& session, ReadWriteView& view, std::string text) {
   constexpr int kSteps = 6;
   text.append(static_cast<std::size_t>(session.status_dots) + 1, '.');
@@ -247,11 +243,11 @@ bool ReadAllItems(RadioDb& db, ReadWriteView& view, ReadFiles& files) {
   const int networks = db.number_of_networks;
   for (db.current_network = 1; db.current_network <= networks; ++db.current_network) {
     if (!ReadNetwork(db, view, files)) return false;
-    if (db.current_network < networks) files.database.WriteLine(kNetworkSeparator);
+    if (db.current_network < networks) files.database.Add(kNetworkSeparator);
   }
   db.current_network = networks;
-  if (files.database.IsOpen() && files.database_records == 0) return GiveUpForNothing(session);
-  if (files.calibration.IsOpen() && files.calibration_network == 0) {
+  if (files.database.out.IsOpen() && files.database.Items() == 0) return GiveUpForNothing(session);
+  if (files.calibration.out.IsOpen() && files.calibration_network == 0) {
     return GiveUp(session,
                   NLSFmt(session,
                          "The radio holds no calibration data (item %0:s). Please check the "
@@ -282,9 +278,7 @@ bool WriteItems(RadioDb& db, ReadWriteView& view, const DataFile& file) {
   Session& session = db.link.session;
   const std::vector<Lines> networks = SplitNetworks(file);
   if (networks.size() > static_cast<std::size_t>(kMostNetworks)) {
-    return Refuse(session,
-                  NLSFmt(session, kTooManyNetworks,
-                         {std::to_string(networks.size()), std::to_string(kMostNetworks)}),
+    return Refuse(session, NLSFmt(session, TooManyNetworks(static_cast<int>(networks.size()))),
                   Failure::kFile);
   }
   Progress progress(view);

@@ -1,17 +1,15 @@
 // The item record protocol: how the numbered items of a radio's database are listed, read and
 // written, with the commands of a radio in programming mode.
 //
-// Everything here talks with the first Active port and ends early when the session is stopped. One
-// record is one line of a file:
-//
-//   item number (2), a second header byte (2), length N in bytes (2), data (2N), checksum (2)
+// Everything here talks with the first Active port and ends early when the session is stopped. What
+// a record is made of: link/record.h.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "radiodb/data_file_reader.h"
+#include "radiodb/data_file.h"
 #include "radiodb/data_files.h"
 #include "radiodb/radio_db.h"
 #include "radiodb/read_write_view.h"
@@ -20,9 +18,6 @@ namespace zep::radiodb {
 
 // Whether a transfer of this kind takes the item (two hex digits) from or to a radio of this type.
 bool IsItemSelected(RadioType type, TransferKind kind, std::string_view item);
-
-// The item that holds the calibration data: "2C", on a trunked radio "47".
-std::string_view CalibrationItem(RadioType type);
 
 // Items "32" and "33" of some radios are common to all networks: they are read with the last one.
 bool IsLeftForLastNetwork(const RadioDb& db, int network, std::string_view item);

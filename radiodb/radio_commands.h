@@ -8,8 +8,8 @@
 #include <string>
 #include <string_view>
 
+#include "link/byte_exchange.h"
 #include "link/port_set.h"
-#include "link/record_text.h"
 
 namespace zep::radiodb {
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "link/port_set.h"
+#include "radiodb/data_file.h"
 #include "radiodb/radio_identity.h"
 
 namespace zep::radiodb {
@@ -42,9 +43,9 @@ struct RadioDb {
   // Full names of the files that the last read wrote, or of the data file last programmed.
   std::string data_file;
   std::string calibration_file;
-  // Records that the last read has put into them, identity records not counted.
-  int database_records = 0;
-  int calibration_records = 0;
+  // What the last read has put into them; empty where there is no such file.
+  DataFile data;
+  DataFile calibration;
 };
 
 }  // namespace zep::radiodb

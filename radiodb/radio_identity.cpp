@@ -4,7 +4,6 @@
 
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
-#include "link/record_text.h"
 #include "radiodb/radio_commands.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
@@ -14,98 +13,14 @@ namespace zep::radiodb {
 namespace {
 
 using services::ConHexByteToInt;
-using services::ConHexToText;
 using services::Failure;
 using services::Icon;
 using services::NLSMsgBox;
 using services::NLSText;
 using services::Session;
 
-// How the data of item 0, of this length in hexadecimal characters, is cut into its four fields,
-// and what the identity records make of them. Field 1, the model string, is always the first 18
-// characters, fields 3 and 4 are the last 18 and 4.
-struct Item0Format {
-  std::size_t length;
-  std::size_t versions_length;       // of field 2 in the item
-  std::string_view versions_ending;  // what the item leaves out of it
-  std::size_t hardware_at;           // the hardware version's place in field 2
-  std::string_view database_header;
-  std::string_view calibration_header;
-};
-constexpr std::size_t kModelLength = 18;
-constexpr std::size_t kDatabaseLength = 18;
-
-constexpr std::array kItem0Formats = {
-    // The shortest format has no hardware version: a comma and four zeros stand in for it.
-    Item0Format{48, 8, "2C30303030", 10, "000011", "00001C"},
-    Item0Format{58, 18, "", 10, "000011", "00001C"},
-    // Kept: this record holds 17 bytes like the others, although its length field says 21. Files
-    // and radios have it so.
-    Item0Format{66, 26, "", 18, "000015", "000020"},
-};
-
-struct Item0Fields {
-  std::string model;
-  std::string versions;
-  std::string database;
-  std::string rest;
-};
-
-const Item0Format* FindItem0Format(std::size_t length) {
-  for (const Item0Format& format : kItem0Formats) {
-    if (format.length == length) return &format;
-  }
-  return nullptr;
-}
-
-Item0Fields CutItem0(std::string_view data, const Item0Format& format) {
-  Item0Fields fields;
-  fields.model = data.substr(0, kModelLength);
-  fields.versions = data.substr(kModelLength, format.versions_length);
-  fields.versions += format.versions_ending;
-  data.remove_prefix(kModelLength + format.versions_length);
-  fields.database = data.substr(0, kDatabaseLength);
-  fields.rest = data.substr(kDatabaseLength);
-  return fields;
-}
-
-// Data bytes of the calibration identity record that the serial number takes at its end.
-constexpr std::size_t kSerialNumberLength = 6;
-
-void BeginIdentityRecords(Session& session, const Item0Format& format, const Item0Fields& fields,
-                          RadioIdentity& identity) {
-  identity.database_record = std::string(format.database_header) + fields.model +
-                             fields.database.substr(0, 8) +
-                             fields.versions.substr(format.hardware_at, 8);
-  identity.calibration_record = std::string(format.calibration_header) + fields.model +
-                                fields.versions + fields.database + fields.rest;
-  const int bytes = ConHexByteToInt(session, format.calibration_header.substr(4));
-  identity.calibration_record.resize(6 + 2 * static_cast<std::size_t>(bytes) - kSerialNumberLength);
-}
-
-// The places of band letter, bandwidth and compliance code in the model string.
-constexpr std::size_t kBandAt = 4;
-constexpr std::size_t kBandwidthAt = 5;
-constexpr std::size_t kComplianceAt = 8;
-constexpr std::size_t kModelStringLength = 9;
-
-void FillInModelString(RadioIdentity& identity) {
-  if (identity.model_string.size() != kModelStringLength) return;
-  identity.model_string[kBandAt] = identity.band;
-  identity.model_string[kBandwidthAt] = identity.bandwidth;
-  identity.model_string[kComplianceAt] = identity.compliance_code;
-}
-
-std::string CompleteIdentityRecord(Session& session, std::string record,
-                                   const RadioIdentity& identity) {
-  if (record.empty()) return record;
-  const auto fill_in = [&record](std::size_t at, char code) {
-    record.replace(link::kRecordHeader + 2 * at, 2, services::ConTextToHex({&code, 1}));
-  };
-  fill_in(kBandAt, identity.band);
-  fill_in(kBandwidthAt, identity.bandwidth);
-  fill_in(kComplianceAt, identity.compliance_code);
-  return record + services::CalcHexChecksum(session, record);
+RadioCodes CodesOf(const RadioIdentity& identity) {
+  return {identity.band, identity.bandwidth, identity.compliance_code};
 }
 
 constexpr std::string_view kBandLetters = "ABCDEFGHIJK";          // low nibbles from 1
@@ -184,7 +99,7 @@ bool ReadFreqBandInfo(link::Link& link, IdentityUse use, RadioIdentity& identity
   const std::string data = ReadItemData(link, identity.IsTrunked() ? "40" : "2A");
   if (link.session.Stopped()) return false;
   ProcessFreqBandInfo(link.session, data, use, identity);
-  FillInModelString(identity);
+  FillInCodes(CodesOf(identity), identity.model_string);
   return true;
 }
 
@@ -200,17 +115,17 @@ bool ReadRadioSerialNumber(link::Link& link, IdentityUse use, RadioIdentity& ide
 void ProcessItem0(Session& session, std::string_view data, IdentityUse use,
                   RadioIdentity& identity) {
   identity = {};
-  if (const Item0Format* format = FindItem0Format(data.size())) {
-    const Item0Fields fields = CutItem0(data, *format);
-    const std::string versions = ConHexToText(session, fields.versions);
-    const std::string database = ConHexToText(session, fields.database);
-    identity.model_string = ConHexToText(session, fields.model);
+  if (std::optional<Item0> item = ParseItem0(data)) {
+    identity.model_string = std::move(item->model_string);
     identity.model_code = identity.model_string.substr(6, 2);
-    identity.software_version = versions.substr(0, versions.find(','));
-    identity.hardware_version = versions.substr(versions.size() - 4);
-    identity.database_version = database.substr(0, 4);
-    identity.calibration_version = database.substr(5);
-    if (use == IdentityUse::kTransfer) BeginIdentityRecords(session, *format, fields, identity);
+    identity.software_version = std::move(item->software_version);
+    identity.hardware_version = std::move(item->hardware_version);
+    identity.database_version = std::move(item->database_version);
+    identity.calibration_version = std::move(item->calibration_version);
+    if (use == IdentityUse::kTransfer) {
+      identity.database_record = std::move(item->database_record);
+      identity.calibration_record = std::move(item->calibration_record);
+    }
   }
   const RadioModel model = LookUpRadioModel(session, identity.model_code).value_or(RadioModel{});
   identity.tier = model.tier;
@@ -257,15 +172,13 @@ void ProcessRadioSerialNumber(Session& session, std::string_view data, IdentityU
       NLSMsgBox(session,
                 "The Radio Serial Number item is blank. Please check model configuration.");
     }
-    identity.serial_number = "NOT SET";
+    identity.serial_number = kSerialNumberNotSet;
   } else {
     identity.serial_number =
         std::to_string(services::ConHexNumToLng(session, data) + kSerialNumberOffset);
   }
   if (use != IdentityUse::kTransfer || identity.calibration_record.empty()) return;
-  identity.calibration_record +=
-      services::PadString(std::string(data.substr(0, kSerialNumberLength)),
-                          services::PadSide::kRight, kSerialNumberLength, "F");
+  AppendSerialNumber(data, identity.calibration_record);
 }
 
 bool SetBandAndComplianceCodeFromByte(std::uint8_t byte, RadioIdentity& identity) {
@@ -294,23 +207,12 @@ std::string_view BandText(const RadioIdentity& identity) {
   return NLSText("Unknown");
 }
 
-std::string DatabaseIdentityRecord(Session& session, const RadioIdentity& identity) {
-  return CompleteIdentityRecord(session, identity.database_record, identity);
+std::optional<Record> DatabaseIdentityRecord(const RadioIdentity& identity) {
+  return CompleteIdentityRecord(identity.database_record, CodesOf(identity));
 }
 
-std::string CalibrationIdentityRecord(Session& session, const RadioIdentity& identity) {
-  return CompleteIdentityRecord(session, identity.calibration_record, identity);
-}
-
-int VersionNumber(std::string_view version) {
-  constexpr int kLargest = 99'999'999;
-  int number = 0;
-  for (const char character : version) {
-    if (character == '.') continue;
-    if (character < '0' || character > '9' || number > kLargest) break;
-    number = 10 * number + (character - '0');
-  }
-  return number;
+std::optional<Record> CalibrationIdentityRecord(const RadioIdentity& identity) {
+  return CompleteIdentityRecord(identity.calibration_record, CodesOf(identity));
 }
 
 bool ReadRadioIdentity(link::Link& link, IdentityUse use, RadioIdentity& identity) {

@@ -8,15 +8,13 @@
 #include <string_view>
 
 #include "link/port_set.h"
+#include "radiodb/identity_record.h"
 #include "radiodb/radio_models.h"
 
 namespace zep::radiodb {
 
 // Band letter, bandwidth and compliance code of a radio whose band information item is blank.
 inline constexpr char kUnknownCode = 'x';
-
-// The serial number of a radio whose serial number item holds 0.
-inline constexpr std::int64_t kSerialNumberOffset = 10'000'000;
 
 struct RadioIdentity {
   std::string model_string;  // 9 characters; empty when item 0 has an unknown format
@@ -73,14 +71,10 @@ std::optional<std::uint8_t> SetByteFromBandAndComplianceCode(const RadioIdentity
 // The band in words for the user: "H 400-470 MHz"; "Unknown", untranslated, where there is none.
 std::string_view BandText(const RadioIdentity& identity);
 
-// The identity record of a data file or a calibration file as it is written: with band, bandwidth,
-// compliance code and checksum.
-std::string DatabaseIdentityRecord(services::Session& session, const RadioIdentity& identity);
-std::string CalibrationIdentityRecord(services::Session& session, const RadioIdentity& identity);
-
-// A version as an integer: "0402" and "4.02" are 402. Ends at the first other character; 0 when
-// there is no digit before it.
-int VersionNumber(std::string_view version);
+// The identity record of a data file or a calibration file as it is written: with band, bandwidth
+// and compliance code. Nothing when the identity has no records.
+std::optional<Record> DatabaseIdentityRecord(const RadioIdentity& identity);
+std::optional<Record> CalibrationIdentityRecord(const RadioIdentity& identity);
 
 // Opens the Active port and reads the identity of the radio behind it. False when the job must not
 // go on: no port, no answer, an error reply, the user's No, Cancel. The port is left open and the

@@ -4,6 +4,7 @@
 
 #include "services/messages.h"
 #include "services/resource_ids.h"
+#include "services/session.h"
 
 namespace zep::radiodb {
 namespace {
@@ -56,6 +57,11 @@ std::optional<RadioModel> LookUpRadioModel(services::Session& session, std::stri
 const std::string& AppGetRadioModel(const services::Session& session, int tier) {
   const bool is_tier = tier >= 1 && tier <= services::kLastModelTier;
   return session.strings.Get(is_tier ? services::kResModelName + tier : 0);
+}
+
+CalibrationItems CalibrationItemsOf(const RadioModel& model) {
+  return {.in_radio = model.type == RadioType::kTrunked ? "47" : "2C",
+          .in_file = model.tier == 2 ? "47" : "2C"};
 }
 
 int FirstGeneration(int tier) {

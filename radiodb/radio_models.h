@@ -5,7 +5,9 @@
 #include <string>
 #include <string_view>
 
-#include "services/session.h"
+namespace zep::services {
+class Session;
+}
 
 namespace zep::radiodb {
 
@@ -25,6 +27,16 @@ std::optional<RadioModel> LookUpRadioModel(services::Session& session, std::stri
 
 // The name of the models of a tier, 1 to 13; empty for any other number.
 const std::string& AppGetRadioModel(const services::Session& session, int tier);
+
+// The item that holds the calibration data. For a transfer the radio's type decides, as in the
+// radio itself: "47" when it is trunked, else "2C". Kept: where a saved file is converted the model
+// tier decides, "47" on tier 2, else "2C"; only a file that lacks that item is taken to hold the
+// radio's.
+struct CalibrationItems {
+  std::string_view in_radio;
+  std::string_view in_file;
+};
+CalibrationItems CalibrationItemsOf(const RadioModel& model);
 
 // The tier whose images a tier takes: tiers 10 and 11 take those of 1 and 2.
 int FirstGeneration(int tier);

@@ -43,26 +43,35 @@ bool ReadIdentityForTransfer(RadioDb& db) {
                 Failure::kRefused);
 }
 
-// Ends the files of a read; tells the user of those that are not complete.
-bool EndFiles(Session& session, ReadFiles& files, bool complete) {
-  if (complete) {
-    const bool database = files.database.Finish();
-    const bool calibration = files.calibration.Finish();
-    if (database && calibration) return true;
+// Reads who the radio is, then the file unless it is given.
+bool ProgramFile(RadioDb& db, ReadWriteView& view, const std::string& path, const DataFile* file) {
+  if (!ReadIdentityForTransfer(db)) return false;
+  tl::expected<DataFile, services::Problem> own_file;
+  if (file == nullptr) {
+    own_file = ReadDataFile(path);
+    if (!own_file) return Refuse(db.link.session, own_file.error());
+    file = &*own_file;
   }
-  std::string text = files.database.Abandon();
-  const std::string calibration = files.calibration.Abandon();
-  if (!text.empty() && !calibration.empty()) text += "\n";
-  text += calibration;
-  if (!text.empty()) NLSMsgBox(session, text, {.icon = services::Icon::kCritical});
-  return false;
+  return CheckFileAgainstRadio(db, *file) && WriteItems(db, view, *file);
 }
 
-bool ProgramFile(RadioDb& db, ReadWriteView& view, const std::string& path) {
-  if (!ReadIdentityForTransfer(db)) return false;
-  const std::optional<DataFile> file = ReadDataFile(db.link.session, path);
-  if (!file || !CheckFileAgainstRadio(db, *file)) return false;
-  return WriteItems(db, view, *file);
+// The file is given, or read from its path.
+bool Program(RadioDb& db, ReadWriteView& view, const std::string& path, const DataFile* file) {
+  Session& session = db.link.session;
+  session.TransferMode = services::Transfer::kProgram;
+  view.SetCaption(NLSFmt(session, "Programming Radio"));
+  db.data_file = path;
+  db.writing_begun = false;
+  const bool complete = ProgramFile(db, view, path, file);
+  CloseRadio(db.link, view);
+  if (!complete && db.writing_begun) {
+    NLSMsgBox(
+        session,
+        NLSFmt(session, "The radio may hold only part of the data now. Please program %0:s again.",
+               {path}),
+        {.icon = services::Icon::kCritical});
+  }
+  return complete;
 }
 
 }  // namespace
@@ -73,31 +82,21 @@ bool ReadRadio(RadioDb& db, ReadWriteView& view) {
   view.SetCaption(NLSFmt(session, "Reading Radio"));
   db.data_file.clear();
   db.calibration_file.clear();
-  ReadFiles files(session);
-  const bool complete =
-      ReadIdentityForTransfer(db) && OpenReadFiles(db, files) && ReadAllItems(db, view, files);
+  db.data = {};
+  db.calibration = {};
+  ReadFiles files;
+  const bool begun = ReadIdentityForTransfer(db) && OpenReadFiles(db, files);
+  const bool complete = begun && ReadAllItems(db, view, files);
   CloseRadio(db.link, view);
-  db.database_records = files.database_records;
-  db.calibration_records = files.calibration_records;
-  return EndFiles(session, files, complete);
+  return begun && EndReadFiles(db, files, complete);
 }
 
 bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
-  Session& session = db.link.session;
-  session.TransferMode = services::Transfer::kProgram;
-  view.SetCaption(NLSFmt(session, "Programming Radio"));
-  db.data_file = file;
-  db.writing_begun = false;
-  const bool complete = ProgramFile(db, view, file);
-  CloseRadio(db.link, view);
-  if (!complete && db.writing_begun) {
-    NLSMsgBox(
-        session,
-        NLSFmt(session, "The radio may hold only part of the data now. Please program %0:s again.",
-               {file}),
-        {.icon = services::Icon::kCritical});
-  }
-  return complete;
+  return Program(db, view, file, nullptr);
+}
+
+bool ProgramRadio(RadioDb& db, ReadWriteView& view, const DataFile& file) {
+  return Program(db, view, file.Path(), &file);
 }
 
 std::string SavedText(const RadioDb& db, const std::string& file) {
@@ -110,12 +109,8 @@ std::string ProgrammedText(const RadioDb& db, const std::string& file) {
                 {RadioName(db.identity), file});
 }
 
-std::optional<TransferKind> TransferKindOf(Session& session, const std::string& file) {
-  const std::optional<DataFile> contents = ReadDataFile(session, file);
-  if (!contents) return std::nullopt;
-  const std::optional<FileIdentity> identity = FindFileIdentity(*contents);
-  return identity && identity->is_calibration ? TransferKind::kCalibration
-                                              : TransferKind::kChosenFile;
+TransferKind TransferKindOf(const DataFile& file) {
+  return file.IsCalibration() ? TransferKind::kCalibration : TransferKind::kChosenFile;
 }
 
 bool ReadSpecification(RadioDb& db) {

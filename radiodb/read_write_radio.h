@@ -7,7 +7,6 @@
 // them.
 #pragma once
 
-#include <optional>
 #include <string>
 
 #include "radiodb/radio_db.h"
@@ -16,20 +15,22 @@
 namespace zep::radiodb {
 
 // Reads the radio into the files of db.transfer_kind: identity, then the names of the files, then
-// the items. True when all was read and written; the files are named in db then.
+// the items. True when all was read and written; the files are in db then. Each is written once, at
+// the end of the read.
 bool ReadRadio(RadioDb& db, ReadWriteView& view);
 
 // Programs a data file into the radio: identity, then the checks of the file, then its records of
 // db.transfer_kind.
 bool ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file);
+// The same with a file that has been read already.
+bool ProgramRadio(RadioDb& db, ReadWriteView& view, const DataFile& file);
 
 // What the user is told of a file that ReadRadio has written, and after ProgramRadio.
 std::string SavedText(const RadioDb& db, const std::string& file);
 std::string ProgrammedText(const RadioDb& db, const std::string& file);
 
-// What programming this file takes: a calibration file is calibration only. Nothing when it cannot
-// be read, of which the user is told.
-std::optional<TransferKind> TransferKindOf(services::Session& session, const std::string& file);
+// What programming this file takes: a calibration file is calibration only.
+TransferKind TransferKindOf(const DataFile& file);
 
 // Reads db.identity only.
 bool ReadSpecification(RadioDb& db);

@@ -55,8 +55,8 @@ need_source() {
   rm -rf "$own"
 }
 
-build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev libutf8proc-dev
-                pkg-config libwxgtk3.2-dev libgtk-3-dev wx3.2-i18n)
+build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev libexpected-dev
+                libutf8proc-dev pkg-config libwxgtk3.2-dev libgtk-3-dev wx3.2-i18n)
 
 # build PRESET [TARGET...]: configures when needed, then builds.
 build() {

@@ -73,7 +73,11 @@ std::int16_t ConHexByteToInt(Session& session, std::string_view text) {
               {.icon = Icon::kCritical});
     return 0;
   }
-  return static_cast<std::int16_t>(DigitOrNothing(text[0]) * 16 + DigitOrNothing(text[1]));
+  return static_cast<std::int16_t>(HexByte(text));
+}
+
+int HexByte(std::string_view text) {
+  return text.size() == 2 ? DigitOrNothing(text[0]) * 16 + DigitOrNothing(text[1]) : 0;
 }
 
 std::string ConBytNumToHex(std::uint8_t byte) {
@@ -110,15 +114,15 @@ bool IsHexText(std::string_view text) {
 
 std::string RecordChecksum(std::string_view record) {
   int sum = 0;
-  for (std::size_t at = 0; at + 1 < record.size(); at += 2)
-    sum += DigitOrNothing(record[at]) * 16 + DigitOrNothing(record[at + 1]);
+  for (std::size_t at = 0; at + 1 < record.size(); at += 2) sum += HexByte(record.substr(at, 2));
   return ConBytNumToHex(static_cast<std::uint8_t>(256 - sum % 256));
 }
 
-std::string ConHexToText(Session& session, std::string_view hex) {
+std::string ConHexToText(std::string_view hex) {
   std::string text;
-  for (std::size_t at = 0; at < hex.size(); at += 2) {
-    text += static_cast<char>(ConHexByteToInt(session, hex.substr(at, 2)));
+  for (std::size_t at = 0; at + 1 < hex.size(); at += 2) {
+    const std::string_view digits = hex.substr(at, 2);
+    text += IsHexText(digits) ? static_cast<char>(HexByte(digits)) : '?';
   }
   return text;
 }

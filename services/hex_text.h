@@ -7,9 +7,9 @@
 #include <string>
 #include <string_view>
 
-#include "services/session.h"
-
 namespace zep::services {
+
+class Session;
 
 // The number that the text stands for, 0 when empty. A letter a to f passes as a digit but counts
 // 32 more than its upper-case form. Any other character, or a result outside 32 bits with sign,
@@ -23,6 +23,9 @@ std::string ConLngNumToHex(double number);
 // The byte of exactly two characters. Letters count as in ConHexNumToLng, but a character that is
 // no digit counts 0 without a box; a text of another length shows an error box and gives 0.
 std::int16_t ConHexByteToInt(Session& session, std::string_view text);
+
+// The same without a box; for a text of another length 0.
+int HexByte(std::string_view text);
 
 // Two upper-case hex digits.
 std::string ConBytNumToHex(std::uint8_t byte);
@@ -47,8 +50,8 @@ bool IsHexText(std::string_view text);
 // The checksum of a record, which may be longer than CalcHexChecksum can do, from its hex text.
 std::string RecordChecksum(std::string_view record);
 
-// The text that the bytes stand for, one character a byte; and back.
-std::string ConHexToText(Session& session, std::string_view hex);
+// The text that the bytes stand for, one character a byte, "?" where there is no byte; and back.
+std::string ConHexToText(std::string_view hex);
 std::string ConTextToHex(std::string_view text);
 
 }  // namespace zep::services

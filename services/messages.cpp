@@ -53,6 +53,12 @@ std::string NLSFmt(const Session& session, std::string_view text,
   return FillIn(session.translation.Translate(text), arguments);
 }
 
+std::string NLSFmt(const Session& session, const Text& text) {
+  std::vector<std::string> arguments = text.arguments;
+  for (const Text& part : text.texts) arguments.push_back(NLSFmt(session, part));
+  return NLSFmt(session, text.english, arguments);
+}
+
 Answer NLSMsgBox(Session& session, std::string_view text, const BoxOptions& options) {
   MessageRequest request;
   request.text = session.translation.Translate(text);
@@ -103,6 +109,20 @@ bool RefuseFile(Session& session, const platform::SystemError& error, std::strin
   ReportError(session, error, procedure);
   session.KeepCause(Failure::kFile);
   return false;
+}
+
+bool Refuse(Session& session, const Problem& problem) {
+  if (problem.error) return RefuseFile(session, problem.error, problem.procedure);
+  return Refuse(session, ProblemText(session, problem), problem.why);
+}
+
+std::string ProblemText(const Session& session, const Problem& problem) {
+  std::string text;
+  for (const Text& line : problem.lines) {
+    if (!text.empty()) text += "\n";
+    text += NLSFmt(session, line);
+  }
+  return text;
 }
 
 std::string ErrorNote(const Session& session, const platform::SystemError& error) {

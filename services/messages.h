@@ -11,12 +11,11 @@
 #include <string_view>
 
 #include "platform/system_error.h"
+#include "services/problem.h"
 #include "services/session.h"
+#include "services/text.h"
 
 namespace zep::services {
-
-// Marks a text for translation and returns it as it is.
-constexpr std::string_view NLSText(std::string_view text) { return text; }
 
 // The text in the interface language, with %N:s replaced by argument N. A placeholder without an
 // argument stays.
@@ -24,6 +23,7 @@ std::string NLSFmt(const Session& session, std::string_view text,
                    std::initializer_list<std::string_view> arguments = {});
 std::string NLSFmt(const Session& session, std::string_view text,
                    std::span<const std::string> arguments);
+std::string NLSFmt(const Session& session, const Text& text);
 
 struct BoxOptions {
   Icon icon = Icon::kInformation;
@@ -58,6 +58,11 @@ void ReportError(Session& session, const platform::SystemError& error, std::stri
 bool Refuse(Session& session, std::string_view text, Failure why);
 // Likewise for a file that cannot be read or written, by the error reporter.
 bool RefuseFile(Session& session, const platform::SystemError& error, std::string_view procedure);
+
+// Likewise for a problem of either kind.
+bool Refuse(Session& session, const Problem& problem);
+// The lines of a problem in the interface language, in one text.
+std::string ProblemText(const Session& session, const Problem& problem);
 
 // The error in a sentence: cause and next step when known, else what it is about and the system's
 // words.

@@ -11,6 +11,7 @@
 
 #include "platform/clock.h"
 #include "services/log.h"
+#include "services/outcome.h"
 #include "services/paths.h"
 #include "services/settings.h"
 #include "services/string_table.h"
@@ -24,9 +25,6 @@ enum class Transfer { kRead = 1, kProgram = 2 };
 
 // Whether error replies of a radio are shown, or only kept in RadioErrorReply.
 enum class ReportErrors { kShow = 1, kSilent = 2 };
-
-// Why a job stopped; the first cause is kept. Becomes the exit status of zepctl.
-enum class Failure { kNone, kRefused, kPort, kNoAnswer, kRadioError, kFile, kCancelled };
 
 // What the program is made of; all of it outlives the session.
 struct Seams {

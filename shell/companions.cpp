@@ -1,5 +1,6 @@
 #include "shell/companions.h"
 
+#include "services/locate_file.h"
 #include "services/messages.h"
 
 namespace zep::shell {
@@ -11,18 +12,11 @@ using services::Session;
 
 // Has the user find the application; false when he does not.
 bool LocateApplication(Session& session, AppLocation& location) {
-  const std::string name = services::FileTitleOf(location.executable);
-  const services::Answer answer = NLSMsgBox(
-      session, NLSFmt(session, "Cannot find %0:s would you like to locate the file?", {name}),
-      {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo});
-  if (answer != services::Answer::kYes) return false;
-  const auto chosen =
-      session.user.AskOpenFile({.title = NLSFmt(session, "Find %0:s...", {name}),
-                                .filter = NLSFmt(session, "Application|%0:s|All Files|*.*", {name}),
-                                .folder = location.folder,
-                                .name = name});
-  if (!chosen) return false;
-  location = {services::FolderOf(*chosen), services::FileTitleOf(*chosen)};
+  std::string name = services::FileTitleOf(location.executable);
+  const std::string title = services::FindTitle(session, name);
+  const std::string filter = NLSFmt(session, "Application|%0:s|All Files|*.*", {name});
+  if (!services::AskForFile(session, location.folder, name, title, filter)) return false;
+  location.executable = name;
   return true;
 }
 

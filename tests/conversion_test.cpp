@@ -1,19 +1,19 @@
+// Conversions of radio data, on values only: linked with conversion/ and what that stands on.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/testing.h"
+#include "conversion/calibration_conversion.h"
+#include "conversion/checked_data.h"
+#include "conversion/data_file_differences.h"
+#include "conversion/display_texts.h"
+#include "conversion/personality_conversion.h"
+#include "conversion/personality_steps.h"
 #include "tests/upgrade_testing.h"
-#include "upgrade/calibration_conversion.h"
-#include "upgrade/calibration_steps.h"
-#include "upgrade/data_file_differences.h"
-#include "upgrade/display_texts.h"
-#include "upgrade/personality_conversion.h"
-#include "upgrade/personality_steps.h"
 
-namespace zep::upgrade {
+namespace zep::conversion {
 namespace {
 
-using services::Answer;
+using radiodb::DataFile;
 using testing::Count;
 using testing::DataFileOf;
 using ::testing::EndsWith;
@@ -25,53 +25,34 @@ using testing::Record;
 using testing::Repeat;
 using ::testing::StartsWith;
 
-class Conversion : public ::testing::Test {
- protected:
-  std::string LogText() {
-    std::string text = test_.folder.Read("upgrade.log").value_or("");
-    const std::string time = "2026-11-21 07:05:33  ";
-    for (std::size_t at; (at = text.find(time)) != std::string::npos;) text.erase(at, time.size());
-    return text;
-  }
-  // What the steps from one version to the other make of the items.
-  ItemArray Convert(ItemArray items, int from, int to) {
-    PersonalityData data;
-    data.networks.resize(1);
-    data.networks[0].items = std::move(items);
-    ConvertDatabase(test_.session, log_, {from, to, "0" + std::to_string(to), defaults_}, data);
-    return data.networks[0].items;
-  }
-  bool ConvertFile(const PersonalityRequest& request) {
-    return ConvertPersonalityData(test_.session, log_, request);
-  }
-  // Saved data of version 4.02 and default settings, asked to become another version.
-  PersonalityRequest Request(const std::string& new_version) {
-    test_.folder.Write("default.ops",
-                       DataFileOf({Identity("0402"), Record("150012", Count(0x80, 0x91)),
-                                   Record("050005", "E0E1E2E3E4")}));
-    return {.old_version = "0402",
-            .new_version = new_version,
-            .saved_file = test_.folder.Write(
-                "saved.ops", DataFileOf({Identity("0402"), Record("050003", "010203")})),
-            .converted_file = test_.folder.Path("upgrade/saved.ops"),
-            .default_file = test_.folder.Path("default.ops")};
-  }
+DataFile FileOf(const std::vector<std::string>& lines) {
+  return *DataFile::Parse("saved.ops", DataFileOf(lines));
+}
 
-  testing::TestSession test_;
-  UpgradeLog log_{test_.session, test_.folder.Path("upgrade.log")};
-  ItemArray defaults_;
-};
+// What the steps from one version to the other make of the items.
+ItemArray Convert(ItemArray items, const ItemArray& defaults, int from, int to,
+                  std::string* remarks = nullptr) {
+  PersonalityData data;
+  data.networks.resize(1);
+  data.networks[0].items = std::move(items);
+  const DatabaseResult result =
+      ConvertDatabase({from, to, "0" + std::to_string(to), defaults}, data);
+  if (remarks != nullptr) {
+    for (const Remark& remark : result.remarks) *remarks += English(remark.text) + "\n";
+  }
+  return data.networks[0].items;
+}
 
-TEST_F(Conversion, ReadsAndWritesBytesOfAnItem) {
+TEST(Conversion, ReadsAndWritesBytesOfAnItem) {
   std::string item = "00A1FE";
-  EXPECT_EQ(GetByte(test_.session, item, 1), 0xA1);
+  EXPECT_EQ(GetByte(item, 1), 0xA1);
   EXPECT_EQ(GetByteRange(item, 2) + GetByteRange(item, 3) + GetByteRange("", 0), "FE0000");
   SetByte(item, 1, 0x5C);
   SetByte(item, 3, 0x07);
   EXPECT_EQ(item, "005CFE07");
 }
 
-TEST_F(Conversion, CopiesTheWholeByteForOneBitAndOnlyTheBitsForSeveral) {
+TEST(Conversion, CopiesTheWholeByteForOneBitAndOnlyTheBitsForSeveral) {
   const std::initializer_list<int> none;
   const struct {
     std::initializer_list<int> bits;
@@ -88,12 +69,12 @@ TEST_F(Conversion, CopiesTheWholeByteForOneBitAndOnlyTheBitsForSeveral) {
   };
   for (const auto& [bits, row] : rows) {
     std::vector<std::string> fields = Fields(row);
-    CopyByte(test_.session, fields[1], fields[2], 1, bits);
+    CopyByte(fields[1], fields[2], 1, bits);
     EXPECT_EQ(fields[1], fields[3]) << fields[0];
   }
 }
 
-TEST_F(Conversion, HasTheDisplayTextsByteForByte) {
+TEST(Conversion, HasTheDisplayTextsByteForByte) {
   const std::string table = DisplayTextTable();
   ASSERT_EQ(table.size(), 1250U);
   int separators = 0;
@@ -101,7 +82,7 @@ TEST_F(Conversion, HasTheDisplayTextsByteForByte) {
   EXPECT_EQ(separators, 118);
   int places = 0;  // every byte by its place, from 1
   for (int at = 0; at < 625; ++at)
-    places += (at + 1) * GetByte(test_.session, table, static_cast<std::size_t>(at));
+    places += (at + 1) * GetByte(table, static_cast<std::size_t>(at));
   EXPECT_EQ(places, 20868138);
   // Ten empty texts, "ENTER CODE:", "    UNIT", "** DIVERT **", " CCDI  BUSY".
   EXPECT_THAT(table, StartsWith("00FEFEFEFEFEFEFEFEFEFE454E54455220434F44453AFE20202020554E4954FE"
@@ -115,7 +96,7 @@ TEST_F(Conversion, HasTheDisplayTextsByteForByte) {
                               "555354FE"));
 }
 
-TEST_F(Conversion, TakesEachStepAsItIsWrittenDown) {
+TEST(Conversion, TakesEachStepAsItIsWrittenDown) {
   // The step, the item, its data, the default settings' data, what it becomes.
   const std::string channel = "00010203040506A508090A0B0C3F2C0F1011";
   const std::string default_channel = "00010203040506C708090A0B0C80DF0F1011";
@@ -144,15 +125,14 @@ TEST_F(Conversion, TakesEachStepAsItIsWrittenDown) {
     const std::size_t item = std::stoul(fields[1]);
     ItemArray items;
     items[item] = fields[2];
-    defaults_ = {};
-    defaults_[item] = fields[3];
+    ItemArray defaults;
+    defaults[item] = fields[3];
     const int to = std::stoi(fields[0]);
-    EXPECT_EQ(Convert(items, to - 1, to)[item], fields[4]) << row;
+    EXPECT_EQ(Convert(items, defaults, to - 1, to)[item], fields[4]) << row;
   }
-  EXPECT_EQ(test_.user.Boxes(), "");
 }
 
-TEST_F(Conversion, RunsTheStepsThatLieBetweenTheVersions) {
+TEST(Conversion, RunsTheStepsThatLieBetweenTheVersions) {
   ItemArray items;
   items[0] =
       "5A45502D483135313230343032"
@@ -166,23 +146,25 @@ TEST_F(Conversion, RunsTheStepsThatLieBetweenTheVersions) {
         "402|404|38|2|30343034", "404|405|38|2|30343035", "402|402|38|2|30343032",
         "405|402|38|2|30343032"}) {
     const std::vector<std::string> fields = Fields(row);
-    const ItemArray converted = Convert(items, std::stoi(fields[0]), std::stoi(fields[1]));
+    const ItemArray converted = Convert(items, {}, std::stoi(fields[0]), std::stoi(fields[1]));
     EXPECT_EQ(std::to_string(converted[21].size()), fields[2]) << row;
     EXPECT_EQ(std::to_string(converted[30].size()), fields[3]) << row;
     EXPECT_EQ(converted[0], "5A45502D4831353132" + fields[4] + "30323031") << row;
   }
 }
 
-TEST_F(Conversion, KeepsWhatIsTooShortForAStepAndLogsIt) {
-  defaults_[6] = "00000000FF";
+TEST(Conversion, KeepsWhatIsTooShortForAStepAndRemarksIt) {
+  ItemArray defaults;
+  defaults[6] = "00000000FF";
   ItemArray items;
   items[5] = "0A";
   items[21] = Count(0, 18) + "0102";
-  const ItemArray converted = Convert(items, 399, 400);
+  std::string remarks;
+  const ItemArray converted = Convert(items, defaults, 399, 400, &remarks);
   EXPECT_EQ(converted[5], "00");
   EXPECT_EQ(converted[6], "");
   EXPECT_EQ(converted[21].substr(36), "0102");
-  EXPECT_EQ(LogText(),
+  EXPECT_EQ(remarks,
             "Item 05 of the default settings has no byte 0, 00 is used\n"
             "Item 05 of the default settings has no byte 4, 00 is used\n"
             "Item 05 of the saved data has no byte 4 and is kept as it is\n"
@@ -193,108 +175,47 @@ TEST_F(Conversion, KeepsWhatIsTooShortForAStepAndLogsIt) {
             "are kept as they are\n");
 }
 
-TEST_F(Conversion, WritesAFileWithItsOrderAndRecordsKept) {
-  // Two networks; item 15 in two records of an unusual cut; a second "00" line; a lower-case mark.
-  PersonalityRequest request = Request("0405");
-  request.old_version = "0401";
-  request.saved_file = test_.folder.Write(
-      "saved.omn", DataFileOf({Identity("0402"), "f" + Record("2B0702", "AABB"),
-                               Record("150014", Count(0, 19)), Record("150112", Count(20, 37)),
-                               Record("050005", "0001020304"), Record("000001", "66"), "~~~",
-                               Record("000001", "77"), "Insert Common Dynamic Item Here",
-                               Record("050005", "0506070809"), Record("1E0002", "00FE")}));
-  request.converted_file = ConvertedFileOf(test_.session, request.saved_file);
-  EXPECT_EQ(ReadDatabase(test_.session, request.saved_file)->networks[0].items[0].size(), 34U);
-  EXPECT_TRUE(ConvertFile(request));
-  std::string texts;
-  AppendRecords("1E", DisplayTextTable(), texts);
-  EXPECT_EQ(test_.folder.Read("upgrade/saved.omn"),
-            Lines({"***", "ZEP Multiple Network Data File", "Contains data for 2 networks",
-                   "Saved with the ZEP Download and Configuration Application Version 1.0.0", "###",
-                   "---", Identity("0405"), Record("2B0702", "AABB"),
+TEST(Conversion, KeepsTheOrderAndTheRecordsOfAFile) {
+  // Two networks; item 15 in two records of an unusual cut; a second "00" line; a lower-case mark,
+  // and lower-case digits.
+  const DataFile saved = FileOf(
+      {Identity("0402"), "f" + Record("2B0702", "AABB"), Record("150014", Count(0, 19)),
+       Record("150112", Count(20, 37)), Record("050005", "0001020304"), Record("000001", "66"),
+       "~~~", Record("000001", "77"), "Insert Common Dynamic Item Here",
+       Record("050005", "0506070809"), "1e000200feE2", "0A00FF" + Repeat("FF", 255) + "F6"});
+  PersonalityData data = *ReadDatabase(saved);
+  EXPECT_EQ(data.networks[0].items[0].size(), 34U);
+  ItemArray defaults;
+  defaults[5] = "E0E1E2E3E4";
+  defaults[21] = Count(0x80, 0x91);
+  EXPECT_EQ(ConvertDatabase({401, 405, "0405", defaults}, data).version, 405);
+  DataFile texts;
+  AddRecords("1E", DisplayTextTable(), texts);
+  const DataFile converted = WriteDatabase(data, "new.ops", {"***", "---"});
+  EXPECT_EQ(converted.Path(), "new.ops");
+  EXPECT_EQ(converted.Print(),
+            Lines({"***", "---", Identity("0405"), Record("2B0702", "AABB"),
                    Record("150014", Count(0, 13) + "8E" + Count(15, 19)),
                    Record("150112", Count(20, 31) + "80" + Count(33, 37)),
                    Record("050005", "00010203E4"), Record("000001", "66")}) +
-                texts +
+                texts.Print() +
                 Lines({"~~~", Record("000001", "77"), "Insert Common Dynamic Item Here",
                        Record("050005", "05060708E4")}) +
-                texts);
-  EXPECT_THAT(LogText(), HasSubstr("Upgrading personality data v401 -> v405\nDefault settings read "
-                                   "from " +
-                                   test_.folder.Path("default.ops") + "\n"));
-  EXPECT_THAT(LogText(), EndsWith("Personality data version is now v405\n"));
+                texts.Print() + "0A00FF" + Repeat("FF", 255) + "F6\r\n");
+  EXPECT_TRUE(converted.IsSound());
+  EXPECT_EQ(English(ReadDatabase(FileOf({Identity("0402"), "0500"})).error().lines[0]),
+            "The data file saved.ops is damaged and cannot be used. Line 7: This is no record: a "
+            "record is made of pairs of the digits 0 to 9 and A to F, at least four of them. "
+            "Please use another copy of it, or read the radio again.");
 }
 
-TEST_F(Conversion, KeepsRecordsOfAnyLength) {
-  const std::string record = "0A00FF" + Repeat("FF", 255) + "F6";
-  PersonalityRequest request = Request("0405");
-  request.saved_file = test_.folder.Write("saved.ops", DataFileOf({Identity("0402"), record}));
-  EXPECT_TRUE(ConvertFile(request));
-  EXPECT_THAT(test_.folder.Read("upgrade/saved.ops").value_or(""), HasSubstr(record + "\r\n"));
-}
-
-TEST_F(Conversion, CountsRecordsOfALongItemOnFromZero) {
-  std::string text;
-  AppendRecords("15", Repeat("00", 32 * 101 + 1), text);
+TEST(Conversion, CountsRecordsOfALongItemOnFromZero) {
+  DataFile file;
+  AddRecords("15", Repeat("00", 32 * 101 + 1), file);
+  const std::string text = file.Print();
   EXPECT_EQ(text.find("\r\n159920"), 98U * 74 + 72);
   EXPECT_EQ(text.find("\r\n150020", 2), 99U * 74 + 72);
   EXPECT_THAT(text, EndsWith("\r\n15010100E9\r\n"));
-}
-
-TEST_F(Conversion, WritesUpToDateDataAllTheSame) {
-  EXPECT_TRUE(ConvertFile(Request("0402")));
-  EXPECT_THAT(LogText(), EndsWith("Personality data is up-to-date\n"));
-  EXPECT_THAT(test_.folder.Read("upgrade/saved.ops").value_or(""),
-              EndsWith(Lines({"---", Identity("0402"), Record("050003", "010203")})));
-}
-
-TEST_F(Conversion, ConvertsToTheOldestVersionToo) {
-  EXPECT_TRUE(ConvertFile(Request("0205")));
-  EXPECT_THAT(test_.folder.Read("upgrade/saved.ops").value_or(""), HasSubstr(Identity("0205")));
-}
-
-TEST_F(Conversion, FailsWithOneLineAndNoFile) {
-  // What is wrong, new version, a file that is written or with "-" removed, the log's last line.
-  for (const char* row :
-       {"too old|0204|other.ops|x|v204 is not supported",
-        "too new|0406|other.ops|x|v406 is not supported",
-        "no default settings|0405|default.ops|-|Could not locate default.ops",
-        "default settings damaged|0405|default.ops|150001FF00|Could read default settings ",
-        "saved file gone|0405|saved.ops|-|Could not locate FOLDER/",
-        "saved file cut off|0405|saved.ops|0500|Could not locate FOLDER/",
-        "no folder to write to|0405|upgrade|x|Could not write FOLDER/upgrade/saved.ops"}) {
-    const std::vector<std::string> fields = Fields(row);
-    SCOPED_TRACE(fields[0]);
-    PersonalityRequest request = Request(fields[1]);
-    test_.folder.Write(fields[2], DataFileOf({Identity("0402"), fields[3]}));
-    if (fields[3] == "-") std::filesystem::remove(test_.folder.Path(fields[2]));
-    if (fields[4] == "Could not locate default.ops")
-      test_.user.WillAnswer("Cannot find default.ops would you like", Answer::kNo);
-    test_.session.ClearFlags();
-    EXPECT_FALSE(ConvertFile(request));
-    EXPECT_NE(test_.session.failure, services::Failure::kNone);
-    EXPECT_FALSE(test_.folder.Read("upgrade/saved.ops"));
-    std::string last_line = fields[4];
-    if (const std::size_t at = last_line.find("FOLDER"); at != std::string::npos)
-      last_line.replace(at, 6, test_.folder.Path());
-    EXPECT_THAT(LogText(), EndsWith("\n" + last_line + "\n"));
-  }
-}
-
-TEST_F(Conversion, FindsTheDefaultSettings) {
-  const auto set = [&](int type, const std::string& name, const std::string& value) {
-    test_.settings.AppSaveUserSetting(services::AppType{type}, name, value);
-  };
-  set(2, "ApplicationPath", test_.folder.Path("suite"));
-  set(2, "Application", "prog/zepprog");
-  test_.folder.Write("mine/default.ops", "");
-  test_.folder.Write("mine/other.ops", "");
-  EXPECT_EQ(FindDefaultSettings(test_.session), test_.folder.Path("suite/prog/default.ops"));
-  for (const char* row : {"mine/other.ops|mine/other.ops", "mine|mine/default.ops",
-                          "mine/gone.ops|suite/prog/default.ops"}) {
-    set(1, "DefaultDataPath", test_.folder.Path(Fields(row)[0]));
-    EXPECT_EQ(FindDefaultSettings(test_.session), test_.folder.Path(Fields(row)[1]));
-  }
 }
 
 // One line a difference: network, item, record, byte, before, after.
@@ -305,53 +226,44 @@ std::string Text(const ItemDifference& difference) {
          difference.before + ">" + difference.after + "\n";
 }
 
-TEST_F(Conversion, TriesOutAndTellsEveryChangeWithItsReason) {
-  std::vector<Change> changes;
-  PersonalityRequest request = Request("0403");
-  test_.folder.Write("saved.ops", DataFileOf({Identity("0402"), Record("150026", Count(0, 37))}));
-  request.old_version = "0399";
-  request.changes = &changes;
-  EXPECT_TRUE(ConvertFile(request));
-  EXPECT_FALSE(test_.folder.Read("upgrade/saved.ops"));
+TEST(Conversion, TellsEveryChangeWithItsReason) {
+  PersonalityData data = *ReadDatabase(FileOf({Identity("0402"), Record("150026", Count(0, 37))}));
+  ItemArray defaults;
+  defaults[21] = Count(0x80, 0x91);
   std::string text;
-  for (const Change& change : changes) {
-    if (change.difference.item != kDisplayTexts)
-      text += change.reason + ": " + Text(change.difference);
+  for (const Change& change : ConvertDatabase({399, 403, "0403", defaults, true}, data).changes) {
+    if (change.difference.item == kDisplayTexts) continue;
+    text += std::to_string(static_cast<int>(change.reason.kind)) + " " +
+            std::to_string(change.reason.to) + ": " + Text(change.difference);
   }
   EXPECT_EQ(text,
-            "conversion to database version 4.00: 1 15 1.7 07>87\n"
-            "conversion to database version 4.00: 1 15 1.13 0D>8D\n"
-            "conversion to database version 4.00: 1 15 1.18 12>\n"
-            "conversion to database version 4.00: 1 15 2.7 1A>87\n"
-            "conversion to database version 4.00: 1 15 2.13 20>A0\n"
-            "conversion to database version 4.00: 1 15 2.18 25>\n"
-            "conversion to database version 4.03: 1 15 1.14 0E>8E\n"
-            "conversion to database version 4.03: 1 15 2.14 21>81\n"
-            "the new database version: 1 00 0.12 32>33\n");
+            "0 400: 1 15 1.7 07>87\n0 400: 1 15 1.13 0D>8D\n0 400: 1 15 1.18 12>\n"
+            "0 400: 1 15 2.7 1A>87\n0 400: 1 15 2.13 20>A0\n0 400: 1 15 2.18 25>\n"
+            "0 403: 1 15 1.14 0E>8E\n0 403: 1 15 2.14 21>81\n1 0: 1 00 0.12 32>33\n");
 }
 
-TEST_F(Conversion, ComparesTwoFiles) {
-  const std::string old_file = test_.folder.Write(
-      "a.ops", DataFileOf({Identity("0402"), Record("050003", "010203"), Record("060001", "AA"),
-                           Record("150024", Count(0, 35))}));
-  const std::string new_file = test_.folder.Write(
-      "b.ops",
-      DataFileOf({Identity("0405"), Record("050004", "01FF0304"), Record("150012", Count(0, 17)),
-                  "~~~", Record("070001", "BB"), Record("000001", "77")}));
-  const auto differences = CompareDataFiles(test_.session, old_file, new_file);
-  ASSERT_TRUE(differences);
+TEST(Conversion, ComparesTwoFiles) {
+  const DataFile old_file = FileOf({Identity("0402"), Record("050003", "010203"),
+                                    Record("060001", "AA"), Record("150024", Count(0, 35))});
+  const DataFile new_file =
+      FileOf({Identity("0405"), Record("050004", "01FF0304"), Record("150012", Count(0, 17)), "~~~",
+              Record("070001", "BB"), Record("000001", "77")});
+  const DataFileDifferences differences = CompareDataFiles(old_file, new_file);
+  using enum FileFact;
   std::string text;
-  for (const FactDifference& fact : differences->facts)
-    text += fact.name + " " + fact.before + ">" + fact.after + "\n";
-  for (const ItemDifference& difference : differences->items) text += Text(difference);
+  for (const FactDifference& fact : differences.facts) {
+    text += fact.fact == kDatabaseVersion ? "version " : fact.fact == kNetworks ? "networks " : "";
+    text += std::to_string(fact.network) + " " + fact.before + ">" + fact.after + "\n";
+  }
+  for (const ItemDifference& difference : differences.items) text += Text(difference);
   EXPECT_EQ(text,
-            "Database version 0402>0405\nNetworks 1>2\nOther lines of network 2 >0000017788\n"
+            "version 0 0402>0405\nnetworks 0 1>2\n2 >0000017788\n"
             "1 00 0.12 32>35\n1 05 0.1 02>FF\n1 05 0.3 >04\n1 06 0.0 AA>\n"
             "1 15 2.0 12131415161718191A1B1C1D1E1F2021>\n1 15 2.16 2223>\n2 07 0.0 >BB\n");
-  EXPECT_TRUE(CompareDataFiles(test_.session, old_file, old_file)->None());
+  EXPECT_TRUE(CompareDataFiles(old_file, old_file).None());
 }
 
-TEST_F(Conversion, ConvertsCalibrationDataStepByStep) {
+TEST(Conversion, ConvertsCalibrationDataStepByStep) {
   // Before: bytes 00, 01, 02, ... up to the last one, and some checksum, which counts for nothing.
   const struct {
     int from, to, last;
@@ -369,76 +281,75 @@ TEST_F(Conversion, ConvertsCalibrationDataStepByStep) {
   for (const auto& row : rows) {
     const std::string step = std::to_string(row.from) + " -> " + std::to_string(row.to);
     std::string data = Count(0, row.last) + "FFFF";
-    EXPECT_TRUE(ConvertCalibrationDatabase(test_.session, data, row.from, row.to)) << step;
+    EXPECT_TRUE(ConvertCalibrationDatabase(data, row.from, row.to)) << step;
     EXPECT_EQ(data, row.after) << step;
     // A byte too many: refused, unchanged.
     data = Count(0, row.last) + "FFFF00";
-    EXPECT_FALSE(ConvertCalibrationDatabase(test_.session, data, row.from, row.to)) << step;
+    const auto refused = ConvertCalibrationDatabase(data, row.from, row.to);
+    ASSERT_FALSE(refused) << step;
     EXPECT_EQ(data, Count(0, row.last) + "FFFF00") << step;
-    EXPECT_EQ(test_.user.TakeBoxes(), "information Conversion Error: " + step + " -> OK\n");
+    EXPECT_EQ(refused.error().step->error_text, ": " + step);
   }
 }
 
-TEST_F(Conversion, ChainsCalibrationStepsBothWays) {
+TEST(Conversion, ChainsCalibrationStepsBothWays) {
   std::string data = Count(0, 0x7F) + "FFFF";
-  EXPECT_TRUE(ConvertCalibrationDatabase(test_.session, data, 100, 103));
+  EXPECT_TRUE(ConvertCalibrationDatabase(data, 100, 103));
   EXPECT_EQ(data, Count(0, 0x50) + "000000000000" + Count(0x51, 0x5B) + "00" + Count(0x5C, 0x5E) +
                       Count(0x60, 0x6D) + "3840" + Count(0x6E, 0x79) + "0000" + "1CEE");
   std::vector<Change> changes;
-  EXPECT_TRUE(ConvertCalibrationDatabase(test_.session, data, 103, 100, &changes));
+  EXPECT_TRUE(ConvertCalibrationDatabase(data, 103, 100, &changes));
   EXPECT_EQ(data.size(), 260U);
   ASSERT_EQ(changes.size(), 7U);
-  EXPECT_EQ(changes[0].reason, "103 -> 102");
-  EXPECT_EQ(changes[2].reason, "102 -> 101");
+  using enum ChangeReason::Kind;
+  EXPECT_EQ(changes[0].reason, (ChangeReason{kCalibrationStep, 103, 102}));
+  EXPECT_EQ(changes[2].reason, (ChangeReason{kCalibrationStep, 102, 101}));
   EXPECT_EQ(Text(changes[4].difference), "1 00 0.81 000000000000>\n");
-  EXPECT_EQ(changes[6].reason, "checksum");
+  EXPECT_EQ(changes[6].reason.kind, kChecksum);
 }
 
-TEST_F(Conversion, RenewsTheChecksumOfTheSameVersion) {
+TEST(Conversion, RenewsTheChecksumOfTheSameVersion) {
   // The second sum is 12345: its last four digits count.
   for (const auto& [before, checksum] :
        {std::pair(Count(0, 0x8A), "2577"), std::pair(Repeat("FF", 292) + "69", "2345"),
         std::pair(Repeat("00", 139), "0000")}) {
     std::string data = before + "ABCD";
-    EXPECT_TRUE(ConvertCalibrationDatabase(test_.session, data, 102, 102));
+    EXPECT_TRUE(ConvertCalibrationDatabase(data, 102, 102));
     EXPECT_EQ(data, before + checksum);
   }
 }
 
-TEST_F(Conversion, RefusesCalibrationVersionsThatItDoesNotKnow) {
+TEST(Conversion, RefusesCalibrationVersionsThatItDoesNotKnow) {
   std::string data = Count(0, 0x83) + "FFFF";
   std::string empty;
-  EXPECT_FALSE(ConvertCalibrationDatabase(test_.session, data, 103, 104));
-  EXPECT_FALSE(ConvertCalibrationDatabase(test_.session, data, 99, 103));
-  EXPECT_FALSE(ConvertCalibrationDatabase(test_.session, empty, 102, 102));
+  EXPECT_FALSE(ConvertCalibrationDatabase(data, 103, 104));
+  EXPECT_FALSE(ConvertCalibrationDatabase(data, 99, 103));
+  EXPECT_FALSE(ConvertCalibrationDatabase(empty, 102, 102));
 }
 
-TEST_F(Conversion, AppendsCalibrationRecordsToTheDataFile) {
+TEST(Conversion, AddsCalibrationRecordsToTheDataFile) {
   const std::vector<std::string> records = {
       Record("2C0020", Count(0, 31)), Record("2C0120", Count(32, 63)),
       Record("2C0220", Count(64, 95)), Record("2C0320", Count(96, 127))};
-  const std::string path = test_.folder.Path("data.ops");
   for (const auto& [bytes, whole, last] :
        {std::tuple(32, 1, std::string()), std::tuple(33, 1, Record("2C0101", "20")),
         std::tuple(141, 4, Record("2C040D", Count(128, 140)))}) {
-    test_.folder.Write("data.ops", "X\r\n");
-    EXPECT_TRUE(AddCalibrationDataToFile(test_.session, path, "2C", Count(0, bytes - 1)));
-    EXPECT_EQ(test_.folder.Read("data.ops"), "X\r\n" +
-                                                 Lines({records.begin(), records.begin() + whole}) +
-                                                 (last.empty() ? "" : last + "\r\n"));
+    DataFile file("data.ops", {"X"});
+    AddCalibrationDataToFile("2C", Count(0, bytes - 1), file);
+    EXPECT_EQ(file.Print(), "X\r\n" + Lines({records.begin(), records.begin() + whole}) +
+                                (last.empty() ? "" : last + "\r\n"));
   }
-  EXPECT_FALSE(AddCalibrationDataToFile(test_.session, test_.folder.Path("gone.ops"), "2C", "00"));
 }
 
-TEST_F(Conversion, TakesCalibrationFromTheItemOfTheModel) {
+TEST(Conversion, TakesCalibrationFromTheItemOfTheModel) {
   // Tier, type, lines of the file, the item and its data.
   for (const char* row :
        {"2|2|4700020102FF 2C000103FF 47010104FF|47|010204", "1|1|4700020102FF 2c000103FF|2C|03",
         "7|2|4700020102FF|47|0102", "2|1|2C000103FF|2C|03", "7|2|15000103FF|2C|"}) {
     const std::vector<std::string> fields = Fields(row);
-    radiodb::DataFile file;
+    DataFile file;
     std::istringstream lines(fields[2]);
-    for (std::string line; lines >> line;) file.lines.push_back({1, line});
+    for (std::string line; lines >> line;) file.Add(line);
     EXPECT_EQ(
         CalibrationItemIn(file, {std::stoi(fields[0]), radiodb::RadioType{std::stoi(fields[1])}}),
         fields[3])
@@ -448,4 +359,4 @@ TEST_F(Conversion, TakesCalibrationFromTheItemOfTheModel) {
 }
 
 }  // namespace
-}  // namespace zep::upgrade
+}  // namespace zep::conversion

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "services/messages.h"
 #include "tests/radiodb_testing.h"
 
 namespace zep::radiodb {
@@ -32,7 +33,7 @@ TEST(DataFiles, FoldersAndNamesComeFromSettingsAndIdentity) {
   radio.db.identity.database_version = "4/0?";
   radio.db.identity.networks = radio.db.number_of_networks = 2;
   radio.user.WillChoose("save", radio.folder.Path("a.omn"));
-  ReadFiles files(radio.session);
+  ReadFiles files;
   EXPECT_TRUE(OpenReadFiles(radio.db, files));
   SaveDefaultDataFilePath(radio.session, "without a folder.ops");
   EXPECT_EQ(DefaultDataFilePath(radio.session), home);
@@ -54,9 +55,13 @@ TEST(DataFiles, ExistingFilesAreReplacedOnlyWithConsent) {
       radio.user.WillChoose("save", answers.empty() ? std::nullopt : std::optional(file));
     for (const char answer : answers)
       radio.user.WillAnswer("?", answer == 'Y' ? Answer::kYes : Answer::kNo);
-    ReadFiles files(radio.session);
+    ReadFiles files;
     const bool opened = OpenReadFiles(radio.db, files);
     EXPECT_NE(opened, radio.session.CancelRequested);
+    EXPECT_EQ(radio.folder.Read("calibration/7v.ocs"), "former");  // until the end of the read
+    if (opened) {
+      EXPECT_TRUE(EndReadFiles(radio.db, files, true));
+    }
     return radio.Told(opened) + (radio.folder.Read("database/7v.ops") == "former" ? "" : "ops ") +
            (radio.folder.Read("calibration/7v.ocs") == "former" ? "" : "ocs ");
   };
@@ -73,45 +78,41 @@ TEST(DataFiles, ExistingFilesAreReplacedOnlyWithConsent) {
   EXPECT_EQ(open(kBoth, "YY"), "done \n" + database + "Yes\n" + calibration + "Yes\nops ocs ");
 }
 
-TEST(DataFileWriter, KeepsWhatAFileHeldUnlessItIsTheSame) {
+TEST(DataFiles, AreWrittenAsAWholeAndWhatTheyHeldIsKept) {
   TestSession test;
   const std::string path = test.folder.Write("a.ops", "former");
   test.folder.Write("a.ops.bak", "before that");
-  DataFileWriter file(test.session);
-  ASSERT_TRUE(file.Create(path));
-  file.WriteLine("first");
-  EXPECT_NE(file.Abandon().find("What it held before is kept in " + path + ".bak2."),
-            std::string::npos);
-  EXPECT_EQ(test.folder.Read("a.ops"), "first\r\n");
-  EXPECT_EQ(test.folder.Read("a.ops.bak2"), "former");
-  for (const char* line : {"second", "second"}) {
-    ASSERT_TRUE(file.Create(path));
-    file.WriteLine(line);
-    EXPECT_TRUE(file.Finish());
+  // The contents, and the copy of those before.
+  for (const auto& [line, copy] :
+       {std::pair("first", path + ".bak2"), std::pair("first", std::string()),
+        std::pair("second", path + ".bak3")}) {
+    EXPECT_EQ(*WriteDataFile(DataFile(path, {line})), copy);
+    EXPECT_EQ(test.folder.Read("a.ops"), line + std::string("\r\n"));
   }
   EXPECT_EQ(test.folder.Read("a.ops.bak"), "before that");
+  EXPECT_EQ(test.folder.Read("a.ops.bak2"), "former");
   EXPECT_EQ(test.folder.Read("a.ops.bak3"), "first\r\n");
-  EXPECT_FALSE(test.folder.Read("a.ops.bak4"));
 
-  EXPECT_FALSE(file.Create(test.folder.Path("missing/a.ops")));
-  EXPECT_NE(test.user.TakeBoxes().find("There is no folder "), std::string::npos);
-  test.session.ClearFlags();
-  ASSERT_TRUE(file.Create("/dev/full"));
-  for (int line = 0; line < 100; ++line) file.WriteLine(std::string(400, '0'));
-  EXPECT_TRUE(test.session.CancelRequested);
-  EXPECT_FALSE(file.Finish());
-  EXPECT_NE(test.user.Boxes().find("There is no space left for /dev/full."), std::string::npos);
-  EXPECT_EQ(test.user.messages.size(), 2U);
-  EXPECT_EQ(test.session.failure, services::Failure::kFile);
+  // Begun, and given up or not to be made.
+  platform::NewFile out;
+  EXPECT_FALSE(out.Open(path));
+  EXPECT_TRUE(out.Open(test.folder.Path("missing/a.ops")));
+  EXPECT_EQ(platform::ListFolder(test.folder.Path()),
+            (std::vector<std::string>{"a.ops", "a.ops.bak", "a.ops.bak2", "a.ops.bak3"}));
+  EXPECT_EQ(test.folder.Read("a.ops"), "second\r\n");
+  const auto full = WriteDataFile(DataFile("/dev/full", {"***"}));
+  EXPECT_EQ(ErrorNote(test.session, full.error().error).substr(0, 40),
+            "There is no space left for /dev/full. Pl");
 }
 
 TEST(DataFileReader, LinesBehindTheHeaderAreFoundHoweverTheyAreWritten) {
   ScriptedRadio radio;
   const auto read = [&](const std::string& contents) {
-    const auto file = ReadDataFile(radio.session, radio.folder.Write("a", contents));
-    std::string lines = file ? "" : radio.Told(false);
-    for (const DataFileLine& line : file.value_or(DataFile{}).lines)
-      lines += std::to_string(line.number) + " " + line.text + ";";
+    const auto file = ReadDataFile(radio.folder.Write("a", contents));
+    std::string lines = file ? "" : radio.Told(services::Refuse(radio.session, file.error()));
+    const DataFile data = file.value_or(DataFile{});
+    for (const DataFileLine& line : data.Lines())
+      lines += std::to_string(line.number) + " " + std::string(line.Text()) + ";";
     return lines;
   };
   EXPECT_EQ(read("***\r\nany\r\n---\r\n00A\r\n~~~\r\n01"), "4 00A;5 ~~~;6 01;");
@@ -129,10 +130,9 @@ TEST(DataFileReader, LinesBehindTheHeaderAreFoundHoweverTheyAreWritten) {
 TEST(DataFileReader, CheckFindsEveryFaultWithItsLine) {
   TestSession test;
   const auto check = [&](const std::string& contents) {
-    const auto file = ReadDataFile(test.session, test.folder.Write("a", contents));
     std::string text;
-    for (const Finding& finding : CheckDataFile(test.session, *file).findings)
-      text += FindingText(test.session, finding) + "\n";
+    for (const Finding& finding : ReadDataFile(test.folder.Write("a", contents))->Findings())
+      text += English(FindingText(finding)) + "\n";
     return text;
   };
   EXPECT_EQ(check(kIdentity51 + "~~~\n0100020102FA\nInsert Common Dynamic Item Here\n"), "");
@@ -150,9 +150,9 @@ TEST(DataFileReader, CheckFindsEveryFaultWithItsLine) {
   const std::string findings = check(hostile);
   EXPECT_EQ(std::ranges::count(findings, '\n'), 1002);
   EXPECT_NE(findings.find("Only the first 1000 bad records are told.\n"), std::string::npos);
-  const DataFile file{
-      "", 0, {}, {{1, "00001C5A45502D483231314C303132352C30303030303430302C303100126722"}}};
-  EXPECT_EQ(FindFileIdentity(file)->serial_number, "10004711");
+  DataFile file;
+  file.Add("00001C5A45502D483231314C303132352C30303030303430302C303100126722");
+  EXPECT_EQ(file.Identity()->serial_number, "10004711");
 }
 
 // Before a file is programmed into a radio of model 51, or 43, with database version 0405.
@@ -164,7 +164,7 @@ TEST(DataFiles, FileIsCheckedAgainstTheRadio) {
     radio.db.identity.type = tier == 10 ? RadioType::kConventionalII : RadioType::kConventional;
     radio.db.transfer_kind = kind;
     radio.session.ClearFlags();
-    const auto file = ReadDataFile(radio.session, radio.folder.Write("a.ops", text));
+    const auto file = ReadDataFile(radio.folder.Write("a.ops", text));
     return radio.Told(CheckFileAgainstRadio(radio.db, *file));
   };
   const auto identity = [&](const std::string& model, const std::string& version = "0405") {

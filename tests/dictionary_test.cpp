@@ -113,8 +113,8 @@ std::map<std::string, std::string> AllShownTexts() {
     }
   }
   const std::filesystem::path root = ZEP_SOURCE_DIR;
-  for (const char* folder :
-       {"platform", "services", "link", "radiodb", "firmware", "upgrade", "cli", "shell"}) {
+  for (const char* folder : {"platform", "services", "link", "radiodb", "conversion", "firmware",
+                             "upgrade", "cli", "shell"}) {
     if (!std::filesystem::is_directory(root / folder)) continue;
     for (const auto& entry : std::filesystem::recursive_directory_iterator(root / folder)) {
       const std::string extension = entry.path().extension().string();

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "services/locate_file.h"
 #include "tests/testing.h"
 
 namespace zep::upgrade {
@@ -65,7 +66,7 @@ TEST(FirmwareSelection, FindsAFileWhereTheUserShowsIt) {
   std::string folder = test.folder.Path("");
   std::string name = "gone.bin";
   const auto get = [&] {
-    return GetFile(test.session, folder, name, FindTitle(test.session, name));
+    return GetFile(test.session, folder, name, services::FindTitle(test.session, name));
   };
   test.user.WillAnswer("Cannot find gone.bin would you like to locate the file?", Answer::kNo);
   EXPECT_FALSE(get());

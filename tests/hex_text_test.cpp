@@ -81,8 +81,8 @@ TEST(HexText, WritesNumbersAndText) {
   EXPECT_EQ(ConBytNumToHex(0xAF), "AF");
   EXPECT_EQ(GetHighByte(0xD080), 0xD0);
   EXPECT_EQ(GetLowByte(0xD080), 0x80);
-  TestSession test;
-  EXPECT_EQ(ConHexToText(test.session, "5A45502D7878"), "ZEP-xx");
+  EXPECT_EQ(ConHexToText("5A45502D7878"), "ZEP-xx");
+  EXPECT_EQ(ConHexToText("5A4g502"), "Z?P");
   EXPECT_EQ(ConTextToHex("v\xFF"), "76FF");
 }
 

@@ -44,8 +44,11 @@ TEST(RadioIdentity, ItemZeroIsCutByItsLength) {
                              radio.database_version + " " + radio.calibration_version + "\n";
     ProcessFreqBandInfo(test.session, "E83200000000", IdentityUse::kTransfer, radio);
     ProcessRadioSerialNumber(test.session, "001267", IdentityUse::kTransfer, radio);
-    return told + DatabaseIdentityRecord(test.session, radio) + "\n" +
-           CalibrationIdentityRecord(test.session, radio) + "\n" + test.user.Boxes();
+    const auto line = [](const std::optional<Record>& record) {
+      return std::string(record ? record->Line() : "") + "\n";
+    };
+    return told + line(DatabaseIdentityRecord(radio)) + line(CalibrationIdentityRecord(radio)) +
+           test.user.Boxes();
   };
   EXPECT_EQ(tell("5A45502D483131313030313235303430302C303130303031"),
             "ZEP-H1110 1 0125 0000 0400 0100\n0000115A45502D483231314C303430303030303027\n"
@@ -169,7 +172,7 @@ TEST(ReadRadio, CommonDynamicItemsAreReadWithTheLastNetwork) {
                                (sent == all ? common : "Insert Common Dynamic Item Here\r\n") +
                                "~~~" + two + common))
         << file;
-    EXPECT_EQ(radio.db.calibration_records, 1);  // all networks share it
+    EXPECT_EQ(radio.db.calibration.Records(), 2);  // all networks share it
     EXPECT_NE(radio.view.shown.find("Reading Items from Network 2 ... 0 max=4 0 1 Reading Radio "
                                     "database 2 of 2."),
               std::string::npos);
@@ -298,9 +301,9 @@ TEST(ProgramRadio, RecordsAreSentNetworkByNetwork) {
 TEST(ItemRecords, ListsAndFilesOfUnusualSizeAreTakenLiterally) {
   ScriptedRadio radio(kConventional, "r1| {C04}|>");
   radio.link.Port(1).Open();
-  ReadFiles files(radio.session);
+  ReadFiles files;
   DataFile file;
-  file.lines.assign(4, {1, "~~~"});
+  for (int network = 2; network <= 5; ++network) file.Add("~~~");
   EXPECT_FALSE(WriteItems(radio.db, radio.view, file));
   ReadItemList(radio.db, radio.view, "011", files);
   EXPECT_EQ(radio.Told(false),

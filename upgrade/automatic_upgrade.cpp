@@ -9,9 +9,7 @@
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "upgrade/calibration_conversion.h"
-#include "upgrade/checked_data_file.h"
-#include "upgrade/personality_conversion.h"
+#include "upgrade/data_conversion.h"
 
 namespace zep::upgrade {
 namespace {
@@ -125,6 +123,8 @@ bool AutomaticUpgrade::Save() {
                                            : "The saved data could not be verified",
                     Failure::kFile);
   }
+  personality_ = std::move(db_.data);
+  calibration_ = std::move(db_.calibration);
   log_.Log("Personality data saved as: " + services::FileTitleOf(saved_.data_file));
   log_.Log("Calibration data saved as: " + services::FileTitleOf(saved_.calibration_file));
   return CheckSavedCalibration() && CheckDefaultSettings();
@@ -132,14 +132,13 @@ bool AutomaticUpgrade::Save() {
 
 // A conversion that is bound to fail is to do so before the firmware is in the radio.
 bool AutomaticUpgrade::CheckSavedCalibration() {
-  const std::optional<radiodb::DataFile> file =
-      ReadCheckedDataFile(session_, saved_.calibration_file);
-  if (!file) return FailWith("The saved data could not be verified", Failure::kFile);
-  const std::string data =
-      GetCalibrationData(*file, CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type}));
+  const std::string item =
+      conversion::CalibrationItemIn(calibration_, {db_.identity.tier, db_.identity.type});
+  const std::string data = conversion::GetCalibrationData(calibration_, item);
   const int version = VersionNumber(old_calibration_version_);
-  if (CalibrationVersionOf(data) == version) return true;
-  const bool is_known = version >= kOldestCalibration && version <= kNewestCalibration;
+  if (conversion::CalibrationVersionOf(data) == version) return true;
+  const bool is_known =
+      version >= conversion::kOldestCalibration && version <= conversion::kNewestCalibration;
   Refuse(session_,
          is_known ? NLSFmt(session_,
                            "The radio's calibration data is not that of its calibration version "
@@ -156,12 +155,8 @@ bool AutomaticUpgrade::CheckSavedCalibration() {
 
 // Without them there would be no way back once the firmware is in the radio.
 bool AutomaticUpgrade::CheckDefaultSettings() {
-  const std::optional<std::string> path = LocateDefaultSettings(
-      session_, log_,
-      given_default_settings_.empty() ? FindDefaultSettings(session_) : given_default_settings_);
-  if (!path) return FailWith({}, Failure::kFile);
-  default_settings_ = *path;
-  return ReadDefaultSettings(session_, log_, *path).has_value();
+  default_settings_ = ReadDefaultSettings(session_, log_, given_default_settings_);
+  return default_settings_.has_value() || FailWith({}, Failure::kFile);
 }
 
 bool AutomaticUpgrade::Download() {
@@ -185,20 +180,22 @@ bool AutomaticUpgrade::Download() {
 bool AutomaticUpgrade::Convert() {
   view_.ShowStatus(NLSFmt(session_, "Converting the radio's data"));
   if (!CheckRadioIsTheSame()) return false;
-  const PersonalityRequest request{
-      .old_version = old_database_version_,
-      .new_version = db_.identity.database_version,
-      .saved_file = saved_.data_file,
-      .converted_file = ConvertedFileOf(session_, saved_.data_file),
-      .default_file = default_settings_,
-  };
-  const std::size_t old_remarks = log_.Remarks().size();
-  const bool converted = ConvertPersonalityData(session_, log_, request);
-  for (std::size_t at = old_remarks; at < log_.Remarks().size(); ++at)
-    view_.ShowStatus(log_.Remarks()[at]);
-  if (!converted || !run_.MayGoOn() || !ConvertCalibration()) return false;
-  saved_.converted_file = request.converted_file;
+  std::optional<ConvertedPersonality> converted =
+      ConvertPersonalityData(session_, log_,
+                             {.old_version = old_database_version_,
+                              .new_version = db_.identity.database_version,
+                              .saved = personality_,
+                              .converted_file = ConvertedFileOf(session_, saved_.data_file),
+                              .defaults = &*default_settings_});
+  if (!converted) return false;
+  for (const conversion::Remark& remark : converted->remarks)
+    view_.ShowStatus(NLSFmt(session_, remark.text));
+  if (!run_.MayGoOn() || !ConvertCalibration(converted->file)) return false;
+  if (!WriteConvertedFile(session_, converted->file, "WriteDatabase"))
+    return FailWith("Could not write " + converted->file.Path(), Failure::kFile);
+  saved_.converted_file = converted->file.Path();
   NoteConvertedFiles(log_, saved_);
+  converted_ = std::move(converted->file);
   return true;
 }
 
@@ -237,7 +234,7 @@ bool AutomaticUpgrade::CheckRadioIsTheSame() {
                   Failure::kRefused);
 }
 
-bool AutomaticUpgrade::ConvertCalibration() {
+bool AutomaticUpgrade::ConvertCalibration(radiodb::DataFile& data_file) {
   const std::string old_text = NumberText(old_calibration_version_);
   const std::string new_text = NumberText(db_.identity.calibration_version);
   log_.Log("Upgrading calibration data v" + old_text + " -> v" + new_text);
@@ -247,34 +244,28 @@ bool AutomaticUpgrade::ConvertCalibration() {
   }
   constexpr std::string_view kFailed = "Could not upgrade calibration data";
   // Programmed by hand, a data file leaves calibration alone, so there is a file of it, too.
-  const CalibrationRequest request{
-      .saved_file = saved_.calibration_file,
-      .converted_file = ConvertedFileOf(session_, saved_.calibration_file),
-      .old_version = VersionNumber(old_calibration_version_),
-      .new_version = VersionNumber(db_.identity.calibration_version),
-  };
-  if (!ConvertCalibrationFile(session_, request)) return FailWith(kFailed, Failure::kFile);
-  log_.Log("Calibration data version is now " + new_text);
-  const std::optional<radiodb::DataFile> file =
-      ReadCheckedDataFile(session_, request.converted_file);
-  if (!file) return FailWith(kFailed, Failure::kFile);
-  const std::string item = CalibrationItemIn(*file, {db_.identity.tier, db_.identity.type});
-  if (!AddCalibrationDataToFile(session_, ConvertedFileOf(session_, saved_.data_file), item,
-                                GetCalibrationData(*file, item))) {
+  const std::optional<conversion::CalibrationResult> converted =
+      ConvertCalibrationFile(session_,
+                             {.old_version = VersionNumber(old_calibration_version_),
+                              .new_version = VersionNumber(db_.identity.calibration_version),
+                              .path = ConvertedFileOf(session_, saved_.calibration_file)},
+                             calibration_);
+  if (!converted || !WriteConvertedFile(session_, converted->file, "ConvertCalibrationFile"))
     return FailWith(kFailed, Failure::kFile);
-  }
-  saved_.converted_calibration = request.converted_file;
+  log_.Log("Calibration data version is now " + new_text);
+  conversion::AddCalibrationDataToFile(converted->item, converted->data, data_file);
+  saved_.converted_calibration = converted->file.Path();
   return true;
 }
 
 bool AutomaticUpgrade::Reprogram() {
   Begin(NLSText("Attempting to reprogram personality"));
   constexpr std::string_view kFailed = "Could not reprogram personality";
-  const std::string path = ConvertedFileOf(session_, saved_.data_file);
-  if (platform::FileSize(path).value_or(0) == 0) return FailWith(kFailed, Failure::kFile);
+  if (platform::FileSize(converted_.Path()).value_or(0) == 0)
+    return FailWith(kFailed, Failure::kFile);
   firmware::AskToTurnOn(session_, firmware_.image);
   db_.transfer_kind = radiodb::TransferKind::kBoth;
-  if (!radiodb::ProgramRadio(db_, view_.ReadWriteWindow(), path)) {
+  if (!radiodb::ProgramRadio(db_, view_.ReadWriteWindow(), converted_)) {
     return FailWith(kFailed, Failure::kRefused);
   }
   log_.Log("Radio personality has been reprogrammed");

@@ -13,12 +13,14 @@
 //   reprogram  that file into the radio
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 #include "firmware/firmware.h"
 #include "radiodb/radio_db.h"
 #include "services/session.h"
+#include "upgrade/data_conversion.h"
 #include "upgrade/firmware_selection.h"
 #include "upgrade/saved_data.h"
 #include "upgrade/upgrade_log.h"
@@ -71,7 +73,8 @@ class AutomaticUpgrade {
   bool Download();
   bool Convert();
   bool CheckRadioIsTheSame();
-  bool ConvertCalibration();
+  // Adds the converted calibration data to the converted data file, too.
+  bool ConvertCalibration(radiodb::DataFile& data_file);
   bool Reprogram();
 
   UpgradeOutcome Report(bool succeeded);
@@ -91,9 +94,13 @@ class AutomaticUpgrade {
   const std::string given_default_settings_;
 
   SavedData saved_;
+  // What is in those files: each is read back once, when it is saved, and not again.
+  radiodb::DataFile personality_;
+  radiodb::DataFile calibration_;
+  radiodb::DataFile converted_;
   std::string saved_model_code_;
   std::string saved_serial_number_;
-  std::string default_settings_;
+  std::optional<DefaultSettings> default_settings_;
   std::string old_database_version_;
   std::string old_calibration_version_;
   bool download_started_ = false;

@@ -5,6 +5,7 @@
 
 #include "platform/files.h"
 #include "radiodb/read_write_radio.h"
+#include "services/locate_file.h"
 #include "services/messages.h"
 #include "services/paths.h"
 #include "services/resource_ids.h"
@@ -131,28 +132,6 @@ std::string SelectFirmware(std::string_view family, int model, std::string_view 
   return std::string(kUnsupportedMark);
 }
 
-bool GetFile(services::Session& session, std::string& folder, std::string& name,
-             const std::string& title) {
-  if (!name.empty() && platform::FileExists(folder + name)) return true;
-  const std::string question =
-      NLSFmt(session, "Cannot find %0:s would you like to locate the file?", {name});
-  if (NLSMsgBox(session, question,
-                {.icon = services::Icon::kQuestion, .buttons = services::Buttons::kYesNo}) !=
-      services::Answer::kYes) {
-    return false;
-  }
-  const std::optional<std::string> picked = session.user.AskOpenFile(
-      {.title = title, .filter = NLSFmt(session, "All files|*.*"), .folder = folder, .name = name});
-  if (!picked) return false;
-  folder = services::FolderOf(*picked);
-  name = services::FileTitleOf(*picked);
-  return true;
-}
-
-std::string FindTitle(const services::Session& session, const std::string& name) {
-  return NLSFmt(session, "Find %0:s...", {name});
-}
-
 LocateResult LocateFirmwareFile(radiodb::RadioDb& db, UpgradeLog& log, UpgradeView& view,
                                 FirmwareSelection& selection, firmware::ImageFile& image) {
   services::Session& session = db.link.session;
@@ -183,7 +162,7 @@ LocateResult LocateFirmwareFile(radiodb::RadioDb& db, UpgradeLog& log, UpgradeVi
                                                                 : selection.given_file);
   view.ShowFirmwareFile(image.FullName());
   if (!GetFile(session, image.BinaryFilePath, image.BinaryFileName,
-               FindTitle(session, image.BinaryFileName))) {
+               services::FindTitle(session, image.BinaryFileName))) {
     return fail("Firmware file could not be located", Failure::kFile);
   }
   view.ShowFirmwareFile(image.FullName());

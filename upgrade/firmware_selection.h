@@ -22,14 +22,6 @@ inline constexpr std::string_view kUpToDateMark = "%UPTODATE%";
 // firmware version as the radio reports it ("0303"), compared exactly.
 std::string SelectFirmware(std::string_view family, int model, std::string_view version);
 
-// Finds a file: where it is expected, or where the user shows it in a file dialog with this title,
-// which changes folder and name. False when the user gives up. Folders end with their separator.
-bool GetFile(services::Session& session, std::string& folder, std::string& name,
-             const std::string& title);
-
-// What GetFile's dialog for a file is called: "Find NAME...".
-std::string FindTitle(const services::Session& session, const std::string& name);
-
 enum class LocateResult {
   kFailed = 0,    // radio not read, not supported, file not located or corrupt
   kUpToDate = 1,  // nothing to be done

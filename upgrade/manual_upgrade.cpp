@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <exception>
 #include <sstream>
+#include <utility>
 
 #include "firmware/transfer_report.h"
 #include "link/byte_exchange.h"
@@ -12,8 +13,7 @@
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 #include "services/paths.h"
-#include "upgrade/calibration_conversion.h"
-#include "upgrade/personality_conversion.h"
+#include "upgrade/data_conversion.h"
 #include "upgrade/saved_data.h"
 #include "upgrade/upgrade_log.h"
 
@@ -51,6 +51,8 @@ struct Work {
   UpgradeLog log{session, UpgradeLogFile(session)};
   bool download_started = false;
   SavedData saved = {};
+  radiodb::DataFile personality = {};
+  radiodb::DataFile calibration = {};
   radiodb::RadioIdentity identity_before = {};
 
   bool HasData() const { return selections.SaveMain || selections.SaveCalibration; }
@@ -71,7 +73,10 @@ bool Save(Work& work) {
   work.saved = {.data_file = work.db.data_file, .calibration_file = work.db.calibration_file};
   work.identity_before = work.db.identity;
   work.view.ShowStatus(NLSFmt(work.session, "Checking the saved data"));
-  return SecureSavedData(work.db, work.saved);
+  if (!SecureSavedData(work.db, work.saved)) return false;
+  work.personality = std::move(work.db.data);
+  work.calibration = std::move(work.db.calibration);
+  return true;
 }
 
 // The programming application knows how to convert personality data, or where to get what does.
@@ -101,8 +106,7 @@ void OfferProgrammingApplication(Work& work) {
 
 bool WriteBackPersonality(Work& work) {
   work.db.transfer_kind = TransferKind::kAutoSave;
-  if (radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), work.saved.data_file))
-    return true;
+  if (radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), work.personality)) return true;
   const bool is_other_version = VersionNumber(work.db.identity.database_version) !=
                                 VersionNumber(work.identity_before.database_version);
   if (is_other_version && work.selections.AppLaunchExe && !work.session.Stopped()) {
@@ -111,12 +115,12 @@ bool WriteBackPersonality(Work& work) {
   return false;
 }
 
-// The calibration file for the radio's version: as saved, or converted. Empty when there is none.
-std::string CalibrationForRadio(Work& work) {
+// The calibration data for the radio's version: as saved, or converted. Nothing when there is none.
+std::optional<radiodb::DataFile> CalibrationForRadio(Work& work) {
   Session& session = work.session;
   const int before = VersionNumber(work.identity_before.calibration_version);
   const int now = VersionNumber(work.db.identity.calibration_version);
-  if (before == now) return work.saved.calibration_file;
+  if (before == now) return work.calibration;
   if (!work.selections.UpgradeCalibration) {
     Refuse(session,
            NLSFmt(session,
@@ -124,25 +128,26 @@ std::string CalibrationForRadio(Work& work) {
                   "version %1:s was not written back. It is in %2:s.",
                   {std::to_string(now), std::to_string(before), work.saved.calibration_file}),
            Failure::kRefused);
-    return {};
+    return std::nullopt;
   }
-  const CalibrationRequest request{
-      .saved_file = work.saved.calibration_file,
-      .converted_file = ConvertedFileOf(session, work.saved.calibration_file),
-      .old_version = before,
-      .new_version = now,
-  };
-  if (!ConvertCalibrationFile(session, request)) return {};
-  work.saved.converted_calibration = request.converted_file;
+  std::optional<conversion::CalibrationResult> converted =
+      ConvertCalibrationFile(session,
+                             {.old_version = before,
+                              .new_version = now,
+                              .path = ConvertedFileOf(session, work.saved.calibration_file)},
+                             work.calibration);
+  if (!converted || !WriteConvertedFile(session, converted->file, "ConvertCalibrationFile"))
+    return std::nullopt;
+  work.saved.converted_calibration = converted->file.Path();
   NoteConvertedFiles(work.log, work.saved);
-  return request.converted_file;
+  return std::move(converted->file);
 }
 
 bool WriteBackCalibration(Work& work) {
-  const std::string file = CalibrationForRadio(work);
-  if (file.empty()) return false;
+  const std::optional<radiodb::DataFile> file = CalibrationForRadio(work);
+  if (!file) return false;
   work.db.transfer_kind = TransferKind::kCalibration;
-  return radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), file);
+  return radiodb::ProgramRadio(work.db, work.view.ReadWriteWindow(), *file);
 }
 
 bool WriteBack(Work& work) {

@@ -2,16 +2,15 @@
 
 #include <algorithm>
 
+#include "conversion/checked_data.h"
+#include "conversion/personality_data.h"
 #include "link/byte_exchange.h"
 #include "link/programming_mode.h"
 #include "platform/files.h"
-#include "radiodb/data_file_reader.h"
 #include "radiodb/item_records.h"
 #include "radiodb/radio_commands.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
-#include "upgrade/checked_data_file.h"
-#include "upgrade/personality_data.h"
 
 namespace zep::upgrade {
 namespace {
@@ -34,63 +33,64 @@ struct Origin {
 Origin OriginOf(const radiodb::RadioDb& db, bool is_calibration) {
   const radiodb::RadioIdentity& radio = db.identity;
   if (is_calibration) {
-    return {radio.model_string, "", radio.serial_number, 1, db.calibration_records};
+    return {radio.model_string, "", radio.serial_number, 1, db.calibration.Records() - 1};
   }
   return {radio.model_string, radio.database_version, "", db.number_of_networks,
-          db.database_records};
+          db.data.Records() - 1};
 }
 
-Origin OriginOf(const radiodb::DataFileCheck& check) {
-  const radiodb::FileIdentity& identity = *check.identity;
+Origin OriginOf(const radiodb::DataFile& file) {
+  const radiodb::FileIdentity& identity = *file.Identity();
   // The identity record is not one of those that the radio was asked for.
-  return {identity.model_string, identity.database_version, identity.serial_number, check.networks,
-          check.records - 1};
+  return {identity.model_string, identity.database_version, identity.serial_number, file.Networks(),
+          file.Records() - 1};
 }
 
-bool SecureFile(const radiodb::RadioDb& db, const std::string& path, bool is_calibration) {
+// Reads the file back from the disk and compares it with what the radio has sent.
+bool SecureFile(const radiodb::RadioDb& db, const radiodb::DataFile& sent, bool is_calibration) {
   Session& session = db.link.session;
-  const platform::FileContents contents = platform::ReadWholeFile(path);
-  // Written again in the way that survives a power cut.
-  const platform::SystemError error =
-      contents.error ? contents.error : platform::WriteWholeFile(path, contents.bytes);
-  if (error) {
-    services::ReportError(session, error, "SecureSavedData");
+  const platform::FileContents contents = platform::ReadWholeFile(sent.Path());
+  if (contents.error) {
+    services::ReportError(session, contents.error, "SecureSavedData");
     return false;
   }
-  const std::optional<radiodb::DataFile> file = ReadCheckedDataFile(session, path);
-  if (!file) return false;
-  const Origin origin = OriginOf(radiodb::CheckDataFile(session, *file));
+  const tl::expected<radiodb::DataFile, services::Problem> file =
+      radiodb::DataFile::Parse(sent.Path(), contents.bytes).and_then(conversion::CheckedData);
+  if (!file) return Refuse(session, file.error());
+  const Origin origin = OriginOf(*file);
   const Origin radio = OriginOf(db, is_calibration);
-  if (origin == radio) return true;
+  if (origin == radio && contents.bytes == sent.Print()) return true;
   NLSMsgBox(session,
             NLSFmt(session,
                    "The file %0:s does not hold what the radio has sent: %1:s of %2:s records. "
                    "Please check the disk.",
-                   {path, std::to_string(origin.records), std::to_string(radio.records)}),
+                   {sent.Path(), std::to_string(origin.records), std::to_string(radio.records)}),
             {.icon = services::Icon::kCritical});
   return false;
 }
 
 // Item 0 of a further network is carried along as a line.
-bool HasOtherLine(const PersonalityNetwork& saved, std::string_view item) {
-  return std::any_of(saved.lines.begin(), saved.lines.end(), [item](const PersonalityLine& line) {
-    return line.other_text.starts_with(item);
-  });
+bool HasOtherLine(const conversion::PersonalityNetwork& saved, std::string_view item) {
+  return std::any_of(saved.lines.begin(), saved.lines.end(),
+                     [item](const conversion::PersonalityLine& line) {
+                       return line.other_text.starts_with(item);
+                     });
 }
 
 // The radio's items of a network that are not among those saved, each two digits long. A list of
 // items carries no checksum, so the one that was used for the read may have been cut short.
-std::string MissingItems(const radiodb::RadioDb& db, int network, const PersonalityNetwork& saved) {
+std::string MissingItems(const radiodb::RadioDb& db, int network,
+                         const conversion::PersonalityNetwork& saved) {
   link::Link& link = db.link;
   const radiodb::RadioType type = db.identity.type;
   const std::string list = radiodb::ListItems(db, network).value_or("");
   std::string missing;
   for (std::size_t at = 0; at + 2 <= list.size() && !link.session.Stopped(); at += 2) {
     const std::string item = list.substr(at, 2);
-    const auto number = static_cast<std::size_t>(services::ConHexByteToInt(link.session, item));
-    if (number < kItemCount && !saved.items[number].empty()) continue;
+    const auto number = static_cast<std::size_t>(services::HexByte(item));
+    if (number < conversion::kItemCount && !saved.items[number].empty()) continue;
     if (HasOtherLine(saved, item)) continue;
-    if (item == radiodb::CalibrationItem(type) ||
+    if (item == radiodb::CalibrationItemsOf({.type = type}).in_radio ||
         radiodb::IsLeftForLastNetwork(db, network, item) ||
         !radiodb::IsItemSelected(type, db.transfer_kind, item)) {
       continue;
@@ -102,9 +102,10 @@ std::string MissingItems(const radiodb::RadioDb& db, int network, const Personal
   return missing;
 }
 
-bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
+bool HoldsAllItems(const radiodb::RadioDb& db) {
   Session& session = db.link.session;
-  const std::optional<PersonalityData> data = ReadDatabase(session, path);
+  const tl::expected<conversion::PersonalityData, services::Problem> data =
+      conversion::ReadDatabase(db.data);
   radiodb::RadioIdentity radio;
   if (!data || !radiodb::ReadRadioIdentity(db.link, radiodb::IdentityUse::kView, radio)) {
     return false;
@@ -124,16 +125,15 @@ bool HoldsAllItems(const radiodb::RadioDb& db, const std::string& path) {
             NLSFmt(session,
                    "The radio, asked once more, gives other answers than those in %0:s. Please "
                    "check the lead and its plugs.",
-                   {path}),
+                   {db.data.Path()}),
             {.icon = services::Icon::kCritical});
   return false;
 }
 
 bool Secure(const radiodb::RadioDb& db, SavedData& saved) {
-  return (saved.data_file.empty() || SecureFile(db, saved.data_file, false)) &&
-         (saved.calibration_file.empty() || SecureFile(db, saved.calibration_file, true)) &&
-         (saved.data_file.empty() || HoldsAllItems(db, saved.data_file)) &&
-         MakeNote(db.link.session, saved);
+  return (saved.data_file.empty() || SecureFile(db, db.data, false)) &&
+         (saved.calibration_file.empty() || SecureFile(db, db.calibration, true)) &&
+         (saved.data_file.empty() || HoldsAllItems(db)) && MakeNote(db.link.session, saved);
 }
 
 }  // namespace

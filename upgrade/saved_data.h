@@ -10,9 +10,9 @@
 
 namespace zep::upgrade {
 
-// Makes sure of the files that the last read of db has written: that they are on the disk and not
-// only on the way there, sound in every record, of this radio, hold as many records as it has sent,
-// and lack no item that it has when it is asked once more. Then makes the note. False, after a
+// Makes sure of the files that the last read of db has written: read back from the disk they are
+// what the radio has sent, sound in every record and of this radio, and they lack no item that it
+// has when it is asked once more. Then makes the note. False, after a
 // message, when the files cannot be relied on; without one when the user has cancelled.
 bool SecureSavedData(const radiodb::RadioDb& db, SavedData& saved);
 

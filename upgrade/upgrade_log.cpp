@@ -1,10 +1,8 @@
 #include "upgrade/upgrade_log.h"
 
-#include <span>
 #include <utility>
 
 #include "platform/files.h"
-#include "services/fill_in.h"
 #include "services/log.h"
 #include "services/messages.h"
 #include "services/paths.h"
@@ -29,11 +27,6 @@ void UpgradeLog::Log(std::string_view message) {
             NLSFmt(session_,
                    "The upgrade log %0:s cannot be written: %1:s. The upgrade goes on without it.",
                    {file_name_, error.description}));
-}
-
-void UpgradeLog::Remark(std::string_view text, std::initializer_list<std::string_view> arguments) {
-  remarks_.push_back(NLSFmt(session_, text, arguments));
-  Log(services::FillIn(text, std::span(arguments.begin(), arguments.size())));
 }
 
 std::string UpgradeLogFile(const services::Session& session) {

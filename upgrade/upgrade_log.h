@@ -2,10 +2,8 @@
 // Always in English, so that it reads the same wherever it is sent.
 #pragma once
 
-#include <initializer_list>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "services/session.h"
 
@@ -21,18 +19,12 @@ class UpgradeLog {
   // goes on without a log.
   void Log(std::string_view message);
 
-  // Logs what was found in the data, and keeps it in the user's language. text has the placeholders
-  // of NLSFmt.
-  void Remark(std::string_view text, std::initializer_list<std::string_view> arguments);
-  const std::vector<std::string>& Remarks() const { return remarks_; }
-
   const std::string& FileName() const { return file_name_; }
 
  private:
   services::Session& session_;
   std::string file_name_;
   bool failure_told_ = false;
-  std::vector<std::string> remarks_;
 };
 
 // Its place: the application folder.
