@@ -1,5 +1,6 @@
 #include "cli/difference_report.h"
 
+#include "cli/json_words.h"
 #include "radiodb/radio_models.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
@@ -81,6 +82,10 @@ Text FactName(const FactDifference& difference) {
   return {NLSText("Other lines of network %0:s"), {std::to_string(difference.network)}};
 }
 
+std::string ModelOfTier(const Session& session, const std::string& tier) {
+  return radiodb::AppGetRadioModel(session, std::stoi(tier));
+}
+
 // The value of a fact in words.
 Text FactValue(const Session& session, FileFact fact, const std::string& value) {
   if (fact == FileFact::kContents) {
@@ -89,9 +94,7 @@ Text FactValue(const Session& session, FileFact fact, const std::string& value) 
   if (fact == FileFact::kType && !value.empty()) {
     return {value == "trunked" ? NLSText("Trunked") : NLSText("Conventional")};
   }
-  return {
-      "%0:s",
-      {fact == FileFact::kModel ? radiodb::AppGetRadioModel(session, std::stoi(value)) : value}};
+  return {"%0:s", {fact == FileFact::kModel ? ModelOfTier(session, value) : value}};
 }
 
 std::vector<std::string> Headings(const Session& session) {
@@ -126,7 +129,10 @@ Json ChangeJson(const std::vector<Change>& changes) {
   Json json = Json::array();
   for (const Change& change : changes) {
     json.push_back(ItemJson(change.difference));
-    json.back()["reason"] = English(ReasonText(change.reason));
+    json.back()["reason"] = JsonWord(change.reason.kind);
+    if (change.reason.to == 0) continue;
+    json.back()["step_from"] = change.reason.from;
+    json.back()["step_to"] = change.reason.to;
   }
   return json;
 }
@@ -151,11 +157,15 @@ std::string DifferenceText(const Session& session,
 }
 
 Json DifferenceJson(const Session& session, const conversion::DataFileDifferences& differences) {
+  const auto value = [&session](const FactDifference& fact, const std::string& text) {
+    return fact.fact == FileFact::kModel ? ModelOfTier(session, text) : text;
+  };
   Json facts = Json::array();
   for (const FactDifference& fact : differences.facts) {
-    facts.push_back(Json{{"name", English(FactName(fact))},
-                         {"before", English(FactValue(session, fact.fact, fact.before))},
-                         {"after", English(FactValue(session, fact.fact, fact.after))}});
+    facts.push_back(Json{{"name", JsonWord(fact.fact)}});
+    if (fact.fact == FileFact::kOtherLines) facts.back()["network"] = fact.network;
+    facts.back()["before"] = value(fact, fact.before);
+    facts.back()["after"] = value(fact, fact.after);
   }
   Json items = Json::array();
   for (const ItemDifference& difference : differences.items) items.push_back(ItemJson(difference));

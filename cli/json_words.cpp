@@ -114,6 +114,46 @@ std::string_view JsonWord(DataFileKind kind) {
   return kUnknown;
 }
 
+std::string_view JsonWord(conversion::FileFact fact) {
+  switch (fact) {
+    using enum conversion::FileFact;
+    case kContents:
+      return "contents";
+    case kModel:
+      return "model";
+    case kModelString:
+      return "model_string";
+    case kType:
+      return "type";
+    case kDatabaseVersion:
+      return "database_version";
+    case kHardwareVersion:
+      return "hardware_version";
+    case kSerialNumber:
+      return "serial_number";
+    case kNetworks:
+      return "networks";
+    case kOtherLines:
+      return "other_lines";
+  }
+  return kUnknown;
+}
+
+std::string_view JsonWord(conversion::ChangeReason::Kind reason) {
+  switch (reason) {
+    using enum conversion::ChangeReason::Kind;
+    case kDatabaseStep:
+      return "database_step";
+    case kNewDatabaseVersion:
+      return "new_database_version";
+    case kCalibrationStep:
+      return "calibration_step";
+    case kChecksum:
+      return "checksum";
+  }
+  return kUnknown;
+}
+
 std::string_view RadioTypeWord(std::string_view model_code) {
   const char digit = model_code.size() == 2 ? model_code[1] : '0';
   return JsonWord(static_cast<radiodb::RadioType>(digit - '0'));

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "conversion/data_file_differences.h"
+
 // Declared only, so that what knows no firmware need not know it for its words.
 namespace zep::firmware {
 enum class SlotOutcome;
@@ -36,6 +38,8 @@ std::string_view JsonWord(firmware::SlotOutcome outcome);
 std::string_view JsonWord(upgrade::UpgradeOutcome outcome);
 std::string_view JsonWord(services::Icon icon);
 std::string_view JsonWord(DataFileKind kind);
+std::string_view JsonWord(conversion::FileFact fact);
+std::string_view JsonWord(conversion::ChangeReason::Kind reason);
 
 // These are "unknown" for anything but what they name.
 

@@ -110,6 +110,7 @@ constexpr const char* kRuns[] = {
     "data show|F/old.ocs|0",
     "data show|F/two.omn|6",
     "data diff|F/old.ops F/other.ops|1",
+    "data diff|F/few.ops F/odd.ops|1",
     "data diff|F/old.ops F/old.ops|0",
 };
 
@@ -124,6 +125,7 @@ struct JsonBench : Bench {
     const std::string identity = testing::DataFileOf({testing::Identity("0405")});
     WriteImage("model51-e1-1mbit.bin");
     folder.Write("few.ops", identity);
+    folder.Write("odd.ops", identity + "Insert Common Dynamic Item Here\r\n");
     folder.Write("bad.ops", identity + "0200040G020304F0\r\n");
     folder.Write("two.omn", identity + "~~~\r\n02000401020304F1\r\n");
     folder.Write("other.ops", simulator::DataFileText(simulator::KnownRadios()[0].profile()));
@@ -189,6 +191,15 @@ TEST(ZepctlJson, EveryWordOfAFactIsInTheManual) {
          {JsonWord(UpgradeOutcome::kSucceeded), JsonWord(UpgradeOutcome::kUpToDate),
           JsonWord(UpgradeOutcome::kAborted), JsonWord(UpgradeOutcome::kCommsError),
           JsonWord(UpgradeOutcome::kFailed)});
+  using enum conversion::ChangeReason::Kind;
+  expect("convert personality", "changes[].reason",
+         {JsonWord(kDatabaseStep), JsonWord(kNewDatabaseVersion), JsonWord(kCalibrationStep),
+          JsonWord(kChecksum)});
+  using conversion::FileFact;
+  Names facts;
+  for (int fact = 0; fact <= static_cast<int>(FileFact::kOtherLines); ++fact)
+    facts.emplace(JsonWord(static_cast<FileFact>(fact)));
+  EXPECT_EQ(keys.at("data diff").at("differences.facts[].name").words, facts);
   expect("data show", "data.kind",
          {JsonWord(DataFileKind::kData), JsonWord(DataFileKind::kMultiNetworkData),
           JsonWord(DataFileKind::kCalibration)});
