@@ -1,7 +1,7 @@
 #include "cli/command.h"
 #include "cli/displays.h"
 #include "cli/identity_report.h"
-#include "cli/json_words.h"
+#include "cli/outcome_words.h"
 #include "platform/files.h"
 #include "services/messages.h"
 #include "upgrade/automatic_upgrade.h"

@@ -2,6 +2,7 @@
 
 #include "cli/displays.h"
 #include "cli/json_words.h"
+#include "cli/outcome_words.h"
 #include "firmware/transfer_report.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"

@@ -1,12 +1,6 @@
 #include "cli/json_words.h"
 
 #include "cli/data_report.h"
-#include "firmware/transfer_engine.h"
-#include "link/port_set.h"
-#include "platform/serial_list.h"
-#include "radiodb/radio_models.h"
-#include "services/user.h"
-#include "upgrade/automatic_upgrade.h"
 
 namespace zep::cli {
 namespace {
@@ -54,36 +48,6 @@ std::string_view JsonWord(radiodb::RadioType type) {
       return "trunked";
     case kConventionalII:
       return "conventional_ii";
-  }
-  return kUnknown;
-}
-
-std::string_view JsonWord(firmware::SlotOutcome outcome) {
-  switch (outcome) {
-    using enum firmware::SlotOutcome;
-    case kNotUsed:
-      return "not_used";
-    case kDone:
-      return "done";
-    case kFailed:
-      return "failed";
-  }
-  return kUnknown;
-}
-
-std::string_view JsonWord(upgrade::UpgradeOutcome outcome) {
-  switch (outcome) {
-    using enum upgrade::UpgradeOutcome;
-    case kSucceeded:
-      return "upgraded";
-    case kUpToDate:
-      return "up_to_date";
-    case kAborted:
-      return "aborted";
-    case kCommsError:
-      return "comms_error";
-    case kFailed:
-      return "failed";
   }
   return kUnknown;
 }

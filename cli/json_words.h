@@ -1,31 +1,16 @@
 // The words that stand for facts in results for other programs: in lower case with underscores, the
-// same in every language. The manual page names them all.
+// same in every language. The manual page names them all. How firmware went is in outcome_words.h,
+// so that what knows no firmware needs none.
 #pragma once
 
 #include <cstdint>
 #include <string_view>
 
 #include "conversion/data_file_differences.h"
-
-// Declared only, so that what knows no firmware need not know it for its words.
-namespace zep::firmware {
-enum class SlotOutcome;
-}
-namespace zep::link {
-enum class PortState;
-}
-namespace zep::platform {
-enum class SerialDeviceState;
-}
-namespace zep::radiodb {
-enum class RadioType;
-}
-namespace zep::services {
-enum class Icon;
-}
-namespace zep::upgrade {
-enum class UpgradeOutcome;
-}
+#include "link/port_set.h"
+#include "platform/serial_list.h"
+#include "radiodb/radio_models.h"
+#include "services/user.h"
 
 namespace zep::cli {
 
@@ -34,8 +19,6 @@ enum class DataFileKind;
 std::string_view JsonWord(platform::SerialDeviceState state);
 std::string_view JsonWord(link::PortState state);
 std::string_view JsonWord(radiodb::RadioType type);
-std::string_view JsonWord(firmware::SlotOutcome outcome);
-std::string_view JsonWord(upgrade::UpgradeOutcome outcome);
 std::string_view JsonWord(services::Icon icon);
 std::string_view JsonWord(DataFileKind kind);
 std::string_view JsonWord(conversion::FileFact fact);

@@ -12,10 +12,10 @@
 #include "cli/data_report.h"
 #include "cli/json.h"
 #include "cli/json_words.h"
+#include "cli/outcome_words.h"
 #include "tests/manual_page.h"
 #include "tests/upgrade_testing.h"
 #include "tests/zepctl_testing.h"
-#include "upgrade/automatic_upgrade.h"
 
 namespace zep::cli {
 namespace {
