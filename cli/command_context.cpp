@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/json_words.h"
 #include "link/byte_exchange.h"
 #include "link/port_slots.h"
 #include "platform/files.h"
@@ -35,25 +36,12 @@ bool IsStringTable(const std::string& name, const std::string& application_folde
          platform::FileExists(services::AppMakePath(application_folder, name + ".strings"));
 }
 
-std::string_view Name(Icon icon) {
-  switch (icon) {
-    case Icon::kInformation:
-      return "information";
-    case Icon::kCritical:
-      return "critical";
-    case Icon::kQuestion:
-      return "question";
-  }
-  return {};
-}
-
 Json Describe(const ShownMessage& message) {
-  Json described;
-  described.Set("icon", message.answer ? Name(Icon::kQuestion) : Name(message.icon));
-  described.Set("text", message.text);
+  Json described = {{"icon", JsonWord(message.answer ? Icon::kQuestion : message.icon)},
+                    {"text", message.text}};
   if (message.answer) {
-    described.Set("answer", *message.answer == services::Answer::kYes ||
-                                *message.answer == services::Answer::kOk);
+    described["answer"] =
+        *message.answer == services::Answer::kYes || *message.answer == services::Answer::kOk;
   }
   return described;
 }
@@ -79,7 +67,8 @@ CommandContext::~CommandContext() = default;
 
 std::string CommandContext::ChooseLanguage() {
   const std::optional<Language> wanted = FindLanguage(options.language);
-  const platform::SystemError error = services::LoadTexts(session, wanted);
+  const platform::SystemError error =
+      services::LoadTexts(session, options.json ? Language::kEnglish : wanted);
   if (error) ShowNote(error);
   if (wanted || options.language.empty()) return {};
   return NLSFmt(session, "There is no language %0:s. Please choose one of %1:s.",
@@ -178,13 +167,13 @@ void CommandContext::Finish(ExitStatus status) {
     ShowNote(problem);
   }
   if (!options.json || status == ExitStatus::kUsage) return;
-  Json all;
-  all.Set("ok", status == ExitStatus::kDone).Set("exit_status", static_cast<int>(status));
-  all.SetAll(std::move(json));
-  Json messages = Json::List();
-  for (const ShownMessage& message : user.Messages()) messages.Add(Describe(message));
-  all.Set("messages", std::move(messages));
-  console.WriteOutput(all.Text() + "\n");
+  Json all = {{"ok", status == ExitStatus::kDone}, {"exit_status", static_cast<int>(status)}};
+  all.update(json);
+  Json& messages = all["messages"] = Json::array();
+  for (const ShownMessage& message : user.Messages()) messages.push_back(Describe(message));
+  // What is no UTF-8 in a text, as it may come from a radio, is replaced.
+  const std::string text = all.dump(2, ' ', false, Json::error_handler_t::replace);
+  console.WriteOutput(text + "\n");
 }
 
 void CommandContext::ShowNote(const platform::SystemError& error) {

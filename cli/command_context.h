@@ -44,11 +44,11 @@ class CommandContext {
   services::Session session;
   ProgressMeter progress;
 
-  // Chooses the language; with an unknown one, what to tell the user. Has to come before the first
-  // text.
+  // Chooses the language, English for --json; with an unknown one, what to tell the user. Has to
+  // come before the first text.
   std::string ChooseLanguage();
   // Checks the options, tells what is wrong with settings and texts, and starts the trace. Anything
-  // but kDone ends the program; the user has been told.
+  // but kDone ends zepctl; the user has been told.
   ExitStatus Start();
 
   // The link over the ports of the options or of the settings, with their states checked.
@@ -64,8 +64,8 @@ class CommandContext {
 
   // A result for people: left out with --json.
   void Print(const std::string& text);
-  // The object that --json prints at the end.
-  Json json;
+  // What a command adds to the object that --json prints at the end.
+  Json json = Json::object();
 
   // Says that the command was not given as it should be.
   ExitStatus UsageError(const std::string& text);
@@ -80,7 +80,7 @@ class CommandContext {
 
   services::Failure link_failure_ = services::Failure::kNone;
   std::uint64_t byte_count_ = 0;
-  SlotDevices devices_;  // named with -p
+  PortDevices devices_;  // named with -p
   platform::FileWriter trace_file_;
   std::unique_ptr<link::WireTrace> trace_;
   std::unique_ptr<platform::IoPorts> io_ports_;

@@ -2,7 +2,6 @@
 
 #include "cli/command.h"
 #include "cli/difference_report.h"
-#include "cli/file_names.h"
 #include "platform/files.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
@@ -76,7 +75,7 @@ bool MayWrite(CommandContext& context, const ConvertOptions& options) {
                 "file another name."),
         options.default_file);
   }
-  const std::string folder = services::FolderOf(AbsoluteName(options.converted_file));
+  const std::string folder = services::FolderOf(platform::AbsolutePath(options.converted_file));
   if (!options.dry_run && !platform::IsFolder(folder)) {
     return RefuseName(
         context, NLSText("There is no folder %0:s. Please make the folder, or choose another one."),
@@ -96,30 +95,30 @@ bool WriteFile(CommandContext& context, const ConvertOptions& options,
 ExitStatus Finish(CommandContext& context, const ConvertOptions& options, const Versions& versions,
                   const std::vector<conversion::Change>& changes) {
   services::Session& session = context.session;
-  context.json.Set("from", versions.from).Set("to", versions.to);
+  context.json["from"] = versions.from;
+  context.json["to"] = versions.to;
   if (options.dry_run) {
     context.Print(ChangeText(session, changes));
     context.Print(NLSFmt(session, "Nothing was written.") + "\n");
-    context.json.Set("changes", ChangeJson(changes));
+    context.json["changes"] = ChangeJson(changes);
     return ExitStatus::kDone;
   }
   context.Print(NLSFmt(session, "%0:s is converted from version %1:s to %2:s: %3:s.",
                        {options.saved_file, std::to_string(versions.from),
                         std::to_string(versions.to), options.converted_file}) +
                 "\n");
-  context.json.Set("file", options.converted_file);
+  context.json["file"] = options.converted_file;
   return ExitStatus::kDone;
 }
 
 // What was found in the data. It stands in the log, too, unless this is a trial run.
 void ShowRemarks(CommandContext& context, const std::vector<conversion::Remark>& remarks) {
-  Json json = Json::List();
+  Json& json = context.json["remarks"] = Json::array();
   for (const conversion::Remark& remark : remarks) {
     const std::string text = NLSFmt(context.session, remark.text);
     context.user.Say(text);
-    json.Add(Json(text));
+    json.push_back(text);
   }
-  context.json.Set("remarks", std::move(json));
 }
 
 // Whether the file is of that version, or is to be taken for it.
@@ -179,8 +178,8 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
                              {.old_version = FourDigits(versions->from),
                               .new_version = FourDigits(versions->to),
                               .saved = *file,
-                              .converted_file = AbsoluteName(options.converted_file),
-                              .default_file = AbsoluteName(options.default_file),
+                              .converted_file = platform::AbsolutePath(options.converted_file),
+                              .default_file = platform::AbsolutePath(options.default_file),
                               .collect_changes = options.dry_run});
   if (!converted) return context.WorkStatus(false);
   if (!WriteFile(context, options, converted->file, "WriteDatabase")) {
@@ -213,7 +212,7 @@ ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& opt
       upgrade::ConvertCalibrationFile(session,
                                       {.old_version = versions->from,
                                        .new_version = versions->to,
-                                       .path = AbsoluteName(options.converted_file),
+                                       .path = platform::AbsolutePath(options.converted_file),
                                        .collect_changes = options.dry_run},
                                       *file);
   if (!converted || !WriteFile(context, options, converted->file, "ConvertCalibrationFile"))

@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/data_report.h"
 #include "cli/identity_report.h"
@@ -33,8 +32,8 @@ ExitStatus Check(CommandContext& context, const std::string& name) {
     text += NLSFmt(context.session, FindingText(finding)) + "\n";
   context.Print(text + Summary(context.session, *file, findings.size()) + "\n");
   if (context.options.json) {
-    context.json.Set("data", FileIdentityJson(context.session, *file));
-    context.json.Set("findings", FindingsJson(context.session, findings));
+    context.json["data"] = FileIdentityJson(context.session, *file);
+    context.json["findings"] = FindingsJson(context.session, findings);
   }
   return findings.empty() ? ExitStatus::kDone : ExitStatus::kFile;
 }

@@ -23,7 +23,7 @@ ExitStatus Diff(CommandContext& context, const DiffFiles& files) {
   if (!after) return context.WorkStatus(false);
   const conversion::DataFileDifferences differences = conversion::CompareDataFiles(*before, *after);
   context.Print(DifferenceText(context.session, differences));
-  context.json.Set("differences", DifferenceJson(context.session, differences));
+  context.json["differences"] = DifferenceJson(context.session, differences);
   if (!differences.None()) return ExitStatus::kRefused;
   context.Print(NLSFmt(context.session, "The files hold the same data.") + "\n");
   return ExitStatus::kDone;

@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/data_report.h"
 #include "services/messages.h"
@@ -8,6 +7,7 @@ namespace {
 
 using services::NLSFmt;
 using services::NLSText;
+using services::Table;
 
 std::string ItemTable(const services::Session& session, const std::vector<ItemSummary>& items) {
   using enum Table::Align;
@@ -22,16 +22,15 @@ std::string ItemTable(const services::Session& session, const std::vector<ItemSu
 }
 
 Json ItemsJson(const std::vector<ItemSummary>& items) {
-  Json json = Json::List();
+  Json json = Json::array();
   for (const ItemSummary& item : items) {
-    Json records = Json::List();
+    Json records = Json::array();
     for (const radiodb::DataFileLine* record : item.records)
-      records.Add(Json().Set("line", record->number).Set("record", std::string(record->Text())));
-    json.Add(Json()
-                 .Set("item", item.item)
-                 .Set("network", item.network)
-                 .Set("bytes", item.bytes)
-                 .Set("records", std::move(records)));
+      records.push_back(Json{{"line", record->number}, {"record", record->Text()}});
+    json.push_back(Json{{"item", item.item},
+                        {"network", item.network},
+                        {"bytes", item.bytes},
+                        {"records", std::move(records)}});
   }
   return json;
 }
@@ -43,8 +42,8 @@ ExitStatus Show(CommandContext& context, const std::string& name) {
   context.Print(FileIdentityTable(context.session, *file).Text() + "\n" +
                 ItemTable(context.session, items));
   if (context.options.json) {
-    context.json.Set("data", FileIdentityJson(context.session, *file));
-    context.json.Set("items", ItemsJson(items));
+    context.json["data"] = FileIdentityJson(context.session, *file);
+    context.json["items"] = ItemsJson(items);
   }
   const std::vector<radiodb::Finding> findings = file->Findings();
   if (findings.empty()) return ExitStatus::kDone;

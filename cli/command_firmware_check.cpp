@@ -1,8 +1,7 @@
-
 #include "cli/command.h"
 #include "cli/image_report.h"
-#include "cli/text_layout.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 namespace {
@@ -10,6 +9,7 @@ namespace {
 using firmware::FirmwareImage;
 using services::NLSFmt;
 using services::NLSText;
+using services::Table;
 
 std::string ImageTable(const services::Session& session, const FirmwareImage& image,
                        const std::string& name) {
@@ -29,7 +29,7 @@ std::string ImageTable(const services::Session& session, const FirmwareImage& im
 ExitStatus Check(CommandContext& context, const std::string& name) {
   const firmware::SharedImage contents = firmware::ReadFirmwareImage(name);
   const FirmwareImage& image = *contents;
-  context.json.Set("image", ImageJson(context.session, image, name));
+  context.json["image"] = ImageJson(context.session, image, name);
   if (!IsUsableImage(context, image)) return ExitStatus::kFile;
   context.Print(ImageTable(context.session, image, name));
   return ExitStatus::kDone;

@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/firmware_jobs.h"
 #include "firmware/transfer_report.h"
@@ -21,7 +20,7 @@ ExitStatus Read(CommandContext& context, const std::string& name) {
   windows.Report(*link);
   if (outcome.Done()) {
     context.Print(firmware::SavedFlashText(context.session, name) + "\n");
-    context.json.Set("file", name);
+    context.json["file"] = name;
   }
   return StatusOf(outcome);
 }

@@ -1,8 +1,7 @@
-
 #include "cli/command.h"
-#include "cli/file_names.h"
 #include "cli/firmware_jobs.h"
 #include "cli/image_report.h"
+#include "platform/files.h"
 #include "radiodb/data_file.h"
 #include "services/messages.h"
 
@@ -20,8 +19,8 @@ struct WriteOptions {
 };
 
 firmware::DownloadChoices Choices(const WriteOptions& options, firmware::SharedImage contents) {
-  const std::string image = AbsoluteName(options.image);
-  const std::string data_file = AbsoluteName(options.data_file);
+  const std::string image = platform::AbsolutePath(options.image);
+  const std::string data_file = platform::AbsolutePath(options.data_file);
   return {.BinaryFileName = services::FileTitleOf(image),
           .BinaryFilePath = services::FolderOf(image),
           .DataFileName = services::FileTitleOf(data_file),
@@ -36,7 +35,7 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
         NLSFmt(context.session, "Please give one of --save-data and --data, not both."));
   }
   const firmware::SharedImage image = firmware::ReadFirmwareImage(options.image);
-  context.json.Set("image", ImageJson(context.session, *image, options.image));
+  context.json["image"] = ImageJson(context.session, *image, options.image);
   if (!IsUsableImage(context, *image)) return ExitStatus::kFile;
   // Both are better found out before the firmware is replaced.
   if (!options.data_file.empty()) {
@@ -64,7 +63,7 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
       DownloadFirmwareAndData({*link, firmware, radio, windows}, Choices(options, image));
   windows.Report(*link);
   if (options.data_file.empty()) return StatusOf(outcome);
-  context.json.Set("data_programmed", windows.HasProgrammed());
+  context.json["data_programmed"] = windows.HasProgrammed();
   // The user may have said No.
   return outcome.Done() && !windows.HasProgrammed() ? ExitStatus::kRefused : StatusOf(outcome);
 }

@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/identity_report.h"
 #include "radiodb/read_write_radio.h"
@@ -18,7 +17,7 @@ ExitStatus Identify(CommandContext& context) {
   context.progress.EndPhase();
   if (outcome.Done()) {
     context.Print(IdentityTable(context.session, db.identity).Text());
-    context.json.Set("radio", IdentityJson(db.identity));
+    context.json["radio"] = IdentityJson(db.identity);
   }
   return StatusOf(outcome);
 }

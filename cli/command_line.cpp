@@ -5,14 +5,17 @@
 #include <map>
 #include <utility>
 
-#include "cli/text_layout.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 namespace {
 
+using services::DisplayWidth;
 using services::NLSFmt;
 using services::NLSText;
+using services::PadTo;
+using services::Wrap;
 
 constexpr int kIndent = 2;
 constexpr int kNameColumn = 28;
@@ -25,7 +28,7 @@ std::string Text(std::string_view view) { return std::string(view); }
 void AddOptions(CLI::App& app, Options& options, bool& help, bool& version) {
   app.add_option(
          "-p,--port", options.ports,
-         Text(NLSText("the radio's port; up to four times. N is its slot, 1 to 4. DEVICE is "
+         Text(NLSText("the radio's port; up to four times. N is its number, 1 to 4. DEVICE is "
                       "a serial device such as /dev/ttyUSB0 or COM3, or a simulated radio: "
                       "sim:conventional, sim:trunked")))
       ->type_name("[N=]DEVICE")
@@ -33,8 +36,9 @@ void AddOptions(CLI::App& app, Options& options, bool& help, bool& version) {
   app.add_flag("--yes", options.yes, Text(NLSText("answer every question with Yes")));
   app.add_flag("--no", options.no,
                Text(NLSText("answer every question with No; so it is without a terminal, too")));
-  app.add_flag("--json", options.json,
-               Text(NLSText("the result as one JSON object on the standard output")));
+  app.add_flag(
+      "--json", options.json,
+      Text(NLSText("the result as one JSON object on the standard output; all texts are English")));
   app.add_flag("--quiet", options.quiet, Text(NLSText("no progress; messages are still shown")));
   app.add_option("--trace", options.trace,
                  Text(NLSText("write every byte on the wire into FILE, with its time")))

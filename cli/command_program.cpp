@@ -1,4 +1,3 @@
-
 #include "cli/command.h"
 #include "cli/displays.h"
 #include "cli/identity_report.h"
@@ -28,8 +27,8 @@ ExitStatus ProgramFile(CommandContext& context, const std::string& name) {
   }
   if (!outcome.Done()) return StatusOf(outcome);
   context.Print(ProgrammedText(db, name) + "\n");
-  context.json.Set("radio", IdentityJson(db.identity));
-  context.json.Set("data_file", name);
+  context.json["radio"] = IdentityJson(db.identity);
+  context.json["data_file"] = name;
   return StatusOf(outcome);
 }
 

@@ -1,8 +1,7 @@
-
 #include "cli/command.h"
 #include "cli/displays.h"
-#include "cli/file_names.h"
 #include "cli/identity_report.h"
+#include "platform/files.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
 
@@ -39,7 +38,7 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
   db.chosen_calibration_file = options.calibration_file;
   db.database_folder = options.database_folder;
   db.calibration_folder = options.calibration_folder;
-  context.user.SetFile(AbsoluteName(options.file));
+  context.user.SetFile(platform::AbsolutePath(options.file));
   services::Outcome outcome;
   {
     ReadWriteDisplay display(context);
@@ -50,9 +49,9 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
   for (const std::string& file : {db.data_file, db.calibration_file}) {
     if (!file.empty()) context.Print(SavedText(db, file) + "\n");
   }
-  context.json.Set("radio", IdentityJson(db.identity));
-  if (!db.data_file.empty()) context.json.Set("data_file", db.data_file);
-  if (!db.calibration_file.empty()) context.json.Set("calibration_file", db.calibration_file);
+  context.json["radio"] = IdentityJson(db.identity);
+  if (!db.data_file.empty()) context.json["data_file"] = db.data_file;
+  if (!db.calibration_file.empty()) context.json["calibration_file"] = db.calibration_file;
   return StatusOf(outcome);
 }
 

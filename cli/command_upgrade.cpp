@@ -1,7 +1,8 @@
 #include "cli/command.h"
 #include "cli/displays.h"
-#include "cli/file_names.h"
+#include "cli/firmware_words.h"
 #include "cli/identity_report.h"
+#include "platform/files.h"
 #include "services/messages.h"
 #include "upgrade/automatic_upgrade.h"
 
@@ -50,22 +51,6 @@ class UpgradeDisplay final : public upgrade::UpgradeView {
   std::optional<TransferDisplay> transfer_;
 };
 
-std::string_view OutcomeName(UpgradeOutcome outcome) {
-  switch (outcome) {
-    case UpgradeOutcome::kSucceeded:
-      return "upgraded";
-    case UpgradeOutcome::kUpToDate:
-      return "up to date";
-    case UpgradeOutcome::kAborted:
-      return "aborted";
-    case UpgradeOutcome::kCommsError:
-      return "comms error";
-    case UpgradeOutcome::kFailed:
-      break;
-  }
-  return "failed";
-}
-
 ExitStatus Upgrade(CommandContext& context, const upgrade::UpgradeFiles& files) {
   link::Link* link = context.LinkForOneRadio(link::Transfer::kProgram);
   if (link == nullptr) return context.LinkStatus();
@@ -74,15 +59,15 @@ ExitStatus Upgrade(CommandContext& context, const upgrade::UpgradeFiles& files) 
   UpgradeDisplay display(context);
   upgrade::AutomaticUpgrade upgrade(
       {*link, firmware, radio, display},
-      {AbsoluteName(files.image), AbsoluteName(files.default_settings)});
+      {platform::AbsolutePath(files.image), platform::AbsolutePath(files.default_settings)});
   const UpgradeOutcome outcome = upgrade.Upgrade();
 
-  context.json.Set("outcome", OutcomeName(outcome))
-      .Set("radio", IdentityJson(radio.identity))
-      .Set("firmware_file", firmware.image.FullName())
-      .Set("data_file", upgrade.Saved().data_file)
-      .Set("calibration_file", upgrade.Saved().calibration_file)
-      .Set("log", upgrade::UpgradeLogFile(context.session));
+  context.json["outcome"] = JsonWord(outcome);
+  if (!radio.identity.model_string.empty()) context.json["radio"] = IdentityJson(radio.identity);
+  context.json["firmware_file"] = firmware.image.FullName();
+  context.json["data_file"] = upgrade.Saved().data_file;
+  context.json["calibration_file"] = upgrade.Saved().calibration_file;
+  context.json["log"] = upgrade::UpgradeLogFile(context.session);
   if (outcome == UpgradeOutcome::kSucceeded) {
     context.Print(NLSFmt(context.session,
                          "Radio %0:s now has firmware %1:s, database %2:s and calibration %3:s. "

@@ -9,7 +9,7 @@ namespace {
 using services::NLSText;
 
 constexpr std::array kCommands = {
-    Command{"ports", "", NLSText("serial devices of this computer, and the four port slots"),
+    Command{"ports", "", NLSText("serial devices of this computer, and the four ports"),
             &DeclarePorts},
     Command{"identify", "", NLSText("who the radio is: model, versions, band, serial number"),
             &DeclareIdentify},

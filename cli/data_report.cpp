@@ -3,6 +3,7 @@
 #include <map>
 
 #include "cli/identity_report.h"
+#include "cli/json_words.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
 
@@ -13,13 +14,25 @@ using radiodb::DataFile;
 using radiodb::DataFileLine;
 using services::NLSFmt;
 using services::NLSText;
+using services::Table;
 
 bool IsRecord(std::string_view line) { return line.size() >= 8 && services::IsHexText(line); }
 
-std::string KindName(const services::Session& session, const DataFile& file) {
-  if (file.IsCalibration()) return NLSFmt(session, "calibration file");
-  return file.Networks() > 1 ? NLSFmt(session, "multi-network data file")
-                             : NLSFmt(session, "data file");
+DataFileKind KindOf(const DataFile& file) {
+  if (file.IsCalibration()) return DataFileKind::kCalibration;
+  return file.Networks() > 1 ? DataFileKind::kMultiNetworkData : DataFileKind::kData;
+}
+
+std::string_view KindName(DataFileKind kind) {
+  switch (kind) {
+    case DataFileKind::kData:
+      return NLSText("data file");
+    case DataFileKind::kMultiNetworkData:
+      return NLSText("multi-network data file");
+    case DataFileKind::kCalibration:
+      return NLSText("calibration file");
+  }
+  return {};
 }
 
 }  // namespace
@@ -55,7 +68,7 @@ Table FileIdentityTable(const services::Session& session, const DataFile& file) 
     if (!value.empty()) table.AddRow({NLSFmt(session, title), value});
   };
   row(NLSText("File"), file.Path());
-  row(NLSText("Kind"), KindName(session, file));
+  row(NLSText("Kind"), NLSFmt(session, KindName(KindOf(file))));
   for (const std::string& line : file.Header()) {
     if (line.starts_with("Saved with")) row(NLSText("Header"), line);
   }
@@ -74,30 +87,28 @@ Table FileIdentityTable(const services::Session& session, const DataFile& file) 
 }
 
 Json FileIdentityJson(const services::Session& session, const DataFile& file) {
-  Json json;
-  json.Set("file", file.Path());
-  json.Set("size", file.Size());
-  json.Set("header", Json::List(file.Header()));
+  Json json = {{"file", file.Path()},
+               {"kind", JsonWord(KindOf(file))},
+               {"size", file.Size()},
+               {"header", file.Header()}};
   if (const auto& identity = file.Identity()) {
-    json.Set("calibration", identity->is_calibration);
-    json.Set("model_code", identity->model_code);
-    json.Set("model", radiodb::FindRadioModel(identity->model_code)
-                          ? ModelName(session, identity->model_code)
-                          : "");
-    json.Set("model_string", identity->model_string);
-    json.Set("database_version", identity->database_version);
-    json.Set("hardware_version", identity->hardware_version);
-    json.Set("serial_number", identity->serial_number);
+    const bool is_known = radiodb::FindRadioModel(identity->model_code).has_value();
+    json["model_code"] = identity->model_code;
+    json["model"] = is_known ? ModelName(session, identity->model_code) : "";
+    json["model_string"] = identity->model_string;
+    json["database_version"] = identity->database_version;
+    json["hardware_version"] = identity->hardware_version;
+    json["serial_number"] = identity->serial_number;
   }
-  json.Set("networks", file.Networks());
-  json.Set("records", file.Records());
+  json["networks"] = file.Networks();
+  json["records"] = file.Records();
   return json;
 }
 
 Json FindingsJson(const services::Session& session, const std::vector<radiodb::Finding>& findings) {
-  Json json = Json::List();
+  Json json = Json::array();
   for (const radiodb::Finding& finding : findings)
-    json.Add(Json().Set("line", finding.line).Set("text", NLSFmt(session, finding.text)));
+    json.push_back(Json{{"line", finding.line}, {"text", NLSFmt(session, finding.text)}});
   return json;
 }
 

@@ -5,11 +5,13 @@
 #include <vector>
 
 #include "cli/json.h"
-#include "cli/text_layout.h"
 #include "radiodb/data_file.h"
 #include "services/session.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
+
+enum class DataFileKind { kData, kMultiNetworkData, kCalibration };
 
 // An item of one network: its records in the order of the file.
 struct ItemSummary {
@@ -23,7 +25,7 @@ struct ItemSummary {
 // out.
 std::vector<ItemSummary> SummariseItems(const radiodb::DataFile& file);
 
-Table FileIdentityTable(const services::Session& session, const radiodb::DataFile& file);
+services::Table FileIdentityTable(const services::Session& session, const radiodb::DataFile& file);
 Json FileIdentityJson(const services::Session& session, const radiodb::DataFile& file);
 Json FindingsJson(const services::Session& session, const std::vector<radiodb::Finding>& findings);
 

@@ -1,5 +1,6 @@
 #include "cli/difference_report.h"
 
+#include "cli/json_words.h"
 #include "radiodb/radio_models.h"
 #include "services/hex_text.h"
 #include "services/messages.h"
@@ -15,6 +16,7 @@ using conversion::ItemDifference;
 using services::NLSFmt;
 using services::NLSText;
 using services::Session;
+using services::Table;
 using services::Text;
 
 std::string Item(const ItemDifference& difference) {
@@ -80,6 +82,10 @@ Text FactName(const FactDifference& difference) {
   return {NLSText("Other lines of network %0:s"), {std::to_string(difference.network)}};
 }
 
+std::string ModelOfTier(const Session& session, const std::string& tier) {
+  return radiodb::AppGetRadioModel(session, std::stoi(tier));
+}
+
 // The value of a fact in words.
 Text FactValue(const Session& session, FileFact fact, const std::string& value) {
   if (fact == FileFact::kContents) {
@@ -88,9 +94,7 @@ Text FactValue(const Session& session, FileFact fact, const std::string& value) 
   if (fact == FileFact::kType && !value.empty()) {
     return {value == "trunked" ? NLSText("Trunked") : NLSText("Conventional")};
   }
-  return {
-      "%0:s",
-      {fact == FileFact::kModel ? radiodb::AppGetRadioModel(session, std::stoi(value)) : value}};
+  return {"%0:s", {fact == FileFact::kModel ? ModelOfTier(session, value) : value}};
 }
 
 std::vector<std::string> Headings(const Session& session) {
@@ -99,12 +103,12 @@ std::vector<std::string> Headings(const Session& session) {
 }
 
 Json ItemJson(const ItemDifference& difference) {
-  Json json;
-  json.Set("network", difference.network).Set("item", Item(difference));
-  if (difference.record > 0) json.Set("record", difference.record);
-  return json.Set("byte", difference.byte)
-      .Set("before", difference.before)
-      .Set("after", difference.after);
+  Json json = {{"network", difference.network}, {"item", Item(difference)}};
+  if (difference.record > 0) json["record"] = difference.record;
+  json["byte"] = difference.byte;
+  json["before"] = difference.before;
+  json["after"] = difference.after;
+  return json;
 }
 
 }  // namespace
@@ -122,9 +126,13 @@ std::string ChangeText(const Session& session, const std::vector<Change>& change
 }
 
 Json ChangeJson(const std::vector<Change>& changes) {
-  Json json = Json::List();
+  Json json = Json::array();
   for (const Change& change : changes) {
-    json.Add(ItemJson(change.difference).Set("reason", English(ReasonText(change.reason))));
+    json.push_back(ItemJson(change.difference));
+    json.back()["reason"] = JsonWord(change.reason.kind);
+    if (change.reason.to == 0) continue;
+    json.back()["step_from"] = change.reason.from;
+    json.back()["step_to"] = change.reason.to;
   }
   return json;
 }
@@ -149,19 +157,19 @@ std::string DifferenceText(const Session& session,
 }
 
 Json DifferenceJson(const Session& session, const conversion::DataFileDifferences& differences) {
-  Json facts = Json::List();
-  for (const conversion::FactDifference& fact : differences.facts) {
-    const auto value = [&](const std::string& text) {
-      return English(FactValue(session, fact.fact, text));
-    };
-    facts.Add(Json()
-                  .Set("name", English(FactName(fact)))
-                  .Set("before", value(fact.before))
-                  .Set("after", value(fact.after)));
+  const auto value = [&session](const FactDifference& fact, const std::string& text) {
+    return fact.fact == FileFact::kModel ? ModelOfTier(session, text) : text;
+  };
+  Json facts = Json::array();
+  for (const FactDifference& fact : differences.facts) {
+    facts.push_back(Json{{"name", JsonWord(fact.fact)}});
+    if (fact.fact == FileFact::kOtherLines) facts.back()["network"] = fact.network;
+    facts.back()["before"] = value(fact, fact.before);
+    facts.back()["after"] = value(fact, fact.after);
   }
-  Json items = Json::List();
-  for (const ItemDifference& difference : differences.items) items.Add(ItemJson(difference));
-  return Json().Set("facts", std::move(facts)).Set("items", std::move(items));
+  Json items = Json::array();
+  for (const ItemDifference& difference : differences.items) items.push_back(ItemJson(difference));
+  return Json{{"facts", std::move(facts)}, {"items", std::move(items)}};
 }
 
 }  // namespace zep::cli

@@ -5,10 +5,10 @@
 #include <vector>
 
 #include "cli/json.h"
-#include "cli/text_layout.h"
 #include "conversion/data_file_differences.h"
 #include "conversion/item_differences.h"
 #include "services/session.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 

@@ -1,14 +1,17 @@
 #include "cli/firmware_jobs.h"
 
 #include "cli/displays.h"
-#include "cli/text_layout.h"
+#include "cli/firmware_words.h"
+#include "cli/json_words.h"
 #include "firmware/transfer_report.h"
 #include "radiodb/read_write_radio.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 
 using services::NLSFmt;
+using services::Table;
 
 services::Outcome FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
   ReadWriteDisplay display(context_);
@@ -32,27 +35,26 @@ firmware::TransferResult FirmwareWindows::TransferFirmware(link::Job& job,
 
 void FirmwareWindows::Report(const link::Link& link) {
   const services::Session& session = context_.session;
-  Table table({NLSFmt(session, "Slot"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
+  Table table({NLSFmt(session, "Port"), NLSFmt(session, "Device"), NLSFmt(session, "Micro"),
                NLSFmt(session, "Flash"), NLSFmt(session, "Result")});
-  Json json = Json::List();
+  Json json = Json::array();
   for (const auto& [port, device, facts] : PortReports(link, result_)) {
-    const std::string_view outcome = OutcomeText(facts.outcome);
-    const std::string flash = FlashText(session, facts);
-    table.AddRow({std::to_string(port), device, std::string(MicroName(facts.micro)), flash,
-                  NLSFmt(session, outcome)});
-    json.Add(Json()
-                 .Set("slot", port)
-                 .Set("device", device)
-                 .Set("micro", MicroName(facts.micro))
-                 .Set("flash", flash)
-                 .Set("result", outcome));
+    table.AddRow({std::to_string(port), device, std::string(MicroName(facts.micro)),
+                  FlashText(session, facts), NLSFmt(session, OutcomeText(facts.outcome))});
+    const bool is_known = facts.flash.Size != firmware::FlashSize::kUnknown;
+    json.push_back(Json{{"port", port},
+                        {"device", device},
+                        {"micro", JsonWord(facts.micro)},
+                        {"flash_device", is_known ? facts.flash.Name : ""},
+                        {"flash_size", JsonWord(facts.flash.Size)},
+                        {"result", JsonWord(facts.outcome)}});
   }
-  context_.json.Set("radios", std::move(json));
+  context_.json["radios"] = std::move(json);
   if (!table.IsEmpty()) context_.Print(table.Text());
   const firmware::TransferStatistics& statistics = result_.statistics;
-  context_.json.Set("bytes", statistics.bytes);
-  context_.json.Set("seconds",
-                    std::chrono::duration<double>(statistics.ended - statistics.began).count());
+  context_.json["bytes"] = statistics.bytes;
+  context_.json["seconds"] =
+      std::chrono::duration<double>(statistics.ended - statistics.began).count();
 }
 
 }  // namespace zep::cli

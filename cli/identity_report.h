@@ -2,13 +2,14 @@
 #pragma once
 
 #include "cli/json.h"
-#include "cli/text_layout.h"
 #include "radiodb/identity_text.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 
 // A row for each field: its name and its value.
-Table IdentityTable(const services::Session& session, const radiodb::RadioIdentity& identity);
+services::Table IdentityTable(const services::Session& session,
+                              const radiodb::RadioIdentity& identity);
 
 Json IdentityJson(const radiodb::RadioIdentity& identity);
 

@@ -1,6 +1,8 @@
 #include "cli/image_report.h"
 
+#include "cli/firmware_words.h"
 #include "cli/identity_report.h"
+#include "cli/json_words.h"
 #include "services/messages.h"
 
 namespace zep::cli {
@@ -9,16 +11,16 @@ using firmware::FirmwareImage;
 
 Json ImageJson(const services::Session& session, const FirmwareImage& image,
                const std::string& name) {
-  Json json;
-  json.Set("file", name);
-  json.Set("size", image.bytes.size());
-  json.Set("valid", image.IsUsable());
-  json.Set("model_code", image.model_code);
-  json.Set("model", image.radio_model == 0 ? "" : ModelName(session, image.model_code));
-  json.Set("type", image.radio_type);
-  json.Set("micro", MicroName(image.micro_type));
-  json.Set("flash", FlashSizeName(image.flash_size));
-  return json;
+  return Json{
+      {"file", name},
+      {"size", image.bytes.size()},
+      {"valid", image.IsUsable()},
+      {"model_code", image.model_code},
+      {"model", image.radio_model == 0 ? "" : ModelName(session, image.model_code)},
+      {"type", RadioTypeWord(image.model_code)},
+      {"micro", JsonWord(image.micro_type)},
+      {"flash_size", JsonWord(image.flash_size)},
+  };
 }
 
 bool IsUsableImage(CommandContext& context, const FirmwareImage& image) {

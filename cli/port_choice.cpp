@@ -21,31 +21,31 @@ using services::NLSFmt;
 using services::NLSMsgBox;
 
 struct PortOption {
-  int slot = 0;  // 0: the next free one
+  int port = 0;  // 0: the next free one, -1: no port
   std::string device;
 };
 
 PortOption ParsePort(const std::string& value) {
   const std::size_t equals = value.find('=');
-  const bool has_slot =
+  const bool has_number =
       equals != std::string::npos && equals > 0 && value.find_first_not_of("0123456789") == equals;
-  if (!has_slot) return {0, value};
-  const int slot = equals == 1 ? value[0] - '0' : link::kPortCount + 1;
-  return {slot >= 1 && slot <= link::kPortCount ? slot : -1, value.substr(equals + 1)};
+  if (!has_number) return {0, value};
+  const int port = equals == 1 ? value[0] - '0' : link::kPortCount + 1;
+  return {port >= 1 && port <= link::kPortCount ? port : -1, value.substr(equals + 1)};
 }
 
 // What is wrong with one value of -p; empty when nothing is.
 std::string PortProblem(const services::Session& session, const PortOption& option,
-                        const std::string& value, const SlotDevices& devices) {
-  if (option.device.empty() || option.slot < 0) {
+                        const std::string& value, const PortDevices& devices) {
+  if (option.device.empty() || option.port < 0) {
     return NLSFmt(session,
-                  "%0:s names no port. Please give a device, as in \"-p /dev/ttyUSB0\", or a slot "
-                  "from 1 to 4 and a device, as in \"-p 2=/dev/ttyUSB0\".",
+                  "%0:s names no port. Please give a device, as in \"-p /dev/ttyUSB0\", or the "
+                  "number of a port from 1 to 4 and a device, as in \"-p 2=/dev/ttyUSB0\".",
                   {value});
   }
-  if (option.slot > 0 && !devices[Link::Index(option.slot)].empty()) {
-    return NLSFmt(session, "Slot %0:s is named twice. Please name each slot once.",
-                  {std::to_string(option.slot)});
+  if (option.port > 0 && !devices[Link::Index(option.port)].empty()) {
+    return NLSFmt(session, "Port %0:s is named twice. Please name each port once.",
+                  {std::to_string(option.port)});
   }
   if (std::find(devices.begin(), devices.end(), option.device) != devices.end() &&
       !simulator::IsSimulatedDevice(option.device)) {
@@ -76,25 +76,25 @@ std::string Choices(link::Job& job) {
 }  // namespace
 
 std::string ParsePorts(const services::Session& session, const std::vector<std::string>& values,
-                       SlotDevices& devices) {
+                       PortDevices& devices) {
   if (values.size() > devices.size())
-    return NLSFmt(session, "There are four slots. Please name four ports at most.");
-  // Those with a slot of their own come first.
+    return NLSFmt(session, "There are four ports. Please name four at most.");
+  // Those with a number of their own come first.
   for (const bool takes_next_free : {false, true}) {
     for (const std::string& value : values) {
       const PortOption option = ParsePort(value);
-      if ((option.slot == 0) != takes_next_free) continue;
+      if ((option.port == 0) != takes_next_free) continue;
       if (std::string problem = PortProblem(session, option, value, devices); !problem.empty())
         return problem;
-      auto slot = takes_next_free ? std::find(devices.begin(), devices.end(), std::string())
-                                  : devices.begin() + option.slot - 1;
-      *slot = option.device;
+      auto port = takes_next_free ? std::find(devices.begin(), devices.end(), std::string())
+                                  : devices.begin() + option.port - 1;
+      *port = option.device;
     }
   }
   return {};
 }
 
-bool ActivateNamedPorts(Link& link, const SlotDevices& devices) {
+bool ActivateNamedPorts(Link& link, const PortDevices& devices) {
   for (const int port : kAllPorts) {
     const bool named = !devices[Link::Index(port)].empty();
     link.State(port) = named ? PortState::kActive : PortState::kNotAvailable;

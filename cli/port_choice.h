@@ -12,17 +12,17 @@ namespace zep::cli {
 
 class TerminalUser;
 
-// Devices by slot; empty: none.
-using SlotDevices = std::array<std::string, link::kPortCount>;
+// Devices by port; empty: none.
+using PortDevices = std::array<std::string, link::kPortCount>;
 
-// Fills in what the values of -p say: "N=DEVICE" goes into slot N, "DEVICE" into the next free one.
+// Fills in what the values of -p say: "N=DEVICE" is port N, "DEVICE" the next free one.
 // Returns what is wrong with them, translated; empty when nothing is.
 std::string ParsePorts(const services::Session& session, const std::vector<std::string>& values,
-                       SlotDevices& devices);
+                       PortDevices& devices);
 
 // Makes the named ports Active and leaves all others alone. False when one of them cannot be
 // opened; the user has been told why and what to do.
-bool ActivateNamedPorts(link::Link& link, const SlotDevices& devices);
+bool ActivateNamedPorts(link::Link& link, const PortDevices& devices);
 
 // Tells why ports that the settings choose cannot be opened. False when none is Active: the user
 // has been told how to name one.

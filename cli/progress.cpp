@@ -3,14 +3,17 @@
 #include <algorithm>
 #include <utility>
 
-#include "cli/text_layout.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 namespace {
 
 using platform::Duration;
+using services::CutTo;
+using services::DisplayWidth;
 using services::NLSFmt;
+using services::PadTo;
 
 constexpr Duration kBetweenDrawings = std::chrono::milliseconds(100);
 constexpr Duration kBetweenPlainLines = std::chrono::seconds(1);

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "cli/progress.h"
-#include "cli/text_layout.h"
 #include "services/messages.h"
 #include "services/resource_ids.h"
+#include "services/text_layout.h"
 
 namespace zep::cli {
 namespace {
@@ -17,6 +17,7 @@ using services::Answer;
 using services::Buttons;
 using services::MessageRequest;
 using services::NLSFmt;
+using services::Wrap;
 
 Answer Yes(Buttons buttons) { return buttons == Buttons::kYesNo ? Answer::kYes : Answer::kOk; }
 Answer No(Buttons buttons) { return buttons == Buttons::kYesNo ? Answer::kNo : Answer::kCancel; }

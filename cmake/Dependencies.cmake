@@ -1,3 +1,20 @@
+# What UTF-8 text is made of and how wide it is: utf8proc. For Windows there is no package of it, so that a cross-build
+# compiles the two files of the distribution's source package, which scripts/setup.sh fetches.
+if(CMAKE_CROSSCOMPILING)
+  set(ZEP_UTF8PROC_SOURCE ${CMAKE_SOURCE_DIR}/build/sources/utf8proc CACHE PATH "utf8proc's source package, unpacked")
+  if(NOT EXISTS ${ZEP_UTF8PROC_SOURCE}/utf8proc.c)
+    message(FATAL_ERROR "${ZEP_UTF8PROC_SOURCE}/utf8proc.c is missing: run ./test, or unpack \"apt-get source utf8proc\" there")
+  endif()
+  enable_language(C)
+  add_library(zep_utf8proc STATIC ${ZEP_UTF8PROC_SOURCE}/utf8proc.c)
+  target_include_directories(zep_utf8proc SYSTEM PUBLIC ${ZEP_UTF8PROC_SOURCE})
+  target_compile_definitions(zep_utf8proc PUBLIC UTF8PROC_STATIC)
+else()
+  find_package(PkgConfig REQUIRED)
+  pkg_check_modules(utf8proc REQUIRED IMPORTED_TARGET GLOBAL libutf8proc)
+  add_library(zep_utf8proc ALIAS PkgConfig::utf8proc)
+endif()
+
 # The header-only libraries we use: Asio (standalone), CLI11, nlohmann-json and expected (std::expected for C++20), as Debian ships them.
 # A cross-build must not see the rest of the host's include folder, so their folders are linked into one of our own.
 add_library(zep_headers INTERFACE)

@@ -11,13 +11,13 @@ _zepctl_files() {  # extensions, as in "ops|omn"
 }
 
 _zepctl_devices() {
-  local slot=""
-  [[ $cur == [1-4]=* ]] && slot=${cur%%=*}= cur=${cur#*=}
+  local number=""
+  [[ $cur == [1-4]=* ]] && number=${cur%%=*}= cur=${cur#*=}
   local devices
   devices=$(compgen -G '/dev/ttyUSB*'; compgen -G '/dev/ttyACM*'; compgen -G '/dev/serial/by-id/*'
             compgen -G '/dev/ttyS[0-9]'
             echo sim:conventional sim:trunked sim:conventional2 sim:model31 sim:torvik)
-  mapfile -t COMPREPLY < <(compgen -P "$slot" -W "$devices" -- "$cur")
+  mapfile -t COMPREPLY < <(compgen -P "$number" -W "$devices" -- "$cur")
 }
 
 # Sets command to the words of the command that were typed already, as "firmware write".
@@ -69,7 +69,7 @@ _zepctl() {
           "convert calibration") own="--from --to --dry-run" ;;
         esac
         _zepctl_words "$own -p --port --yes --no --json --quiet --trace --application-folder
-          --string-table --language --inhouse --help --version"
+          --string-table --language --inhouse -h --help --version"
         return
       fi
       case $command in

@@ -134,6 +134,7 @@ bool IsSameFile(const std::string& a, const std::string& b) {
 bool IsTaken(const std::string& path) { return FileExists(path) || IsFolder(path); }
 
 std::string AbsolutePath(const std::string& path) {
+  if (path.empty()) return {};
   std::error_code code;
   const fs::path whole = fs::absolute(NativePath(path), code).lexically_normal();
   return code ? path : Utf8Path(whole);

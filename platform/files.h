@@ -27,7 +27,8 @@ bool IsSameFile(const std::string& a, const std::string& b);
 // Whether a file or a folder has this name.
 bool IsTaken(const std::string& path);
 
-// The path from the root, which stays right when the working folder changes.
+// The path from the root, which stays right when the working folder changes; empty for an empty
+// one.
 std::string AbsolutePath(const std::string& path);
 
 // Bytes in an ordinary file; nothing when it is missing or something else.

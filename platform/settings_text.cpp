@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cstdint>
 
+#include "platform/utf8_text.h"
+
 namespace zep::platform {
 namespace {
 
@@ -18,19 +20,6 @@ std::string_view Trimmed(std::string_view text) {
   return text.substr(begin, text.find_last_not_of(kBlanks) - begin + 1);
 }
 
-// How many bytes of valid UTF-8 text starts with as one character; 0 when it is none. Overlong
-// forms pass.
-std::size_t CharacterLength(std::string_view text) {
-  const auto first = static_cast<unsigned char>(text.front());
-  if (first < 0x80) return 1;
-  const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : first >= 0xC0 ? 2 : 0;
-  if (length == 0 || first > 0xF7 || length > text.size()) return 0;
-  const bool continued = std::ranges::all_of(text.substr(1, length - 1), [](char letter) {
-    return (static_cast<unsigned char>(letter) & 0xC0) == 0x80;
-  });
-  return continued ? length : 0;
-}
-
 std::string HexEscape(char letter) {
   constexpr std::string_view digits = "0123456789ABCDEF";
   const auto byte = static_cast<unsigned char>(letter);
@@ -41,16 +30,16 @@ std::string Escaped(std::string_view value) {
   std::string text;
   for (std::size_t at = 0; at < value.size();) {
     const char letter = value[at];
-    const std::size_t length = CharacterLength(value.substr(at));
+    const Utf8Character character = FirstCharacter(value.substr(at));
     const bool outer_blank = letter == ' ' && (at == 0 || at + 1 == value.size());
     if (letter == '\\') {
       text += "\\\\";
-    } else if (length == 0 || IsControl(letter) || outer_blank) {
+    } else if (!character.is_valid || IsControl(letter) || outer_blank) {
       text += HexEscape(letter);
     } else {
-      text += value.substr(at, length);
+      text += value.substr(at, character.bytes);
     }
-    at += std::max<std::size_t>(length, 1);
+    at += character.bytes;
   }
   return text;
 }

@@ -34,8 +34,29 @@ need() {
   as_root env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" > /dev/null
 }
 
+# need_source PACKAGE: unpacks a source package of the distribution into build/sources/PACKAGE unless it is there. apt looks for
+# it where the binary packages come from, with lists of its own, so that the system's stay as they are.
+need_source() {
+  local package=$1 folder=build/sources/$1 own list
+  [ ! -d "$folder" ] || return 0
+  command -v apt-get > /dev/null || fail "Please unpack the sources of $package into $folder (no apt-get on this system)"
+  step "Fetching the sources of $package"
+  own=$(mktemp -d)
+  mkdir -p "$own"/{sources,lists/partial,cache/archives/partial,unpacked} build/sources
+  for list in /etc/apt/sources.list /etc/apt/sources.list.d/debian.list /etc/apt/sources.list.d/*.sources; do
+    [ ! -f "$list" ] || sed -E 's/^deb /deb-src /; s/^Types:.*/Types: deb-src/' "$list" > "$own/sources/$(basename "$list")"
+  done
+  local apt=(apt-get -qq -o Dir::Etc::SourceList=/dev/null -o Dir::Etc::SourceParts="$own/sources"
+             -o Dir::State::Lists="$own/lists" -o Dir::Cache="$own/cache" -o APT::Sandbox::User=root)
+  quietly "${apt[@]}" update
+  (cd "$own/unpacked" && "${apt[@]}" source --download-only "$package" > /dev/null)
+  tar -xf "$own/unpacked/$package"_*.orig.tar.* -C "$own/unpacked"
+  mv "$own/unpacked/$package"-*/ "$folder"
+  rm -rf "$own"
+}
+
 build_packages=(g++ cmake ninja-build ccache libasio-dev libcli11-dev nlohmann-json3-dev libexpected-dev
-                pkg-config libwxgtk3.2-dev libgtk-3-dev wx3.2-i18n)
+                libutf8proc-dev pkg-config libwxgtk3.2-dev libgtk-3-dev wx3.2-i18n)
 
 # build PRESET [TARGET...]: configures when needed, then builds.
 build() {

@@ -1,15 +1,14 @@
 #include "services/messages.h"
 
-#include <algorithm>
-
 #include "platform/files.h"
 #include "services/fill_in.h"
 #include "services/resource_ids.h"
+#include "services/text_layout.h"
 
 namespace zep::services {
 namespace {
 
-constexpr std::size_t kNarrowestMessage = 85;
+constexpr int kNarrowestMessage = 85;  // characters
 
 std::string ErrorText(const Session& session, const platform::SystemError& error,
                       std::string_view procedure, int port) {
@@ -89,12 +88,8 @@ bool AskToCancel(Session& session) {
 }
 
 std::string PadMessage(std::string text) {
-  const auto is_first_byte = [](char byte) {
-    return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
-  };
-  const auto length =
-      static_cast<std::size_t>(std::count_if(text.begin(), text.end(), is_first_byte));
-  if (length < kNarrowestMessage) text.append(kNarrowestMessage - length, ' ');
+  const int missing = kNarrowestMessage - CountCharacters(text);
+  if (missing > 0) text.append(static_cast<std::size_t>(missing), ' ');
   return text;
 }
 

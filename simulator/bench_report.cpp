@@ -1,12 +1,12 @@
 #include "simulator/bench_report.h"
 
-#include <algorithm>
+#include <utility>
 #include <vector>
 
 #include "platform/files.h"
+#include "services/text_layout.h"
 
 namespace zep::simulator {
-
 namespace {
 
 using Cells = std::vector<std::string>;
@@ -40,36 +40,21 @@ Cells RowOf(const BenchPlace& place, std::size_t number) {
           std::to_string(counts.errors_replied)};
 }
 
-// Columns as wide as their widest cell, with two blanks between.
-std::string Table(const std::vector<Cells>& rows) {
-  std::vector<std::size_t> widths(rows.front().size());
-  for (const Cells& row : rows) {
-    for (std::size_t at = 0; at < row.size(); ++at)
-      widths[at] = std::max(widths[at], row[at].size());
-  }
-  std::string text;
-  for (const Cells& row : rows) {
-    std::string line;
-    for (std::size_t at = 0; at < row.size(); ++at) {
-      line += row[at] + std::string(widths[at] + 2 - row[at].size(), ' ');
-    }
-    text += line.substr(0, line.find_last_not_of(' ') + 1) + "\n";
-  }
-  return text;
-}
-
 }  // namespace
 
 std::string BenchReport(const RadioBench& bench, std::span<const std::uint8_t> image) {
-  std::vector<Cells> rows = {{"radio", "model", "versions", "bytes in", "bytes out", "items read",
-                              "records written", "blocks written", "blocks read", "restarts",
-                              "errors"}};
-  if (!image.empty()) rows.front().push_back("flash");
+  Cells headings = {"radio",       "model",      "versions",        "bytes in",
+                    "bytes out",   "items read", "records written", "blocks written",
+                    "blocks read", "restarts",   "errors"};
+  if (!image.empty()) headings.emplace_back("flash");
+  services::Table table(std::move(headings));
+  std::size_t number = 0;
   for (const auto& place : bench.Places()) {
-    rows.push_back(RowOf(*place, rows.size()));
-    if (!image.empty()) rows.back().push_back(FlashState(place->Radio(), image));
+    Cells row = RowOf(*place, ++number);
+    if (!image.empty()) row.push_back(FlashState(place->Radio(), image));
+    table.AddRow(std::move(row));
   }
-  return Table(rows);
+  return table.Text();
 }
 
 platform::SystemError SaveFlash(const RadioBench& bench, const std::string& folder) {

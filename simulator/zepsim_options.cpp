@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 
+#include "services/text_layout.h"
 #include "simulator/radio_text.h"
 
 namespace zep::simulator {
@@ -27,23 +28,17 @@ constexpr const char* kExamples =
     "  zepsim --samples data                      loaders, images and data files to try things "
     "with\n";
 
-std::string Padded(std::string_view text, std::size_t width) {
-  std::string padded(text);
-  padded.resize(std::max(width, text.size()), ' ');
-  return padded;
-}
-
 // What may stand on the command line as RADIO, for the end of the help.
 std::string RadioHelp() {
   std::string text = "RADIO is NAME[,OPTION]... with the names\n";
   for (const KnownRadio& radio : KnownRadios()) {
-    text += "  " + Padded(radio.name, 20) + std::string(radio.description) + "\n";
+    text += "  " + services::PadTo(radio.name, 20) + std::string(radio.description) + "\n";
   }
   text += "and the options, applied from left to right,\n";
   for (const RadioOptionHelp& option : RadioOptions()) {
     const std::string form =
         std::string(option.name) + (option.value.empty() ? "" : "=") + std::string(option.value);
-    text += "  " + Padded(form, 20) + std::string(option.meaning) + "\n";
+    text += "  " + services::PadTo(form, 20) + std::string(option.meaning) + "\n";
   }
   text +=
       "A FAULT is KIND@STEP[:N[+]][=VALUE]: it happens the N-th time that the step is reached, "

@@ -198,5 +198,11 @@ TEST_F(Files, FoldersAreMadeAndFilesRenamedAndRemoved) {
   EXPECT_EQ(RemoveFile(in_ + "a").number, 21) << "folders are left alone, empty ones too";
 }
 
+TEST_F(Files, AnAbsolutePathIsPlainAndNothingStaysNothing) {
+  EXPECT_EQ(AbsolutePath("a/../b"), std::filesystem::current_path().string() + "/b");
+  EXPECT_EQ(AbsolutePath("/x/./y"), "/x/y");
+  EXPECT_EQ(AbsolutePath(""), "");
+}
+
 }  // namespace
 }  // namespace zep::platform

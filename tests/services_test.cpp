@@ -7,6 +7,7 @@
 
 #include "services/foundation.h"
 #include "services/messages.h"
+#include "services/text_layout.h"
 #include "tests/testing.h"
 
 namespace zep::services {
@@ -201,6 +202,28 @@ TEST(Messages, ErrorsOfPortsHaveTextsOfTheirOwnAndAllBringTheirAdvice) {
   EXPECT_EQ(test.folder.Read("application.log"),
             "Error: 2026-11-21 07:05:33  8005 busy[GetAnyByte] /dev/x\n"
             "Error: 2026-11-21 07:05:33  2 No such file[SendBootStrap1ToAllComms] bs.tsk\n");
+}
+
+TEST(TextLayout, CountsCharactersAndColumnsWhateverTheLanguage) {
+  struct Row {
+    std::string text;
+    int characters;
+    int columns;
+  };
+  for (const auto& [text, characters, columns] : std::vector<Row>{
+           {"\u00E9\u7535\u53F0\u3002", 4, 7},
+           {"e\u0301t", 3, 2},  // an accent of its own
+           {"\u2026 \u00AB", 3, 3},
+           {"\xFF\xE7\x94z", 4, 4},  // no UTF-8: a byte each
+       }) {
+    SCOPED_TRACE(text);
+    EXPECT_EQ(CountCharacters(text), characters);
+    EXPECT_EQ(DisplayWidth(text), columns);
+    EXPECT_EQ(PadTo(text, columns + 1), text + " ");
+    EXPECT_EQ(DisplayWidth(PadMessage(text)), 85 + columns - characters);
+  }
+  EXPECT_EQ(CutTo("\u7535\u53F0\u7535\u53F0", 6), "\u7535...");
+  EXPECT_EQ(Wrap("\u7535\u53F0 \u7535\u53F0", 8, 1), "\u7535\u53F0\n \u7535\u53F0");
 }
 
 TEST(Log, KeepsOneLineForEachCall) {

@@ -67,7 +67,7 @@ TEST(ZepctlFirmware, WritesIntoEveryRadioAndTellsEachOutcome) {
                   {"-p", "sim:conventional", "-p", "3=" + kPaced, "firmware", "write", image, way}),
               0);
     EXPECT_EQ(zepctl.Out(),
-              "Slot  Device                  Micro  Flash             Result\n"
+              "Port  Device                  Micro  Flash             Result\n"
               "1     sim:conventional        E1     SST29EE020 2MBit  done\n"
               "3     sim:conventional,paced  E1     SST29EE020 2MBit  done\n");
     const simulator::Bytes bytes = BytesOf(zepctl.folder, "model51-e1-1mbit.bin");

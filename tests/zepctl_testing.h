@@ -7,11 +7,14 @@
 //   EXPECT_EQ(zepctl.Out(), "...");
 #pragma once
 
+#include <cctype>
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -20,6 +23,7 @@
 
 #include "cli/zepctl.h"
 #include "programs/this_computer.h"
+#include "simulator/radio_text.h"
 #include "simulator/samples.h"
 #include "simulator/simulated_port.h"
 #include "tests/lent_port.h"
@@ -134,6 +138,34 @@ class Zepctl {
 
   std::map<std::string, std::unique_ptr<simulator::SimulatedPort>> ports_;
   std::string to_radios_;
+};
+
+// The same with factory data of the radio, default settings and an image in its folder, which is
+// "F/" in words on a line.
+struct ZepctlBench : Zepctl {
+  static constexpr const char* kRadio = "sim:torvik,unpaced";
+
+  ZepctlBench() {
+    simulator::RadioProfile profile = *simulator::ParseRadio(kRadio).value;
+    folder.Write("old.ops", simulator::DataFileText(profile));
+    folder.Write("old.ocs", simulator::CalibrationFileText(profile));
+    for (const std::string name : {"old.ops", "old.ocs"}) {
+      std::string text = *folder.Read(name);
+      for (char& character : text) character = static_cast<char>(std::tolower(character));
+      folder.Write("lower-" + name, text);
+    }
+    profile.serial_number = 0;
+    folder.Write("default.ops", simulator::DataFileText(profile));
+    std::filesystem::rename(WriteImage("PP11PhaseI.bin"), folder.Path("my.bin"));
+  }
+  std::vector<std::string> Words(const std::string& line) const {
+    std::vector<std::string> arguments;
+    std::istringstream words(line);
+    for (std::string word; words >> word;)
+      arguments.push_back(word.starts_with("F/") ? folder.Path(word.substr(2)) : word);
+    return arguments;
+  }
+  int RunLine(const std::string& line) { return Run(Words(line)); }
 };
 
 }  // namespace zep::testing

@@ -1,13 +1,11 @@
 // zepctl's upgrade, conversions and comparison of files.
 #include <csignal>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "simulator/radio_text.h"
 #include "tests/upgrade_testing.h"
 #include "tests/zepctl_testing.h"
 
@@ -15,35 +13,9 @@ namespace zep::cli {
 namespace {
 
 using ::testing::HasSubstr;
-using testing::Zepctl;
+using Bench = testing::ZepctlBench;
 
-const std::string kRadio = "sim:torvik,unpaced";
-
-// zepctl with factory data of the radio and default settings in its folder, which is "F/" in words
-// on a line.
-struct Bench : Zepctl {
-  Bench() {
-    simulator::RadioProfile profile = *simulator::ParseRadio(kRadio).value;
-    folder.Write("old.ops", simulator::DataFileText(profile));
-    folder.Write("old.ocs", simulator::CalibrationFileText(profile));
-    for (const std::string name : {"old.ops", "old.ocs"}) {
-      std::string text = *folder.Read(name);
-      for (char& character : text) character = static_cast<char>(std::tolower(character));
-      folder.Write("lower-" + name, text);
-    }
-    profile.serial_number = 0;
-    folder.Write("default.ops", simulator::DataFileText(profile));
-    std::filesystem::rename(WriteImage("PP11PhaseI.bin"), folder.Path("my.bin"));
-  }
-  std::vector<std::string> Words(const std::string& line) const {
-    std::vector<std::string> arguments;
-    std::istringstream words(line);
-    for (std::string word; words >> word;)
-      arguments.push_back(word.starts_with("F/") ? folder.Path(word.substr(2)) : word);
-    return arguments;
-  }
-  int RunLine(const std::string& line) { return Run(Words(line)); }
-};
+const std::string kRadio = Bench::kRadio;
 
 TEST(ZepctlUpgrade, GivesARadioNewFirmwareAndItsData) {
   Bench bench;

@@ -90,7 +90,7 @@ platform::SystemError WriteNote(const SavedData& saved) {
   std::string text;
   for (const std::string& path : {saved.data_file, saved.calibration_file, saved.converted_file,
                                   saved.converted_calibration}) {
-    text += (path.empty() ? path : platform::AbsolutePath(path)) + "\n";
+    text += platform::AbsolutePath(path) + "\n";
   }
   return platform::WriteWholeFile(saved.note, text);
 }

@@ -5,9 +5,10 @@
 #include <string_view>
 #include <vector>
 
-namespace zep::cli {
+namespace zep::services {
 
-// Columns that UTF-8 text takes on a terminal: most characters one, Chinese ones two.
+// Characters of UTF-8 text, and the columns that they take on a terminal.
+int CountCharacters(std::string_view text);
 int DisplayWidth(std::string_view text);
 
 // The text followed by blanks, so that it is at least that many columns wide.
@@ -41,4 +42,4 @@ class Table {
   std::vector<std::vector<std::string>> rows_;
 };
 
-}  // namespace zep::cli
+}  // namespace zep::services

@@ -1,44 +1,18 @@
-#include "cli/text_layout.h"
+#include "services/text_layout.h"
 
 #include <algorithm>
 #include <utility>
 
-namespace zep::cli {
+#include "platform/utf8_text.h"
+
+namespace zep::services {
 namespace {
+
+using platform::FirstCharacter;
+using platform::Utf8Character;
 
 constexpr int kGap = 2;
 constexpr std::string_view kDots = "...";
-
-struct Character {
-  std::size_t bytes = 1;
-  int columns = 1;
-};
-
-// The first character of a text that is not empty. A byte that starts no character counts as one.
-Character First(std::string_view text) {
-  const auto lead = static_cast<unsigned char>(text.front());
-  std::size_t bytes = 1;
-  char32_t code = lead;
-  if (lead >= 0xF0) {
-    bytes = 4;
-    code = lead & 0x07U;
-  } else if (lead >= 0xE0) {
-    bytes = 3;
-    code = lead & 0x0FU;
-  } else if (lead >= 0xC0) {
-    bytes = 2;
-    code = lead & 0x1FU;
-  }
-  bytes = std::min(bytes, text.size());
-  for (std::size_t at = 1; at < bytes; ++at) {
-    code = (code << 6U) | (static_cast<unsigned char>(text[at]) & 0x3FU);
-  }
-  // Chinese characters, their punctuation and the full-width forms.
-  const bool is_wide = (code >= 0x2E80 && code <= 0xA4CF) || (code >= 0xAC00 && code <= 0xD7A3) ||
-                       (code >= 0xF900 && code <= 0xFAFF) || (code >= 0xFE30 && code <= 0xFE6F) ||
-                       (code >= 0xFF00 && code <= 0xFF60) || (code >= 0x20000 && code <= 0x3FFFD);
-  return {bytes, is_wide ? 2 : 1};
-}
 
 std::string Blanks(int count) {
   return std::string(static_cast<std::size_t>(std::max(count, 0)), ' ');
@@ -48,7 +22,7 @@ std::string Blanks(int count) {
 std::string_view Fitting(std::string_view text, int width) {
   std::size_t at = 0;
   while (at < text.size()) {
-    const Character next = First(text.substr(at));
+    const Utf8Character next = FirstCharacter(text.substr(at));
     width -= next.columns;
     if (width < 0) break;
     at += next.bytes;
@@ -79,10 +53,16 @@ std::string WrapParagraph(std::string_view text, int width, int indent) {
 
 }  // namespace
 
+int CountCharacters(std::string_view text) {
+  int count = 0;
+  for (; !text.empty(); text.remove_prefix(FirstCharacter(text).bytes)) ++count;
+  return count;
+}
+
 int DisplayWidth(std::string_view text) {
   int width = 0;
   while (!text.empty()) {
-    const Character next = First(text);
+    const Utf8Character next = FirstCharacter(text);
     width += next.columns;
     text.remove_prefix(next.bytes);
   }
@@ -144,4 +124,4 @@ std::string Table::Text() const {
   return text;
 }
 
-}  // namespace zep::cli
+}  // namespace zep::services
