@@ -152,10 +152,8 @@ ExitStatus CommandContext::UsageError(const std::string& text) {
   return ExitStatus::kUsage;
 }
 
-ExitStatus CommandContext::WorkStatus(bool done) const {
-  if (user.WasInterrupted()) return ExitStatus::kCancelled;
-  if (session.failure != services::Failure::kNone) return StatusOf(session.failure);
-  return done ? ExitStatus::kDone : ExitStatus::kRefused;
+ExitStatus CommandContext::WorkStatus(services::Failure why) const {
+  return user.WasInterrupted() ? ExitStatus::kCancelled : StatusOf(why);
 }
 
 void CommandContext::Finish(ExitStatus status) {

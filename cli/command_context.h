@@ -69,8 +69,8 @@ class CommandContext {
 
   // Says that the command was not given as it should be.
   ExitStatus UsageError(const std::string& text);
-  // How work ended in which no job with radios ran. done: all that it should do is done.
-  ExitStatus WorkStatus(bool done) const;
+  // How work ends that failed without a job with radios: as the cause tells, or interrupted.
+  ExitStatus WorkStatus(services::Failure why) const;
 
   // What is left to be said at the end: the object of --json, settings that could not be stored.
   void Finish(ExitStatus status);

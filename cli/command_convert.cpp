@@ -11,6 +11,7 @@
 namespace zep::cli {
 namespace {
 
+using services::Failure;
 using services::NLSFmt;
 using services::NLSText;
 
@@ -55,12 +56,13 @@ std::optional<Versions> TypedVersions(CommandContext& context, const ConvertOpti
 }
 
 // For a text that names the file.
-bool RefuseName(CommandContext& context, std::string_view text, const std::string& file,
-                services::Failure why = services::Failure::kRefused) {
-  return Refuse(context.session, NLSFmt(context.session, text, {file}), why);
+Failure RefuseName(CommandContext& context, std::string_view text, const std::string& file,
+                   Failure why = Failure::kRefused) {
+  return TellRefusal(context.session, NLSFmt(context.session, text, {file}), why);
 }
 
-bool MayWrite(CommandContext& context, const ConvertOptions& options) {
+// Why OUT is not to be written; kNone when it may be.
+Failure HindranceToWrite(CommandContext& context, const ConvertOptions& options) {
   if (platform::IsSameFile(options.saved_file, options.converted_file)) {
     return RefuseName(context,
                       NLSText("%0:s is the file to convert and stays as it is. Please give the new "
@@ -79,17 +81,19 @@ bool MayWrite(CommandContext& context, const ConvertOptions& options) {
   if (!options.dry_run && !platform::IsFolder(folder)) {
     return RefuseName(
         context, NLSText("There is no folder %0:s. Please make the folder, or choose another one."),
-        folder, services::Failure::kFile);
+        folder, Failure::kFile);
   }
-  return options.dry_run || services::MayWriteFile(context.session, options.converted_file);
+  const bool may_write =
+      options.dry_run || services::MayWriteFile(context.session, options.converted_file);
+  return may_write ? Failure::kNone : Failure::kRefused;
 }
 
 // Writes OUT, of which a copy stays when it held something else.
-bool WriteFile(CommandContext& context, const ConvertOptions& options,
-               const radiodb::DataFile& file, std::string_view procedure) {
-  if (options.dry_run) return true;
+Failure WriteFile(CommandContext& context, const ConvertOptions& options,
+                  const radiodb::DataFile& file, std::string_view procedure) {
+  if (options.dry_run) return Failure::kNone;
   const auto former = WriteDataFile(file, procedure);
-  return former.has_value() || Refuse(context.session, former.error());
+  return former ? Failure::kNone : TellRefusal(context.session, former.error());
 }
 
 ExitStatus Finish(CommandContext& context, const ConvertOptions& options, const Versions& versions,
@@ -153,27 +157,28 @@ bool MayGoBack(services::Session& session, const Versions& versions) {
 
 ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& options) {
   services::Session& session = context.session;
-  const std::optional<radiodb::DataFile> file =
+  const upgrade::Expected<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
-  if (!file) return context.WorkStatus(false);
+  if (!file) return context.WorkStatus(file.error());
   const std::optional<radiodb::FileIdentity>& identity = file->Identity();
   if (identity && identity->is_calibration) {
-    RefuseName(context,
-               NLSText("The file %0:s holds calibration data. Please convert it with "
-                       "\"convert calibration\"."),
-               options.saved_file);
-    return context.WorkStatus(false);
+    return context.WorkStatus(
+        RefuseName(context,
+                   NLSText("The file %0:s holds calibration data. Please convert it with "
+                           "\"convert calibration\"."),
+                   options.saved_file));
   }
   const std::optional<Versions> versions = TypedVersions(
       context, options, identity ? radiodb::VersionNumber(identity->database_version) : 0);
   if (!versions) return ExitStatus::kUsage;
   if (identity && !IsOfVersion(session, options, *identity, versions->from))
-    return ExitStatus::kRefused;
-  if (!MayGoBack(session, *versions) || !MayWrite(context, options))
-    return context.WorkStatus(false);
+    return context.WorkStatus(Failure::kRefused);
+  if (!MayGoBack(session, *versions)) return context.WorkStatus(Failure::kRefused);
+  if (const Failure why = HindranceToWrite(context, options); why != Failure::kNone)
+    return context.WorkStatus(why);
 
   upgrade::UpgradeLog log(session, options.dry_run ? "" : upgrade::UpgradeLogFile(session));
-  const tl::expected<upgrade::ConvertedPersonality, services::Failure> converted =
+  const upgrade::Expected<upgrade::ConvertedPersonality> converted =
       ConvertPersonalityData(session, log,
                              {.old_version = FourDigits(versions->from),
                               .new_version = FourDigits(versions->to),
@@ -181,10 +186,11 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
                               .converted_file = platform::AbsolutePath(options.converted_file),
                               .default_file = platform::AbsolutePath(options.default_file),
                               .collect_changes = options.dry_run});
-  if (!converted) return context.WorkStatus(false);
-  if (!WriteFile(context, options, converted->file, "WriteDatabase")) {
+  if (!converted) return context.WorkStatus(converted.error());
+  if (const Failure why = WriteFile(context, options, converted->file, "WriteDatabase");
+      why != Failure::kNone) {
     log.Log("Could not write " + converted->file.Path());
-    return context.WorkStatus(false);
+    return context.WorkStatus(why);
   }
   ShowRemarks(context, converted->remarks);
   return Finish(context, options, *versions, converted->changes);
@@ -192,31 +198,35 @@ ExitStatus ConvertPersonality(CommandContext& context, const ConvertOptions& opt
 
 ExitStatus ConvertCalibration(CommandContext& context, const ConvertOptions& options) {
   services::Session& session = context.session;
-  const std::optional<radiodb::DataFile> file =
+  const upgrade::Expected<radiodb::DataFile> file =
       upgrade::ReadCheckedDataFile(session, options.saved_file);
-  if (!file) return context.WorkStatus(false);
+  if (!file) return context.WorkStatus(file.error());
   const std::optional<radiodb::FileIdentity>& identity = file->Identity();
   if (identity && !identity->is_calibration) {
-    RefuseName(context,
-               NLSText("The file %0:s holds personality data. Please convert it with "
-                       "\"convert personality\"."),
-               options.saved_file);
-    return context.WorkStatus(false);
+    return context.WorkStatus(
+        RefuseName(context,
+                   NLSText("The file %0:s holds personality data. Please convert it with "
+                           "\"convert personality\"."),
+                   options.saved_file));
   }
   const std::optional<Versions> versions = TypedVersions(
       context, options, conversion::CalibrationVersionOf(conversion::CalibrationDataOf(*file)));
   if (!versions) return ExitStatus::kUsage;
-  if (!MayWrite(context, options)) return context.WorkStatus(false);
+  if (const Failure why = HindranceToWrite(context, options); why != Failure::kNone)
+    return context.WorkStatus(why);
 
-  const std::optional<conversion::CalibrationResult> converted =
+  const upgrade::Expected<conversion::CalibrationResult> converted =
       upgrade::ConvertCalibrationFile(session,
                                       {.old_version = versions->from,
                                        .new_version = versions->to,
                                        .path = platform::AbsolutePath(options.converted_file),
                                        .collect_changes = options.dry_run},
                                       *file);
-  if (!converted || !WriteFile(context, options, converted->file, "ConvertCalibrationFile"))
-    return context.WorkStatus(false);
+  if (!converted) return context.WorkStatus(converted.error());
+  if (const Failure why = WriteFile(context, options, converted->file, "ConvertCalibrationFile");
+      why != Failure::kNone) {
+    return context.WorkStatus(why);
+  }
   return Finish(context, options, *versions, converted->changes);
 }
 

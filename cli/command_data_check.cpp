@@ -25,7 +25,7 @@ std::string Summary(const services::Session& session, const radiodb::DataFile& f
 
 ExitStatus Check(CommandContext& context, const std::string& name) {
   const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
-  if (!file) return context.WorkStatus(Refuse(context.session, file.error()));
+  if (!file) return context.WorkStatus(TellRefusal(context.session, file.error()));
   const std::vector<radiodb::Finding> findings = file->Findings();
   std::string text;
   for (const radiodb::Finding& finding : findings)

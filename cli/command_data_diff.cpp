@@ -15,12 +15,12 @@ struct DiffFiles {
 };
 
 ExitStatus Diff(CommandContext& context, const DiffFiles& files) {
-  const std::optional<radiodb::DataFile> before =
+  const upgrade::Expected<radiodb::DataFile> before =
       upgrade::ReadCheckedDataFile(context.session, files.before);
-  if (!before) return context.WorkStatus(false);
-  const std::optional<radiodb::DataFile> after =
+  if (!before) return context.WorkStatus(before.error());
+  const upgrade::Expected<radiodb::DataFile> after =
       upgrade::ReadCheckedDataFile(context.session, files.after);
-  if (!after) return context.WorkStatus(false);
+  if (!after) return context.WorkStatus(after.error());
   const conversion::DataFileDifferences differences = conversion::CompareDataFiles(*before, *after);
   context.Print(DifferenceText(context.session, differences));
   context.json["differences"] = DifferenceJson(context.session, differences);

@@ -37,7 +37,7 @@ Json ItemsJson(const std::vector<ItemSummary>& items) {
 
 ExitStatus Show(CommandContext& context, const std::string& name) {
   const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
-  if (!file) return context.WorkStatus(Refuse(context.session, file.error()));
+  if (!file) return context.WorkStatus(TellRefusal(context.session, file.error()));
   const std::vector<ItemSummary> items = SummariseItems(*file);
   context.Print(FileIdentityTable(context.session, *file).Text() + "\n" +
                 ItemTable(context.session, items));

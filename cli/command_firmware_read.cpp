@@ -11,7 +11,8 @@ using services::NLSText;
 ExitStatus Read(CommandContext& context, const std::string& name) {
   link::Link* link = context.LinkForOneRadio(link::Transfer::kRead);
   if (link == nullptr) return context.LinkStatus();
-  if (!services::MayWriteFile(context.session, name)) return context.WorkStatus(false);
+  if (!services::MayWriteFile(context.session, name))
+    return context.WorkStatus(services::Failure::kRefused);
   firmware::Firmware firmware;
   radiodb::LastRadio radio;
   FirmwareWindows windows(context, {});

@@ -40,7 +40,7 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
   // Both are better found out before the firmware is replaced.
   if (!options.data_file.empty()) {
     const auto data = radiodb::ReadDataFile(options.data_file);
-    if (!data) return context.WorkStatus(Refuse(context.session, data.error()));
+    if (!data) return context.WorkStatus(TellRefusal(context.session, data.error()));
   }
   if (!options.data_file.empty() && !context.user.CanAnswer()) {
     return context.UsageError(

@@ -12,7 +12,7 @@ using services::NLSText;
 ExitStatus ProgramFile(CommandContext& context, const std::string& name) {
   // A file that cannot be read is no reason to trouble a radio.
   const tl::expected<radiodb::DataFile, services::Problem> file = radiodb::ReadDataFile(name);
-  if (!file) return context.WorkStatus(Refuse(context.session, file.error()));
+  if (!file) return context.WorkStatus(TellRefusal(context.session, file.error()));
 
   link::Link* link = context.LinkForOneRadio(link::Transfer::kProgram);
   if (link == nullptr) return context.LinkStatus();

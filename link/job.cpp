@@ -29,7 +29,6 @@ Job::Job(Link& program_link)
       session(program_link.session),
       CommStates(program_link.CommStates),
       running_(session.jobs, *this) {
-  session.failure = Failure::kNone;
   turn_before_ = std::exchange(session.on_turn, [this] {
     if (turn_before_) turn_before_();
     if (!timSerialTimeOut.IsDue(session)) return;
@@ -71,7 +70,6 @@ void Job::ClearFlags() {
 
 services::Outcome Job::Ended(bool complete) const {
   services::Outcome ended = outcome_;
-  if (ended.Done()) ended.failure = session.failure;
   if (!complete && ended.Done()) ended.failure = Failure::kRefused;
   return ended;
 }
@@ -97,20 +95,13 @@ Job::Step::~Step() {
 }
 
 bool Refuse(Job& job, std::string_view text, Failure why) {
-  NLSMsgBox(job.session, text, {.icon = services::Icon::kCritical});
-  job.KeepCause(why);
-  return false;
-}
-
-bool RefuseFile(Job& job, const platform::SystemError& error, std::string_view procedure) {
-  ReportError(job.session, error, procedure);
-  job.KeepCause(Failure::kFile);
+  job.KeepCause(TellRefusal(job.session, text, why));
   return false;
 }
 
 bool Refuse(Job& job, const services::Problem& problem) {
-  if (problem.error) return RefuseFile(job, problem.error, problem.procedure);
-  return Refuse(job, ProblemText(job.session, problem), problem.why);
+  job.KeepCause(TellRefusal(job.session, problem));
+  return false;
 }
 
 }  // namespace zep::link

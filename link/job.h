@@ -126,11 +126,9 @@ class Job final : public services::RunningJob {
 };
 
 // How a procedure tells that its job does not go on: shows the text (translated already, or a text
-// of the dictionary), keeps the cause when it is the first one, and returns false.
+// of the dictionary), keeps the cause when it is the first one, and returns false. Likewise for a
+// problem that another procedure has met.
 bool Refuse(Job& job, std::string_view text, services::Failure why);
-// Likewise for a file that cannot be read or written, by the error reporter.
-bool RefuseFile(Job& job, const platform::SystemError& error, std::string_view procedure);
-// Likewise for a problem of either kind.
 bool Refuse(Job& job, const services::Problem& problem);
 
 }  // namespace zep::link

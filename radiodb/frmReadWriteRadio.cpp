@@ -121,7 +121,7 @@ void ProgramRadioWithWindow(wxWindow* parent, services::WindowContext& context, 
   // A file that cannot be read is no reason to trouble a radio.
   const tl::expected<DataFile, services::Problem> file = ReadDataFile(*path);
   if (!file) {
-    Refuse(context.session, file.error());
+    TellRefusal(context.session, file.error());
     return;
   }
   std::string done;

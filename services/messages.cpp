@@ -102,21 +102,15 @@ void ReportError(Session& session, const platform::SystemError& error, std::stri
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
 }
 
-bool Refuse(Session& session, std::string_view text, Failure why) {
+Failure TellRefusal(Session& session, std::string_view text, Failure why) {
   NLSMsgBox(session, text, {.icon = Icon::kCritical});
-  session.KeepCause(why);
-  return false;
+  return why;
 }
 
-bool RefuseFile(Session& session, const platform::SystemError& error, std::string_view procedure) {
-  ReportError(session, error, procedure);
-  session.KeepCause(Failure::kFile);
-  return false;
-}
-
-bool Refuse(Session& session, const Problem& problem) {
-  if (problem.error) return RefuseFile(session, problem.error, problem.procedure);
-  return Refuse(session, ProblemText(session, problem), problem.why);
+Failure TellRefusal(Session& session, const Problem& problem) {
+  if (!problem.error) return TellRefusal(session, ProblemText(session, problem), problem.why);
+  ReportError(session, problem.error, problem.procedure);
+  return problem.why;
 }
 
 std::string ProblemText(const Session& session, const Problem& problem) {

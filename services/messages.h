@@ -54,14 +54,10 @@ std::string PadMessage(std::string text);
 void ReportError(Session& session, const platform::SystemError& error, std::string_view procedure,
                  int port = 0);
 
-// How a job tells that it does not go on: shows the text (translated already, or a text of the
-// dictionary), keeps the cause when it is the first one, and returns false.
-bool Refuse(Session& session, std::string_view text, Failure why);
-// Likewise for a file that cannot be read or written, by the error reporter.
-bool RefuseFile(Session& session, const platform::SystemError& error, std::string_view procedure);
-
-// Likewise for a problem of either kind.
-bool Refuse(Session& session, const Problem& problem);
+// Tells the user why something is not done, in a text (translated already, or one of the
+// dictionary) or as a problem says. Returns the cause.
+Failure TellRefusal(Session& session, std::string_view text, Failure why);
+Failure TellRefusal(Session& session, const Problem& problem);
 // The lines of a problem in the interface language, in one text.
 std::string ProblemText(const Session& session, const Problem& problem);
 

@@ -64,11 +64,6 @@ class Session {
   bool fast_processor = true;  // false on a 386 or 486
   bool factory_mode = true;    // false in customer mode
 
-  Failure failure = Failure::kNone;  // interim
-  void KeepCause(Failure why) {
-    if (failure == Failure::kNone) failure = why;
-  }
-
   int status_dots = 0;  // 0 to 5: which step of the status animation comes next
 
   // The job that is running.

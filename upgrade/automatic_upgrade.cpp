@@ -153,8 +153,10 @@ bool AutomaticUpgrade::CheckSavedCalibration() {
 
 // Without them there would be no way back once the firmware is in the radio.
 bool AutomaticUpgrade::CheckDefaultSettings() {
-  default_settings_ = ReadDefaultSettings(session_, log_, given_default_settings_);
-  return default_settings_.has_value() || FailWith({}, Failure::kFile);
+  Expected<DefaultSettings> settings = ReadDefaultSettings(session_, log_, given_default_settings_);
+  if (!settings) return FailWith({}, settings.error());
+  default_settings_ = *std::move(settings);
+  return true;
 }
 
 bool AutomaticUpgrade::Download() {
@@ -178,19 +180,19 @@ bool AutomaticUpgrade::Download() {
 bool AutomaticUpgrade::Convert() {
   view_.ShowStatus(NLSFmt(session_, "Converting the radio's data"));
   if (!CheckRadioIsTheSame()) return false;
-  tl::expected<ConvertedPersonality, Failure> converted =
+  Expected<ConvertedPersonality> converted =
       ConvertPersonalityData(session_, log_,
                              {.old_version = old_database_version_,
                               .new_version = db_.identity.database_version,
                               .saved = personality_,
                               .converted_file = ConvertedFileOf(session_, saved_.data_file),
-                              .defaults = &*default_settings_});
+                              .defaults = &default_settings_});
   if (!converted) return FailWith({}, converted.error());
   for (const conversion::Remark& remark : converted->remarks)
     view_.ShowStatus(NLSFmt(session_, remark.text));
   if (!run_.MayGoOn() || !ConvertCalibration(converted->file)) return false;
-  if (!WriteConvertedFile(session_, converted->file, "WriteDatabase"))
-    return FailWith("Could not write " + converted->file.Path(), Failure::kFile);
+  if (const auto written = WriteConvertedFile(session_, converted->file, "WriteDatabase"); !written)
+    return FailWith("Could not write " + converted->file.Path(), written.error());
   saved_.converted_file = converted->file.Path();
   NoteConvertedFiles(log_, saved_);
   converted_ = std::move(converted->file);
@@ -240,16 +242,14 @@ bool AutomaticUpgrade::ConvertCalibration(radiodb::DataFile& data_file) {
     log_.Log("Calibration data is up-to-date");
     return true;
   }
-  constexpr std::string_view kFailed = "Could not upgrade calibration data";
   // Programmed by hand, a data file leaves calibration alone, so there is a file of it, too.
-  const std::optional<conversion::CalibrationResult> converted =
-      ConvertCalibrationFile(session_,
-                             {.old_version = VersionNumber(old_calibration_version_),
-                              .new_version = VersionNumber(db_.identity.calibration_version),
-                              .path = ConvertedFileOf(session_, saved_.calibration_file)},
-                             calibration_);
-  if (!converted || !WriteConvertedFile(session_, converted->file, "ConvertCalibrationFile"))
-    return FailWith(kFailed, Failure::kFile);
+  const Expected<conversion::CalibrationResult> converted =
+      ConvertAndWriteCalibration(session_,
+                                 {.old_version = VersionNumber(old_calibration_version_),
+                                  .new_version = VersionNumber(db_.identity.calibration_version),
+                                  .path = ConvertedFileOf(session_, saved_.calibration_file)},
+                                 calibration_);
+  if (!converted) return FailWith("Could not upgrade calibration data", converted.error());
   log_.Log("Calibration data version is now " + new_text);
   conversion::AddCalibrationDataToFile(converted->item, converted->data, data_file);
   saved_.converted_calibration = converted->file.Path();

@@ -105,7 +105,7 @@ class AutomaticUpgrade {
   radiodb::DataFile converted_;
   std::string saved_model_code_;
   std::string saved_serial_number_;
-  std::optional<DefaultSettings> default_settings_;
+  DefaultSettings default_settings_;
   std::string old_database_version_;
   std::string old_calibration_version_;
   bool download_started_ = false;

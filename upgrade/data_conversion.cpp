@@ -35,11 +35,10 @@ std::optional<std::string> LocateDefaultSettings(Session& session, UpgradeLog& l
   std::string name = services::FileTitleOf(path);
   if (GetFile(session, folder, name, services::FindTitle(session, name))) return folder + name;
   log.Log("Could not locate " + DefaultSettingsName(session));
-  session.KeepCause(Failure::kFile);
   return std::nullopt;
 }
 
-bool RefuseVersion(Session& session, int version) {
+Failure RefuseVersion(Session& session, int version) {
   const std::string_view text =
       version < conversion::kOldestDatabase
           ? services::NLSText(
@@ -48,7 +47,7 @@ bool RefuseVersion(Session& session, int version) {
           : services::NLSText(
                 "Personality data cannot be converted to the database version %0:s. "
                 "Please use a newer version of this application.");
-  return Refuse(session, NLSFmt(session, text, {std::to_string(version)}), Failure::kRefused);
+  return TellRefusal(session, NLSFmt(session, text, {std::to_string(version)}), Failure::kRefused);
 }
 
 // Logs what was found in the data and shows what asks for a box.
@@ -60,7 +59,6 @@ void Tell(Session& session, UpgradeLog& log, const std::vector<conversion::Remar
 }
 
 void TellProblem(Session& session, const CalibrationProblem& problem) {
-  session.KeepCause(Failure::kFile);
   if (problem.step != nullptr) {
     NLSMsgBox(session, NLSFmt(session, "Conversion Error") + std::string(problem.step->error_text));
   } else {
@@ -70,12 +68,10 @@ void TellProblem(Session& session, const CalibrationProblem& problem) {
 
 }  // namespace
 
-std::optional<DataFile> ReadCheckedDataFile(Session& session, const std::string& path) {
-  tl::expected<DataFile, Problem> file =
-      radiodb::ReadDataFile(path).and_then(conversion::CheckedData);
-  if (file) return *std::move(file);
-  Refuse(session, file.error());
-  return std::nullopt;
+Expected<DataFile> ReadCheckedDataFile(Session& session, const std::string& path) {
+  return radiodb::ReadDataFile(path)
+      .and_then(conversion::CheckedData)
+      .map_error([&session](const Problem& problem) { return TellRefusal(session, problem); });
 }
 
 std::string FindDefaultSettings(const Session& session) {
@@ -91,56 +87,55 @@ std::string FindDefaultSettings(const Session& session) {
   return services::FolderOf(program) + name;
 }
 
-std::optional<DefaultSettings> ReadDefaultSettings(Session& session, UpgradeLog& log,
-                                                   const std::string& path) {
+Expected<DefaultSettings> ReadDefaultSettings(Session& session, UpgradeLog& log,
+                                              const std::string& path) {
   const std::optional<std::string> found =
       LocateDefaultSettings(session, log, path.empty() ? FindDefaultSettings(session) : path);
-  if (!found) return std::nullopt;
-  const std::optional<DataFile> file = ReadCheckedDataFile(session, *found);
+  if (!found) return tl::unexpected(Failure::kFile);
+  const Expected<DataFile> file = ReadCheckedDataFile(session, *found);
   if (file && !file->IsCalibration())
     return DefaultSettings{*found, *conversion::ReadDatabase(*file)};
   if (file) {
-    Refuse(session,
-           NLSFmt(session,
-                  "The file %0:s holds calibration data and no default settings. Please choose "
-                  "another file.",
-                  {*found}),
-           Failure::kFile);
+    TellRefusal(session,
+                NLSFmt(session,
+                       "The file %0:s holds calibration data and no default settings. Please "
+                       "choose another file.",
+                       {*found}),
+                Failure::kFile);
   }
   // Kept: the words by which support knows it.
   log.Log("Could read default settings ");
-  return std::nullopt;
+  return tl::unexpected(Failure::kFile);
 }
 
 std::string ConvertedFileOf(const Session& session, const std::string& saved_file) {
   return UpgradeFolder(session) + services::FileTitleOf(saved_file);
 }
 
-tl::expected<ConvertedPersonality, Failure> ConvertPersonalityData(
-    Session& session, UpgradeLog& log, const PersonalityRequest& request) {
+Expected<ConvertedPersonality> ConvertPersonalityData(Session& session, UpgradeLog& log,
+                                                      const PersonalityRequest& request) {
   const int old_version = radiodb::VersionNumber(request.old_version);
   const int new_version = radiodb::VersionNumber(request.new_version);
   const std::string new_text = "v" + std::to_string(new_version);
   log.Log("Upgrading personality data v" + std::to_string(old_version) + " -> " + new_text);
   if (new_version < conversion::kOldestDatabase || new_version > conversion::kNewestDatabase) {
     log.Log(new_text + " is not supported");
-    RefuseVersion(session, new_version);
-    return tl::unexpected(Failure::kRefused);
+    return tl::unexpected(RefuseVersion(session, new_version));
   }
-  std::optional<DefaultSettings> own_defaults;
+  Expected<DefaultSettings> own_defaults;
   const DefaultSettings* defaults = request.defaults;
   if (defaults == nullptr) {
     own_defaults = ReadDefaultSettings(session, log, request.default_file);
-    if (!own_defaults) return tl::unexpected(Failure::kFile);
+    if (!own_defaults) return tl::unexpected(own_defaults.error());
     defaults = &*own_defaults;
   }
   log.Log("Default settings read from " + defaults->path);
 
   tl::expected<PersonalityData, Problem> data = conversion::ReadDatabase(request.saved);
   if (!data) {
-    Refuse(session, data.error());
+    const Failure why = TellRefusal(session, data.error());
     log.Log("Could not locate " + services::FolderOf(request.saved.Path()));
-    return tl::unexpected(Failure::kFile);
+    return tl::unexpected(why);
   }
   conversion::DatabaseResult result =
       ConvertDatabase({.old_version = old_version,
@@ -159,20 +154,34 @@ tl::expected<ConvertedPersonality, Failure> ConvertPersonalityData(
       std::move(result.remarks), std::move(result.changes)};
 }
 
-std::optional<CalibrationResult> ConvertCalibrationFile(Session& session,
-                                                        conversion::CalibrationConversion request,
-                                                        const DataFile& saved) {
+Expected<CalibrationResult> ConvertCalibrationFile(Session& session,
+                                                   conversion::CalibrationConversion request,
+                                                   const DataFile& saved) {
   request.header = radiodb::CalibrationHeader(session);
-  tl::expected<CalibrationResult, CalibrationProblem> result = ConvertCalibration(request, saved);
-  if (result) return *std::move(result);
-  TellProblem(session, result.error());
-  return std::nullopt;
+  return ConvertCalibration(request, saved)
+      .map_error([&session](const CalibrationProblem& problem) {
+        TellProblem(session, problem);
+        return Failure::kFile;
+      });
 }
 
-bool WriteConvertedFile(Session& session, const DataFile& file, std::string_view procedure) {
+Expected<void> WriteConvertedFile(Session& session, const DataFile& file,
+                                  std::string_view procedure) {
   platform::SystemError error = platform::MakeFolders(services::FolderOf(file.Path()));
   if (!error) error = platform::WriteWholeFile(file.Path(), file.Print());
-  return !error || RefuseFile(session, error, procedure);
+  if (!error) return {};
+  return tl::unexpected(TellRefusal(session, Problem{.error = error, .procedure = procedure}));
+}
+
+Expected<CalibrationResult> ConvertAndWriteCalibration(
+    Session& session, const conversion::CalibrationConversion& request, const DataFile& saved) {
+  Expected<CalibrationResult> converted = ConvertCalibrationFile(session, request, saved);
+  if (!converted) return converted;
+  if (const auto written = WriteConvertedFile(session, converted->file, "ConvertCalibrationFile");
+      !written) {
+    return tl::unexpected(written.error());
+  }
+  return converted;
 }
 
 }  // namespace zep::upgrade

@@ -14,10 +14,13 @@
 
 namespace zep::upgrade {
 
-// Reads a file of radio data that is to be sound, its hex digits in either case. Nothing, after a
-// message, when there is no such file.
-std::optional<radiodb::DataFile> ReadCheckedDataFile(services::Session& session,
-                                                     const std::string& path);
+// Where nothing came of it the user has been told why; this is the cause.
+template <typename Value>
+using Expected = tl::expected<Value, services::Failure>;
+
+// Reads a file of radio data that is to be sound, its hex digits in either case.
+Expected<radiodb::DataFile> ReadCheckedDataFile(services::Session& session,
+                                                const std::string& path);
 
 // The file that the user's setting DefaultDataPath names (or default.ops in the folder that it
 // names), when it exists; else default.ops in the folder of the programming application.
@@ -29,9 +32,9 @@ struct DefaultSettings {
 };
 
 // Reads default settings: the file at path, by default where the suite keeps them, or the one that
-// the user shows when it is not there. Nothing, with a line in the log, when they cannot be used.
-std::optional<DefaultSettings> ReadDefaultSettings(services::Session& session, UpgradeLog& log,
-                                                   const std::string& path = {});
+// the user shows when it is not there. A line in the log tells when they cannot be used.
+Expected<DefaultSettings> ReadDefaultSettings(services::Session& session, UpgradeLog& log,
+                                              const std::string& path = {});
 
 // Where a saved data file's converted twin is: under its name in the folder "upgrade" of the
 // application folder.
@@ -55,21 +58,26 @@ struct ConvertedPersonality {
   std::vector<conversion::Change> changes;  // when they are collected
 };
 
-// Converts the data; nothing is written but the log, in which each outcome has its line. What kept
-// it from being converted, after a message.
-tl::expected<ConvertedPersonality, services::Failure> ConvertPersonalityData(
-    services::Session& session, UpgradeLog& log, const PersonalityRequest& request);
+// Converts the data; nothing is written but the log, in which each outcome has its line.
+Expected<ConvertedPersonality> ConvertPersonalityData(services::Session& session, UpgradeLog& log,
+                                                      const PersonalityRequest& request);
 
-// Converts a sound calibration file. Nothing, after a message, when it cannot be converted.
+// Converts a sound calibration file.
 // REQUIRES: the path of the request is set; its header is made here.
-std::optional<conversion::CalibrationResult> ConvertCalibrationFile(
+Expected<conversion::CalibrationResult> ConvertCalibrationFile(
     services::Session& session, conversion::CalibrationConversion request,
     const radiodb::DataFile& saved);
 
 // Writes a converted file where its path says; the folder is made when missing, and the file is
-// replaced as a whole or not at all. False, after a report in the name of procedure, when it could
+// replaced as a whole or not at all. Fails, after a report in the name of procedure, when it could
 // not be written.
-bool WriteConvertedFile(services::Session& session, const radiodb::DataFile& file,
-                        std::string_view procedure);
+Expected<void> WriteConvertedFile(services::Session& session, const radiodb::DataFile& file,
+                                  std::string_view procedure);
+
+// Converts a sound calibration file and writes the converted one.
+// REQUIRES: as for ConvertCalibrationFile.
+Expected<conversion::CalibrationResult> ConvertAndWriteCalibration(
+    services::Session& session, const conversion::CalibrationConversion& request,
+    const radiodb::DataFile& saved);
 
 }  // namespace zep::upgrade

@@ -137,14 +137,16 @@ std::optional<radiodb::DataFile> CalibrationForRadio(Work& work) {
            Failure::kRefused);
     return std::nullopt;
   }
-  std::optional<conversion::CalibrationResult> converted =
-      ConvertCalibrationFile(session,
-                             {.old_version = before,
-                              .new_version = now,
-                              .path = ConvertedFileOf(session, work.saved.calibration_file)},
-                             work.calibration);
-  if (!converted || !WriteConvertedFile(session, converted->file, "ConvertCalibrationFile"))
+  Expected<conversion::CalibrationResult> converted =
+      ConvertAndWriteCalibration(session,
+                                 {.old_version = before,
+                                  .new_version = now,
+                                  .path = ConvertedFileOf(session, work.saved.calibration_file)},
+                                 work.calibration);
+  if (!converted) {
+    work.job.KeepCause(converted.error());
     return std::nullopt;
+  }
   work.saved.converted_calibration = converted->file.Path();
   NoteConvertedFiles(work.log, work.saved);
   return std::move(converted->file);

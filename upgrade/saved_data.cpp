@@ -133,7 +133,7 @@ bool HoldsAllItems(const radiodb::RadioDb& db) {
 bool Secure(const radiodb::RadioDb& db, SavedData& saved) {
   return (saved.data_file.empty() || SecureFile(db, db.data, false)) &&
          (saved.calibration_file.empty() || SecureFile(db, db.calibration, true)) &&
-         (saved.data_file.empty() || HoldsAllItems(db)) && MakeNote(db.job.session, saved);
+         (saved.data_file.empty() || HoldsAllItems(db)) && MakeNote(db.job, saved);
 }
 
 }  // namespace

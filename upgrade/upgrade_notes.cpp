@@ -96,7 +96,7 @@ platform::SystemError WriteNote(const SavedData& saved) {
 }
 
 // Copies the file, unless there is such a copy already; path is the copy's then.
-bool KeepCopy(Session& session, UpgradeLog& log, std::string_view extension, std::string& path) {
+bool KeepCopy(link::Job& job, UpgradeLog& log, std::string_view extension, std::string& path) {
   if (IsCalled(path, extension)) return true;
   const platform::FileCopy copy = platform::KeepCopy(path, path + std::string(extension));
   if (!copy.error) {
@@ -104,10 +104,10 @@ bool KeepCopy(Session& session, UpgradeLog& log, std::string_view extension, std
     path = copy.path;
     return true;
   }
-  services::ReportError(session, copy.error, "PrepareToSave");
+  services::ReportError(job.session, copy.error, "PrepareToSave");
   log.Log("The data of the unfinished upgrade could not be copied: " + path);
-  return Refuse(session,
-                NLSFmt(session,
+  return Refuse(job,
+                NLSFmt(job.session,
                        "The data of an unfinished upgrade in %0:s could not be copied to "
                        "%1:s, so the radio was not read. Please check the disk, or move "
                        "the file to a safe place yourself.",
@@ -121,7 +121,8 @@ bool AreSameFiles(const SavedData& a, const SavedData& b) {
 }
 
 // Puts the data that a note speaks of where nothing replaces it.
-bool PutAside(Session& session, UpgradeLog& log, const SavedData& saved) {
+bool PutAside(link::Job& job, UpgradeLog& log, const SavedData& saved) {
+  Session& session = job.session;
   SavedData kept = saved;
   std::string copies;
   for (std::string SavedData::*file :
@@ -130,7 +131,7 @@ bool PutAside(Session& session, UpgradeLog& log, const SavedData& saved) {
     if (!platform::FileExists(kept.*file)) continue;
     const bool is_converted =
         file == &SavedData::converted_file || file == &SavedData::converted_calibration;
-    if (!KeepCopy(session, log, is_converted ? kConverted : kUnfinished, kept.*file)) return false;
+    if (!KeepCopy(job, log, is_converted ? kConverted : kUnfinished, kept.*file)) return false;
     if (kept.*file != saved.*file) copies += "\n" + kept.*file;
   }
   if (copies.empty()) return true;
@@ -140,7 +141,7 @@ bool PutAside(Session& session, UpgradeLog& log, const SavedData& saved) {
     if (std::ranges::any_of(notes,
                             [&](const Note& note) { return AreSameFiles(note.saved, kept); }))
       return true;
-    if (!MakeNote(session, kept)) return false;
+    if (!MakeNote(job, kept)) return false;
     LeaveNote(kept);
     platform::RemoveFile(saved.note);
   }
@@ -172,7 +173,8 @@ std::string UpgradeFolder(const Session& session) {
       services::AppMakePath(session.paths.application_folder, "upgrade"));
 }
 
-bool MakeNote(Session& session, SavedData& saved) {
+bool MakeNote(link::Job& job, SavedData& saved) {
+  const Session& session = job.session;
   const std::string path = UpgradeFolder(session) + services::FileTitleOf(MainFile(saved));
   platform::SystemError error = platform::MakeFolders(UpgradeFolder(session));
   saved.running = std::make_shared<platform::LockFile>();
@@ -187,7 +189,7 @@ bool MakeNote(Session& session, SavedData& saved) {
   if (!error) return true;
   LeaveNote(saved);
   saved.note.clear();
-  return RefuseFile(session, error, "SecureSavedData");
+  return Refuse(job, services::Problem{.error = error, .procedure = "SecureSavedData"});
 }
 
 void NoteConvertedFiles(UpgradeLog& log, const SavedData& saved) {
@@ -271,7 +273,7 @@ bool PrepareToSave(radiodb::RadioDb& db, UpgradeLog& log) {
   for (const std::string& folder : {db.database_folder, db.calibration_folder}) {
     if (!platform::IsSameFile(folder, upgrade_folder)) continue;
     log.Log("The saved data would be in the folder of the converted data: " + upgrade_folder);
-    return Refuse(session,
+    return Refuse(db.job,
                   NLSFmt(session,
                          "The radio's data cannot be saved in %0:s: the converted data, "
                          "which goes there, would replace it. Please choose another "
@@ -280,7 +282,7 @@ bool PrepareToSave(radiodb::RadioDb& db, UpgradeLog& log) {
                   services::Failure::kFile);
   }
   for (const Note& note : FindNotes(session, Run::kEnded)) {
-    if (!note.error && !PutAside(session, log, note.saved)) return false;
+    if (!note.error && !PutAside(db.job, log, note.saved)) return false;
   }
   db.files_in_use.clear();
   for (const Note& note : FindNotes(session, Run::kGoesOn)) {

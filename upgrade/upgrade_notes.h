@@ -29,7 +29,7 @@ std::string UpgradeFolder(const services::Session& session);
 
 // Makes the note about the files, under a name of its own: those of earlier runs stay. False, after
 // a message, when it cannot be written.
-bool MakeNote(services::Session& session, SavedData& saved);
+bool MakeNote(link::Job& job, SavedData& saved);
 
 // When both are converted: the note tells of the converted files, too, which are those that the new
 // firmware takes. A note that cannot be written stays as it was.
@@ -54,7 +54,7 @@ void TellOfUnfinishedUpgrades(services::Session& session, UpgradeLog& log);
 // "NAME.unfinished2" and so on when there is another copy ("NAME.converted" for converted ones), so
 // that they are not written over; the radio may no longer hold what is in them. The notes then
 // speak of the copies, and the user is told. Files of runs that go on are kept in db from being
-// written over. False, after a message, when the radio must not be read; session.failure is set.
+// written over. False, after a message, when the radio must not be read.
 bool PrepareToSave(radiodb::RadioDb& db, UpgradeLog& log);
 
 // After a run that failed once the download had begun: tells the user where the data is, and logs
