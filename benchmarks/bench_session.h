@@ -33,7 +33,7 @@ class QuietUser final : public services::User {
 
 class QuietWindows final : public link::LinkWindows {
  public:
-  void ShowPreferences(link::Link&) override {}
+  void ShowPreferences(link::Link&, link::PortStates&) override {}
   void ShowPortSelection(link::Job&) override {}
 };
 

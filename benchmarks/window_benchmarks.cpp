@@ -84,9 +84,9 @@ struct Bench {
               [] { return true; },
               [] {},
               [](const std::string&) { return platform::SystemError{}; }} {
-    for (std::size_t slot = 1; slot <= devices.size(); ++slot) {
+    for (std::size_t port = 1; port <= devices.size(); ++port) {
       hive.Write("Software\\Vorn Electronics Ltd\\ZEP\\Download",
-                 "CommPort" + std::to_string(slot) + "State", "1");
+                 "CommPort" + std::to_string(port) + "State", "1");
     }
     application = std::make_unique<shell::Application>(
         world,

@@ -4,7 +4,7 @@
 
 #include "cli/json_words.h"
 #include "link/byte_exchange.h"
-#include "link/port_slots.h"
+#include "link/port_devices.h"
 #include "platform/files.h"
 #include "services/foundation.h"
 #include "services/messages.h"
@@ -111,7 +111,7 @@ ExitStatus CommandContext::Start() {
 link::Link& CommandContext::Link() {
   if (link_) return *link_;
   link::Ports ports;
-  const auto devices = NamesPorts() ? devices_ : link::SlotDevices(session.settings);
+  const auto devices = NamesPorts() ? devices_ : link::DevicesOfPorts(session.settings);
   for (const int number : link::kAllPorts) {
     const std::size_t index = link::Link::Index(number);
     ports[index] = std::make_unique<link::WatchedPort>(computer.make_port(devices[index]),
@@ -150,6 +150,11 @@ ExitStatus CommandContext::UsageError(const std::string& text) {
   user.Say(text);
   user.Say(NLSFmt(session, "\"zepctl --help\" shows the commands and options."));
   return ExitStatus::kUsage;
+}
+
+ExitStatus CommandContext::JobStatus(const services::Outcome& outcome) {
+  if (!outcome.radio_reply.empty()) json["radio_reply"] = outcome.radio_reply;
+  return StatusOf(outcome.failure);
 }
 
 ExitStatus CommandContext::WorkStatus(services::Failure why) const {

@@ -69,6 +69,8 @@ class CommandContext {
 
   // Says that the command was not given as it should be.
   ExitStatus UsageError(const std::string& text);
+  // How a job with radios ended, as the exit status and in the object of --json.
+  ExitStatus JobStatus(const services::Outcome& outcome);
   // How work ends that failed without a job with radios: as the cause tells, or interrupted.
   ExitStatus WorkStatus(services::Failure why) const;
 

@@ -23,7 +23,7 @@ ExitStatus Read(CommandContext& context, const std::string& name) {
     context.Print(firmware::SavedFlashText(context.session, name) + "\n");
     context.json["file"] = name;
   }
-  return StatusOf(outcome);
+  return context.JobStatus(outcome);
 }
 
 }  // namespace

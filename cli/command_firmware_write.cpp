@@ -62,10 +62,11 @@ ExitStatus Write(CommandContext& context, const WriteOptions& options) {
   const services::Outcome outcome =
       DownloadFirmwareAndData({*link, firmware, radio, windows}, Choices(options, image));
   windows.Report(*link);
-  if (options.data_file.empty()) return StatusOf(outcome);
+  if (options.data_file.empty()) return context.JobStatus(outcome);
   context.json["data_programmed"] = windows.HasProgrammed();
   // The user may have said No.
-  return outcome.Done() && !windows.HasProgrammed() ? ExitStatus::kRefused : StatusOf(outcome);
+  return outcome.Done() && !windows.HasProgrammed() ? ExitStatus::kRefused
+                                                    : context.JobStatus(outcome);
 }
 
 }  // namespace

@@ -19,7 +19,7 @@ ExitStatus Identify(CommandContext& context) {
     context.Print(IdentityTable(context.session, db.identity).Text());
     context.json["radio"] = IdentityJson(db.identity);
   }
-  return StatusOf(outcome);
+  return context.JobStatus(outcome);
 }
 
 }  // namespace

@@ -25,11 +25,11 @@ ExitStatus ProgramFile(CommandContext& context, const std::string& name) {
     ReadWriteDisplay display(context);
     outcome = ProgramRadio(db, display, *file);
   }
-  if (!outcome.Done()) return StatusOf(outcome);
+  if (!outcome.Done()) return context.JobStatus(outcome);
   context.Print(ProgrammedText(db, name) + "\n");
   context.json["radio"] = IdentityJson(db.identity);
   context.json["data_file"] = name;
-  return StatusOf(outcome);
+  return context.JobStatus(outcome);
 }
 
 }  // namespace

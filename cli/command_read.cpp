@@ -44,7 +44,7 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
     ReadWriteDisplay display(context);
     outcome = ReadRadio(db, display);
   }
-  if (!outcome.Done()) return StatusOf(outcome);
+  if (!outcome.Done()) return context.JobStatus(outcome);
 
   for (const std::string& file : {db.data_file, db.calibration_file}) {
     if (!file.empty()) context.Print(SavedText(db, file) + "\n");
@@ -52,7 +52,7 @@ ExitStatus Read(CommandContext& context, const ReadOptions& options) {
   context.json["radio"] = IdentityJson(db.identity);
   if (!db.data_file.empty()) context.json["data_file"] = db.data_file;
   if (!db.calibration_file.empty()) context.json["calibration_file"] = db.calibration_file;
-  return StatusOf(outcome);
+  return context.JobStatus(outcome);
 }
 
 }  // namespace

@@ -77,7 +77,7 @@ ExitStatus Upgrade(CommandContext& context, const upgrade::UpgradeFiles& files) 
                           upgrade.Saved().data_file, upgrade.Saved().calibration_file}) +
                   "\n");
   }
-  return StatusOf(upgrade.Cause());
+  return context.JobStatus(upgrade.Cause());
 }
 
 }  // namespace

@@ -37,8 +37,4 @@ constexpr ExitStatus StatusOf(services::Failure failure) {
   return ExitStatus::kRefused;
 }
 
-constexpr ExitStatus StatusOf(const services::Outcome& outcome) {
-  return StatusOf(outcome.failure);
-}
-
 }  // namespace zep::cli

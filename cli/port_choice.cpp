@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "cli/terminal_user.h"
-#include "link/port_slots.h"
+#include "link/port_devices.h"
 #include "link/port_texts.h"
 #include "services/messages.h"
 #include "simulator/radio_text.h"
@@ -122,7 +122,15 @@ bool FindActivePorts(Link& link) {
   return false;
 }
 
-void TerminalLinkWindows::ShowPreferences(Link& link) { FindActivePorts(link); }
+void TerminalLinkWindows::ShowPreferences(Link& link, link::PortStates& states) {
+  bool told = false;
+  for (const int port : kAllPorts) {
+    if (!link.IsActive(port) || states[Link::Index(port)] == PortState::kActive) continue;
+    ReportPort(link, port);
+    told = true;
+  }
+  if (!told) FindActivePorts(link);
+}
 
 void TerminalLinkWindows::ShowPortSelection(link::Job& job) {
   services::Session& session = job.session;

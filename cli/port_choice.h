@@ -33,8 +33,8 @@ class TerminalLinkWindows final : public link::LinkWindows {
  public:
   explicit TerminalLinkWindows(TerminalUser& user) : user_(user) {}
 
-  // There is no such window: the user is told what to type.
-  void ShowPreferences(link::Link& link) override;
+  // There is no such window: the user is told which of the chosen ports are gone, or what to type.
+  void ShowPreferences(link::Link& link, link::PortStates& states) override;
   // Asks which port. Who cannot be asked is told the choices, and several ports stay Active.
   void ShowPortSelection(link::Job& job) override;
 

@@ -64,10 +64,12 @@ void StopForLoader(Job& job, std::string_view text) {
 // Half a loader would leave the radio deaf: a wish to cancel is kept until all of it is sent.
 class UncancelledStep {
  public:
-  explicit UncancelledStep(TransferRun& run) : run_(run), step_(run.job, link::Cancelling::kWaits) {
+  explicit UncancelledStep(TransferRun& run) : run_(run) {
+    step_.emplace(run.job, link::Cancelling::kWaits);
     run_.view.EnableCancel(false);
   }
   ~UncancelledStep() {
+    step_.reset();  // follows the wish
     if (!run_.job.Stopped()) run_.view.EnableCancel(true);
   }
   UncancelledStep(const UncancelledStep&) = delete;
@@ -75,7 +77,7 @@ class UncancelledStep {
 
  private:
   TransferRun& run_;
-  link::Job::Step step_;
+  std::optional<link::Job::Step> step_;
 };
 
 void AskForBootstrapMode(TransferRun& run) {

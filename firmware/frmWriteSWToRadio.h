@@ -1,5 +1,5 @@
 // The engine's window: firmware goes into the radios on all Active ports, or out of one radio. It
-// shows each slot, the phase and how far it is, and Cancel, which asks first.
+// shows each port, the phase and how far it is, and Cancel, which asks first.
 #pragma once
 
 #include <wx/button.h>

@@ -57,6 +57,8 @@ bool PrepareUpload(TransferRun& run) {
 void Finish(TransferRun& run) {
   constexpr std::uint8_t kEndOfLoader = 0xFF;
   Job& job = run.job;
+  // All of the firmware is in the radios: from here on there is nothing to be cancelled.
+  run.cancelling.emplace(job, link::Cancelling::kTooLate);
   SendByteToActiveComms(job, kEndOfLoader);
   services::WaitSeconds(job.session, 0.5);
   SendCaretToActiveComms(job);
@@ -64,7 +66,6 @@ void Finish(TransferRun& run) {
   if (job.Stopped()) return;
   job.DownloadSucceeded = true;
   run.done = true;
-  run.cancelling.emplace(job, link::Cancelling::kTooLate);
   for (const int port : kAllPorts) {
     if (!job.IsActive(port)) continue;
     run.Facts(port).outcome = RadioOutcome::kDone;
@@ -81,7 +82,7 @@ void FillInResult(TransferRun& run) {
     if (!facts.takes_part || facts.outcome == RadioOutcome::kDone) continue;
     facts.outcome = RadioOutcome::kFailed;
     // A port that could not be opened was left out, and the others went on.
-    job.KeepCause(Failure::kPort, port);
+    job.KeepCause(Failure::kPort);
   }
   run.result.outcome = job.Ended(run.done);
 }

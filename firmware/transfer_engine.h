@@ -1,7 +1,7 @@
 // The engine that writes one image into the flash of every radio on the Active ports, or reads the
 // flash of one radio into a file.
 //
-// The radios move in lockstep: what is sent goes to every Active port in slot order, and every
+// The radios move in lockstep: what is sent goes to every Active port in port order, and every
 // radio has acknowledged before the next step. A radio that fails is marked by its port's state and
 // left behind; the others go on. kProgram downloads the image chosen in firmware.image, kRead
 // uploads into the file of that name.

@@ -69,7 +69,7 @@ TransferPanel::TransferPanel(wxWindow* parent, const services::WindowContext& wi
 wxSizer* TransferPanel::MakeRows() {
   const services::Session& session = context_.session;
   auto* grid = services::LabelGrid(this, 6, 1);
-  for (const std::string_view heading : {NLSText("Slot"), NLSText("Device"), NLSText("Micro"),
+  for (const std::string_view heading : {NLSText("Port"), NLSText("Device"), NLSText("Micro"),
                                          NLSText("Flash"), NLSText("Status"), NLSText("Result")}) {
     wxStaticText* label = services::MakeLabel(this, NLSFmt(session, heading));
     label->SetFont(label->GetFont().Bold());
@@ -95,7 +95,7 @@ TransferPanel::Row TransferPanel::MakeRow(int port) {
   const auto width = [&](std::string_view text) {
     return GetTextExtent(ToWx(NLSFmt(context_.session, text))).x;
   };
-  Row row{.lblPort = label("lblPort", width("Slot")),
+  Row row{.lblPort = label("lblPort", width("Port")),
           .lblDevice = label("lblDevice", FromDIP(kDeviceWidth), wxST_ELLIPSIZE_START),
           .lblMicro = label("lblMicro", width("Micro")),
           .lblFlash = label("lblFlash", width(kLongestFlash)),

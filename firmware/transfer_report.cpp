@@ -64,7 +64,7 @@ std::string TransferReportText(const link::Link& link, const TransferResult& res
   const services::Session& session = link.session;
   std::string text;
   for (const auto& [port, device, facts] : PortReports(link, result)) {
-    text += NLSFmt(session, "Slot %0:s (%1:s): %2:s",
+    text += NLSFmt(session, "Port %0:s (%1:s): %2:s",
                    {std::to_string(port), device, NLSFmt(session, OutcomeText(facts.outcome))});
     for (const std::string& label :
          {std::string(MicroName(facts.micro)), FlashText(session, facts)}) {

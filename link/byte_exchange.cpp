@@ -382,7 +382,7 @@ bool CheckForNoResponse(Job& job) {
 void FailPort(Job& job, int port, Failure why) {
   if (job.State(port) == PortState::kErrorDetected) return;
   job.State(port) = PortState::kErrorDetected;
-  job.KeepCause(why, port);
+  job.KeepCause(why);
   if (job.others_go_on && !job.CancelRequested) job.DownloadError = false;
   CheckForNoResponse(job);
 }

@@ -5,7 +5,7 @@
 
 #include <wx/display.h>
 
-#include "link/port_slots.h"
+#include "link/port_devices.h"
 #include "link/port_texts.h"
 #include "services/messages.h"
 #include "services/resource_ids.h"
@@ -43,11 +43,13 @@ int NumberOf(const Settings& settings, const char* name) {
 }  // namespace
 
 frmPreferences::frmPreferences(wxWindow* parent, services::WindowContext& window_context,
-                               Link& shown_link, PreferencesSources window_sources)
+                               Link& shown_link, const PortStates& states,
+                               PreferencesSources window_sources)
     : wxDialog(parent, wxID_ANY, "", wxDefaultPosition, wxDefaultSize,
                wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER, "frmPreferences"),
       context_(window_context),
       link_(shown_link),
+      states_(states),
       sources_(std::move(window_sources)),
       devices_(sources_.list_devices()) {
   const Session& session = context_.session;
@@ -79,9 +81,9 @@ wxSizer* frmPreferences::MakeRows() {
        {std::string_view(), NLSText("Device"), NLSText("State"), std::string_view()}) {
     grid->Add(MakeLabel(this, heading.empty() ? std::string() : NLSFmt(session, heading)));
   }
-  for (const int slot : kAllPorts) {
-    Row& row = rows_[Link::Index(slot)];
-    row.slot = slot;
+  for (const int port : kAllPorts) {
+    Row& row = rows_[Link::Index(port)];
+    row.port = port;
     MakeRow(row, grid);
   }
   return grid;
@@ -89,17 +91,17 @@ wxSizer* frmPreferences::MakeRows() {
 
 void frmPreferences::MakeRow(Row& row, wxSizer* grid) {
   const Session& session = context_.session;
-  const std::string number = std::to_string(row.slot);
+  const std::string number = std::to_string(row.port);
   const wxSizerFlags middle = wxSizerFlags().CentreVertical();
 
   row.chkSelectCommPort = MakeCheckBox(this, NLSFmt(session, "Port &%0:s", {number}),
                                        ("chkSelectCommPort" + number).c_str());
-  row.chkSelectCommPort->SetValue(link_.IsActive(row.slot));
+  row.chkSelectCommPort->SetValue(states_[Link::Index(row.port)] == PortState::kActive);
   row.chkSelectCommPort->Bind(wxEVT_CHECKBOX, [this, &row](wxCommandEvent&) { ShowState(row); });
   grid->Add(row.chkSelectCommPort, middle);
 
-  row.device = link_.Port(row.slot).Device();
-  row.state = link_.State(row.slot);
+  row.device = link_.Port(row.port).Device();
+  row.state = states_[Link::Index(row.port)];
   row.cboDevice = new wxComboBox(this, wxID_ANY);
   NameControl(row.cboDevice, ("cboDevice" + number).c_str(),
               NLSFmt(session, "Device of port %0:s", {number}));
@@ -175,14 +177,14 @@ void frmPreferences::ShowNotes() {
         note = DeviceNextStep(session, device, sources_.try_device);
     }
     if (!note.empty())
-      notes += "\n" + NLSFmt(session, "Port %0:s: %1:s", {std::to_string(row.slot), note});
+      notes += "\n" + NLSFmt(session, "Port %0:s: %1:s", {std::to_string(row.port), note});
   }
   txtNotes->ChangeValue(ToWx(notes));
 }
 
 void frmPreferences::Try(Row& row) {
   row.device = DeviceOf(row);
-  const platform::SerialPort& port = link_.Port(row.slot);
+  const platform::SerialPort& port = link_.Port(row.port);
   // A port that we hold open ourselves works.
   const bool is_ours = port.IsOpen() && port.Device() == row.device;
   row.problem = is_ours ? platform::SystemError() : sources_.try_device(row.device);
@@ -202,7 +204,7 @@ void frmPreferences::OnDeviceTyped(Row& row) {
 
 void frmPreferences::OnTest(Row& row) {
   Session& session = context_.session;
-  const std::string number = std::to_string(row.slot);
+  const std::string number = std::to_string(row.port);
   if (DeviceOf(row).empty()) {
     NLSMsgBox(session, NLSFmt(session, "Port %0:s has no device. Please choose one from the list.",
                               {number}));
@@ -211,7 +213,7 @@ void frmPreferences::OnTest(Row& row) {
   }
   Try(row);
   if (row.problem) {
-    ReportError(session, row.problem, "cmdTest", row.slot);
+    ReportError(session, row.problem, "cmdTest", row.port);
   } else {
     NLSMsgBox(session,
               NLSFmt(session, "Port %0:s works: %1:s can be opened.", {number, row.device}));
@@ -220,8 +222,8 @@ void frmPreferences::OnTest(Row& row) {
 
 bool frmPreferences::HasDevicesOfTheirOwn() {
   std::array<std::string, kPortCount> devices;
-  for (const Row& row : rows_) devices[Link::Index(row.slot)] = DeviceOf(row);
-  const auto clash = SlotsWithSameDevice(devices);
+  for (const Row& row : rows_) devices[Link::Index(row.port)] = DeviceOf(row);
+  const auto clash = PortsWithSameDevice(devices);
   if (!clash) return true;
   const auto [one, other] = *clash;
   Session& session = context_.session;
@@ -242,9 +244,9 @@ void frmPreferences::Save() {
   bool saved = settings.AppSaveSharedUserSetting("UILanguage", std::to_string(outcome_.language));
   for (const Row& row : rows_) {
     const std::string device = DeviceOf(row);
-    if (device == link_.Port(row.slot).Device()) continue;
-    outcome_.changed_devices[row.slot] = device;
-    saved = SaveSlotDevice(settings, row.slot, device) && saved;
+    if (device == link_.Port(row.port).Device()) continue;
+    outcome_.changed_devices[row.port] = device;
+    saved = SavePortDevice(settings, row.port, device) && saved;
   }
   if (saved) return;
   const std::string told = NLSFmt(
@@ -259,7 +261,7 @@ bool frmPreferences::TypedDevicesWork() {
     if (row.state || !row.chkSelectCommPort->GetValue()) continue;
     Try(row);
     if (!row.problem) continue;
-    ReportError(context_.session, row.problem, "frmPreferences", row.slot);
+    ReportError(context_.session, row.problem, "frmPreferences", row.port);
     return false;
   }
   return true;
@@ -271,7 +273,7 @@ void frmPreferences::OnOk() {
   Save();
   for (const Row& row : rows_) {
     if (row.chkSelectCommPort->IsEnabled())
-      outcome_.ticked[Link::Index(row.slot)] = row.chkSelectCommPort->GetValue();
+      outcome_.ticked[Link::Index(row.port)] = row.chkSelectCommPort->GetValue();
   }
   outcome_.accepted = true;
   EndModal(wxID_OK);

@@ -1,4 +1,4 @@
-// The preferences: for each of the four slots whether it is used, its serial device with what is
+// The preferences: for each of the four ports whether it is used, its serial device with what is
 // known of the adapter, its state and a test; and the interface language.
 #pragma once
 
@@ -28,15 +28,16 @@ struct PreferencesSources {
 
 struct PreferencesOutcome {
   bool accepted = false;                                 // OK; else nothing was changed
-  std::map<int, std::string> changed_devices;            // by slot
+  std::map<int, std::string> changed_devices;            // by port
   std::array<std::optional<bool>, kPortCount> ticked{};  // for ApplyPreferences
   int language = 1;                                      // as in the setting UILanguage
 };
 
 class frmPreferences : public wxDialog {
  public:
+  // Shows these states.
   frmPreferences(wxWindow* parent, services::WindowContext& window_context, Link& shown_link,
-                 PreferencesSources window_sources);
+                 const PortStates& states, PreferencesSources window_sources);
 
   // Shows the window until OK or Cancel. On OK devices and language are saved as settings, and the
   // user is told when they cannot be; what follows from them, until the program ends at least, is
@@ -44,9 +45,9 @@ class frmPreferences : public wxDialog {
   PreferencesOutcome Run();
 
  private:
-  // A slot in the window.
+  // A port in the window.
   struct Row {
-    int slot = 0;
+    int port = 0;
     std::string device;              // the one that state and problem are of
     std::optional<PortState> state;  // nothing for a device that was typed and not tested yet
     platform::SystemError problem;   // of the last test
@@ -80,6 +81,7 @@ class frmPreferences : public wxDialog {
 
   services::WindowContext& context_;
   Link& link_;
+  const PortStates& states_;
   PreferencesSources sources_;
   std::vector<platform::SerialDeviceInfo> devices_;  // offered in each row
   PreferencesOutcome outcome_;

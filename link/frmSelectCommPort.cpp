@@ -18,8 +18,8 @@ using services::ToWx;
 constexpr const char* kHelpPage = "select_port.htm";
 
 // "Port 2 (/dev/ttyUSB0)", with the mnemonic.
-std::string SlotText(const Session& session, int slot, const std::string& device) {
-  const std::string number = std::to_string(slot);
+std::string PortText(const Session& session, int port, const std::string& device) {
+  const std::string number = std::to_string(port);
   if (device.empty()) return NLSFmt(session, "Port &%0:s", {number});
   const std::string shown = services::FromWx(wxControl::EscapeMnemonics(ToWx(device)));
   return NLSFmt(session, "Port &%0:s (%1:s)", {number, shown});
@@ -50,9 +50,9 @@ wxSizer* frmSelectCommPort::MakeChoices(const PortSelectionOptions& options) {
       new wxStaticBoxSizer(wxVERTICAL, this, ToWx(SelectPortTitle(session, job_.TransferMode)));
   fraSelect = rows->GetStaticBox();
   services::NameControl(fraSelect, "fraSelect");
-  for (const int slot : kAllPorts) {
-    const PortState state = job_.State(slot);
-    AddChoice(slot, SlotText(session, slot, job_.Port(slot).Device()),
+  for (const int port : kAllPorts) {
+    const PortState state = job_.State(port);
+    AddChoice(port, PortText(session, port, job_.Port(port).Device()),
               state == PortState::kActive || state == PortState::kAvailable, rows);
   }
   AddChoice(kAllPortsChoice, AllPortsText(session, job_.TransferMode), options.takes_all_ports,

@@ -26,7 +26,7 @@ class frmSelectCommPort : public wxDialog {
   void Run();
 
  private:
-  // The number of the choice that takes all ports; the others have those of their slots.
+  // The number of the choice that takes all ports; the others have those of their ports.
   static constexpr int kAllPortsChoice = 6;
 
   wxSizer* MakeChoices(const PortSelectionOptions& options);

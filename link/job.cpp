@@ -43,18 +43,15 @@ Job::~Job() {
   session.on_turn = std::move(turn_before_);
 }
 
-void Job::KeepCause(Failure why, int port) {
-  // The time-out does not know whose it was; the port that fails for it does.
-  if (outcome_.failure == why && outcome_.port == 0) outcome_.port = port;
+void Job::KeepCause(Failure why) {
   if (!outcome_.Done()) return;
   outcome_.failure = why;
-  outcome_.port = port;
   if (why == Failure::kRadioError) outcome_.radio_reply = RadioErrorReply;
 }
 
-void Job::SetDownloadError(Failure why, int port) {
+void Job::SetDownloadError(Failure why) {
   DownloadError = true;
-  KeepCause(why, port);
+  KeepCause(why);
 }
 
 void Job::RequestCancel(Failure why) {
@@ -65,13 +62,17 @@ void Job::RequestCancel(Failure why) {
 void Job::ClearFlags() {
   CancelRequested = false;
   DownloadError = false;
-  outcome_ = {};
+  outcome_ = {.failure = Failure::kNone};
 }
 
 services::Outcome Job::Ended(bool complete) const {
   services::Outcome ended = outcome_;
   if (!complete && ended.Done()) ended.failure = Failure::kRefused;
   return ended;
+}
+
+services::Outcome Job::PartEnded(bool complete) const {
+  return complete ? services::Outcome{.failure = Failure::kNone} : Ended(false);
 }
 
 void Job::Cancel() {

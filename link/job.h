@@ -85,16 +85,18 @@ class Job final : public services::RunningJob {
 
   bool Stopped() const { return CancelRequested || DownloadError; }
 
-  // Makes this the cause of the job's end unless there is one already. port: where it happened.
-  void KeepCause(services::Failure why, int port = 0);
+  // Makes this the cause of the job's end unless there is one already.
+  void KeepCause(services::Failure why);
   // Sets DownloadError, or CancelRequested, and keeps the first cause.
-  void SetDownloadError(services::Failure why, int port = 0);
+  void SetDownloadError(services::Failure why);
   void RequestCancel(services::Failure why = services::Failure::kCancelled);
   // Clears both flags and the cause.
   void ClearFlags();
   // How the job ended, or stands. complete: all that it should do is done; a job that has no other
   // cause for not being complete was refused.
   services::Outcome Ended(bool complete) const;
+  // The same for a part of the job: one that is complete is done, whatever failed before it.
+  services::Outcome PartEnded(bool complete) const;
 
   void Cancel() override;
   void Stop() override { RequestCancel(); }
@@ -117,7 +119,7 @@ class Job final : public services::RunningJob {
   };
 
  private:
-  services::Outcome outcome_;
+  services::Outcome outcome_{.failure = services::Failure::kNone};
   Cancelling cancelling_ = Cancelling::kAtOnce;
   bool asks_ = false;
   bool wish_is_waiting_ = false;  // the user has wished to cancel a step that waits

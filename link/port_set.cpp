@@ -137,10 +137,7 @@ bool SelectSinglePort(Job& job) {
     TryPorts(job.link, job.CommStates);
     return ActivePorts(job.CommStates);
   };
-  if (active() == 0) {
-    job.link.windows.ShowPreferences(job.link);
-    RestoreCommStates(job);
-  }
+  if (active() == 0) job.link.windows.ShowPreferences(job.link, job.CommStates);
   if (active() > 1) job.link.windows.ShowPortSelection(job);
   return active() == 1;
 }
@@ -152,21 +149,21 @@ void SelectPort(Job& job, int port) {
   job.State(port) = PortState::kActive;
 }
 
-void ApplyPreferences(Link& link, const std::array<std::optional<bool>, kPortCount>& ticked) {
+void ApplyPreferences(Link& link, PortStates& states,
+                      const std::array<std::optional<bool>, kPortCount>& ticked) {
   services::Settings& settings = link.session.settings;
   for (const int port : kAllPorts) {
     const std::optional<bool> tick = ticked[Link::Index(port)];
-    if (tick) link.State(port) = *tick ? PortState::kActive : PortState::kAvailable;
+    PortState& state = states[Link::Index(port)];
+    if (tick) state = link.State(port) = *tick ? PortState::kActive : PortState::kAvailable;
     settings.AppSaveUserSetting(settings.OwnType(), StateSetting(port),
-                                std::to_string(static_cast<std::int32_t>(link.State(port))));
+                                std::to_string(static_cast<std::int32_t>(state)));
   }
 }
 
 bool InitialiseComms(Job& job) {
-  if (FirstActivePort(job.CommStates) == 0) {
-    job.link.windows.ShowPreferences(job.link);
-    RestoreCommStates(job);
-  }
+  if (FirstActivePort(job.CommStates) == 0)
+    job.link.windows.ShowPreferences(job.link, job.CommStates);
   bool last_is_open = false;
   for (const int number : kAllPorts) {
     if (!job.IsActive(number)) continue;

@@ -44,8 +44,9 @@ class LinkWindows {
  public:
   virtual ~LinkWindows() = default;
 
-  // Lets the user choose which ports are Active (see ApplyPreferences).
-  virtual void ShowPreferences(Link& link) = 0;
+  // Lets the user choose which ports are Active (see ApplyPreferences). states: a job's, or those
+  // of the link; they are tried and shown.
+  virtual void ShowPreferences(Link& link, PortStates& states) = 0;
   // Lets the user choose one of a job's Active ports (see SelectPort), or all of them.
   virtual void ShowPortSelection(Job& job) = 0;
 };
@@ -67,7 +68,7 @@ struct Link {
   // What the user has chosen, as far as the ports can be opened. A job has states of its own.
   PortStates CommStates{};
 
-  // Gives the port another device. Not while a job runs.
+  // Gives the port another device. Not while the port is open.
   void ReplacePort(int port, std::unique_ptr<platform::SerialPort> replacement);
 
   platform::SerialPort& Port(int port) { return *ports[Index(port)]; }
@@ -97,8 +98,10 @@ bool SelectSinglePort(Job& job);
 void SelectPort(Job& job, int port);
 
 // The ticks of the preferences window: a ticked port becomes Active, an unticked one Available; a
-// port without a tick box (nothing) keeps its state. Saves the four states as the user's settings.
-void ApplyPreferences(Link& link, const std::array<std::optional<bool>, kPortCount>& ticked);
+// port without a tick box (nothing) keeps its state. They go into the user's choice and, in a job,
+// into its states; these are saved as the user's settings.
+void ApplyPreferences(Link& link, PortStates& states,
+                      const std::array<std::optional<bool>, kPortCount>& ticked);
 
 // Opens every Active port and discards what is pending on it. True when the last Active port is
 // open. With no Active port the user is asked for one first. A port that cannot be opened is

@@ -26,7 +26,7 @@ constexpr unsigned kLastPseudoTerminal = 143;
 // "ttyUSB0" will do for "/dev/ttyUSB0".
 std::string PathOf(const std::string& device) {
   struct stat status {};
-  // A slot without a device: a port that does not exist.
+  // A port without a device: a port that does not exist.
   if (device.empty()) return device;
   if (device.find('/') != device.npos || stat(device.c_str(), &status) == 0) return device;
   return "/dev/" + device;

@@ -71,7 +71,7 @@ Outcome Program(RadioDb& db, ReadWriteView& view, const std::string& path, const
                "The radio may hold only part of the data now. Please program %0:s again.", {path}),
         {.icon = services::Icon::kCritical});
   }
-  return job.Ended(complete);
+  return job.PartEnded(complete);
 }
 
 }  // namespace
@@ -88,7 +88,7 @@ Outcome ReadRadio(RadioDb& db, ReadWriteView& view) {
   const bool begun = ReadIdentityForTransfer(db) && OpenReadFiles(db, files);
   const bool complete = begun && ReadAllItems(db, view, files);
   CloseRadio(db.job, view);
-  return job.Ended(begun && EndReadFiles(db, files, complete));
+  return job.PartEnded(begun && EndReadFiles(db, files, complete));
 }
 
 Outcome ProgramRadio(RadioDb& db, ReadWriteView& view, const std::string& file) {
@@ -117,7 +117,7 @@ Outcome ReadSpecification(RadioDb& db) {
   db.job.TransferMode = link::Transfer::kRead;
   const bool complete = ReadRadioIdentity(db.job, IdentityUse::kView, db.identity);
   CloseRadio(db.job);
-  return db.job.Ended(complete);
+  return db.job.PartEnded(complete);
 }
 
 }  // namespace zep::radiodb

@@ -7,7 +7,7 @@
 
 #include "link/frmPreferences.h"
 #include "link/frmSelectCommPort.h"
-#include "link/port_slots.h"
+#include "link/port_devices.h"
 #include "services/messages.h"
 
 namespace zep::shell {
@@ -46,8 +46,8 @@ std::unique_ptr<platform::SerialPort> Application::MakePort(const std::string& d
 }
 
 // A device given at the start takes the place of the one that the settings name.
-std::array<std::string, link::kPortCount> Application::SlotDevices() const {
-  std::array<std::string, link::kPortCount> devices = link::SlotDevices(session.settings);
+std::array<std::string, link::kPortCount> Application::DevicesOfPorts() const {
+  std::array<std::string, link::kPortCount> devices = link::DevicesOfPorts(session.settings);
   const std::size_t given = std::min(given_ports_.size(), devices.size());
   for (std::size_t index = 0; index < given; ++index) {
     if (!given_ports_[index].empty()) devices[index] = given_ports_[index];
@@ -57,14 +57,14 @@ std::array<std::string, link::kPortCount> Application::SlotDevices() const {
 
 link::Ports Application::MakePorts() {
   link::Ports ports;
-  const auto devices = SlotDevices();
+  const auto devices = DevicesOfPorts();
   for (std::size_t index = 0; index < ports.size(); ++index)
     ports[index] = MakePort(devices[index]);
   return ports;
 }
 
-void Application::UseSlotDevices() {
-  const auto devices = SlotDevices();
+void Application::UseChosenDevices() {
+  const auto devices = DevicesOfPorts();
   for (const int port : link::kAllPorts) {
     const std::size_t index = link::Link::Index(port);
     if (link.ports[index]->Device() != devices[index])
@@ -93,20 +93,20 @@ void Application::UseLanguage(int number) {
   }
 }
 
-void Application::ShowPreferences(link::Link& shown_link) {
-  link::CheckCommPorts(shown_link, false);  // devices come and go
+void Application::ShowPreferences(link::Link& shown_link, link::PortStates& states) {
+  TryPorts(shown_link, states);  // devices come and go
   link::frmPreferences preferences(
-      services::DialogParent(), context, shown_link,
+      services::DialogParent(), context, shown_link, states,
       {.list_devices = computer.list_devices, .try_device = [this](const std::string& device) {
          return computer.make_port(device)->Open();
        }});
   const link::PreferencesOutcome outcome = preferences.Run();
   if (!outcome.accepted) return;
-  for (const auto& [slot, device] : outcome.changed_devices)
-    given_ports_[link::Link::Index(slot)] = device;
-  UseSlotDevices();
-  link::ApplyPreferences(shown_link, outcome.ticked);
-  link::CheckCommPorts(shown_link, false);
+  for (const auto& [port, device] : outcome.changed_devices)
+    given_ports_[link::Link::Index(port)] = device;
+  UseChosenDevices();
+  ApplyPreferences(shown_link, states, outcome.ticked);
+  TryPorts(shown_link, states);
   if (outcome.language != UILanguage) UseLanguage(outcome.language);
 }
 

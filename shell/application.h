@@ -1,4 +1,4 @@
-// The desktop application as one object: the session, the link over the four slots, the radio and
+// The desktop application as one object: the session, the link over the four ports, the radio and
 // firmware work, and what the windows are given. The windows themselves are made by Main and
 // frmMDI.
 #pragma once
@@ -38,7 +38,7 @@ struct DesktopComputer : platform::Computer {
 struct StartChoices {
   std::string application_folder;  // ZEPDLCA_APPLICATION_FOLDER
   std::string string_table;        // ZEPDLCA_STRING_TABLE; "ZEP" when empty
-  std::vector<std::string> ports;  // ZEPDLCA_PORTS: devices of the slots, from the first on
+  std::vector<std::string> ports;  // ZEPDLCA_PORTS: devices of the ports, from the first on
 };
 
 // Which task window is open.
@@ -63,7 +63,7 @@ class Application final : public link::LinkWindows {
   std::uint64_t byte_count_ = 0;
   std::unique_ptr<link::WireTrace> trace_;
   std::unique_ptr<platform::IoPorts> io_ports_;
-  // By slot; empty where the settings decide. Given at the start, or chosen since then, also when
+  // By port; empty where the settings decide. Given at the start, or chosen since then, also when
   // that could not be stored.
   std::vector<std::string> given_ports_;
 
@@ -82,9 +82,9 @@ class Application final : public link::LinkWindows {
   bool ShowAdvanced = true;
   Task current_task = Task::kNone;
 
-  // Gives the slots the devices that the settings name now. Ports whose device has not changed stay
+  // Gives the ports the devices that the settings name now. Ports whose device has not changed stay
   // as they are. Not while a job runs.
-  void UseSlotDevices();
+  void UseChosenDevices();
 
   // Told after the interface language has changed.
   std::function<void()> on_language;
@@ -93,12 +93,12 @@ class Application final : public link::LinkWindows {
   void UseLanguage();
   void UseLanguage(int number);
 
-  void ShowPreferences(link::Link& link) override;
+  void ShowPreferences(link::Link& link, link::PortStates& states) override;
   void ShowPortSelection(link::Job& job) override;
 
  private:
   std::unique_ptr<platform::SerialPort> MakePort(const std::string& device);
-  std::array<std::string, link::kPortCount> SlotDevices() const;
+  std::array<std::string, link::kPortCount> DevicesOfPorts() const;
   link::Ports MakePorts();
 };
 

@@ -308,7 +308,7 @@ void frmMDI::ShowLanguage() {
 }
 
 void frmMDI::Preferences() {
-  application_.ShowPreferences(application_.link);
+  application_.ShowPreferences(application_.link, application_.link.CommStates);
   // The ports may have changed.
   auto* download = dynamic_cast<firmware::frmDownload*>(main_->TaskForm());
   if (download != nullptr) download->UpdateOffers();

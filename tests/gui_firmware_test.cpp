@@ -162,7 +162,7 @@ TEST(InHouse, ReadsTheFlashOfOneRadioIntoAFile) {
               ::testing::MatchesRegex(
                   "\\[Select Upload File Name\\]\nPlease put radio in Bootstrap mode.\n"
                   "Completed uploading firmware from radio on communication port 1\n"
-                  "Slot 1 \\(sim:conventional,unpaced\\): done, E1, SST29EE020 2MBit\n"
+                  "Port 1 \\(sim:conventional,unpaced\\): done, E1, SST29EE020 2MBit\n"
                   "183552 bytes per radio in [0-9.]+ seconds.\n"
                   "The flash memory is saved in FOLDER/flash.bin \\(262144 bytes\\).\n"));
   EXPECT_EQ(desktop.folder.Read("flash.bin").value_or("").size(), 262144U);
@@ -210,7 +210,7 @@ TEST(UpgradeDialog, SucceedsOnlyWhenEveryRadioHasTheFirmware) {
   desktop.Click("cmdBrowseBinary");
   desktop.Click("cmdUpgrade");
   EXPECT_THAT(desktop.Text("txtUpgradeSteps"),
-              ContainsRegex("Slot 1 .*: done, .*\nSlot 2 .*: failed, .*\n[^\n]*\n"
+              ContainsRegex("Port 1 .*: done, .*\nPort 2 .*: failed, .*\n[^\n]*\n"
                             "The upgrade process did not complete successfully\n$"));
   desktop.Boxes();
 }

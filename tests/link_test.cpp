@@ -6,8 +6,8 @@
 
 #include "link/byte_exchange.h"
 #include "link/error_replies.h"
+#include "link/port_devices.h"
 #include "link/port_set.h"
-#include "link/port_slots.h"
 #include "link/port_texts.h"
 #include "link/programming_mode.h"
 #include "link/wire_trace.h"
@@ -392,7 +392,9 @@ TEST(PortSet, StatesFollowWhatCanBeOpenedAndTheUsersChoice) {
 
 TEST(PortSet, ASingleRadioNeedsExactlyOneActivePort) {
   TestLink test;
-  test.windows.on_preferences = [](Link& link) { ApplyPreferences(link, {true, true, {}, false}); };
+  test.windows.on_preferences = [](Link& link, PortStates& states) {
+    ApplyPreferences(link, states, {true, true, {}, false});
+  };
   test.windows.on_selection = [](Job& job) { SelectPort(job, 2); };
   EXPECT_TRUE(SelectSinglePort(test.job));
   EXPECT_EQ(test.windows.shown, "preferences port selection ");
@@ -410,7 +412,9 @@ TEST(PortSet, ASingleRadioNeedsExactlyOneActivePort) {
 
 TEST(PortSet, AChoiceMadeDuringAnActionOutlastsIt) {
   TestLink test;
-  test.windows.on_preferences = [](Link& link) { ApplyPreferences(link, {true, {}, {}, {}}); };
+  test.windows.on_preferences = [](Link& link, PortStates& states) {
+    ApplyPreferences(link, states, {true, {}, {}, {}});
+  };
   EXPECT_TRUE(InitialiseComms(test.job));
   EXPECT_EQ(test.States(), "1222");
   EXPECT_EQ(TestLink::States(test.link.CommStates), "1222");
@@ -418,18 +422,18 @@ TEST(PortSet, AChoiceMadeDuringAnActionOutlastsIt) {
 
 TEST(PortSet, EverySlotHasADeviceOfItsOwn) {
   TestSession test;
-  const std::array<std::string, kPortCount> by_default = SlotDevices(test.settings);
-  SaveSlotDevice(test.settings, 2, by_default[0].empty() ? "/dev/ttyUSB7" : by_default[0]);
-  const std::array<std::string, kPortCount> devices = SlotDevices(test.settings);
+  const std::array<std::string, kPortCount> by_default = DevicesOfPorts(test.settings);
+  SavePortDevice(test.settings, 2, by_default[0].empty() ? "/dev/ttyUSB7" : by_default[0]);
+  const std::array<std::string, kPortCount> devices = DevicesOfPorts(test.settings);
   EXPECT_EQ(devices[1], by_default[0].empty() ? "/dev/ttyUSB7" : by_default[0]);
   for (const std::size_t other : {0U, 2U, 3U}) EXPECT_NE(devices[other], devices[1]);
 }
 
 TEST(PortSet, OnlySimulatedRadiosMayBeOnTwoSlots) {
   using Clash = std::optional<std::pair<int, int>>;
-  EXPECT_EQ(SlotsWithSameDevice({"/dev/a", "/dev/b", "/dev/c", "/dev/b"}), Clash({2, 4}));
-  EXPECT_EQ(SlotsWithSameDevice({"/dev/null", "/dev/../dev/null", "", ""}), Clash({1, 2}));
-  EXPECT_EQ(SlotsWithSameDevice({"sim:trunked", "", "sim:trunked", ""}), std::nullopt);
+  EXPECT_EQ(PortsWithSameDevice({"/dev/a", "/dev/b", "/dev/c", "/dev/b"}), Clash({2, 4}));
+  EXPECT_EQ(PortsWithSameDevice({"/dev/null", "/dev/../dev/null", "", ""}), Clash({1, 2}));
+  EXPECT_EQ(PortsWithSameDevice({"sim:trunked", "", "sim:trunked", ""}), std::nullopt);
 }
 
 TEST(PortTexts, AnOfferedDeviceIsStoredWithoutItsAdapter) {

@@ -115,16 +115,16 @@ class RecordedIoPorts final : public platform::IoPorts {
 // Answers by doing what the test says.
 class ScriptedWindows final : public link::LinkWindows {
  public:
-  void ShowPreferences(link::Link& link) override {
+  void ShowPreferences(link::Link& link, link::PortStates& states) override {
     shown += "preferences ";
-    if (on_preferences) on_preferences(link);
+    if (on_preferences) on_preferences(link, states);
   }
   void ShowPortSelection(link::Job& job) override {
     shown += "port selection ";
     if (on_selection) on_selection(job);
   }
   std::string shown;
-  std::function<void(link::Link&)> on_preferences;
+  std::function<void(link::Link&, link::PortStates&)> on_preferences;
   std::function<void(link::Job&)> on_selection;
 };
 

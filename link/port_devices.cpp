@@ -1,4 +1,4 @@
-#include "link/port_slots.h"
+#include "link/port_devices.h"
 
 #include <algorithm>
 #include <deque>
@@ -9,13 +9,13 @@
 namespace zep::link {
 namespace {
 
-std::string DeviceSetting(int slot) { return "CommPort" + std::to_string(slot) + "Device"; }
+std::string DeviceSetting(int port) { return "CommPort" + std::to_string(port) + "Device"; }
 
-// The devices to give to slots without one of their own, best first.
+// The devices to give to ports without one of their own, best first.
 std::deque<std::string> DevicesToGive() {
   std::deque<std::string> names;
 #ifdef _WIN32
-  for (const int slot : kAllPorts) names.push_back("COM" + std::to_string(slot));
+  for (const int port : kAllPorts) names.push_back("COM" + std::to_string(port));
 #else
   for (const platform::SerialDeviceInfo& info : platform::ListSerialDevices()) {
     if (info.state != platform::SerialDeviceState::kConsole) names.push_back(info.device);
@@ -26,11 +26,11 @@ std::deque<std::string> DevicesToGive() {
 
 }  // namespace
 
-std::array<std::string, kPortCount> SlotDevices(const services::Settings& settings) {
+std::array<std::string, kPortCount> DevicesOfPorts(const services::Settings& settings) {
   std::array<std::string, kPortCount> devices;
-  for (const int slot : kAllPorts) {
-    devices[Link::Index(slot)] =
-        settings.AppGetUserSetting(settings.OwnType(), DeviceSetting(slot), "");
+  for (const int port : kAllPorts) {
+    devices[Link::Index(port)] =
+        settings.AppGetUserSetting(settings.OwnType(), DeviceSetting(port), "");
   }
   if (std::ranges::find(devices, "") == devices.end()) return devices;
   std::deque<std::string> free = DevicesToGive();
@@ -45,17 +45,17 @@ std::array<std::string, kPortCount> SlotDevices(const services::Settings& settin
   return devices;
 }
 
-bool SaveSlotDevice(services::Settings& settings, int slot, const std::string& device) {
-  return settings.AppSaveUserSetting(settings.OwnType(), DeviceSetting(slot), device);
+bool SavePortDevice(services::Settings& settings, int port, const std::string& device) {
+  return settings.AppSaveUserSetting(settings.OwnType(), DeviceSetting(port), device);
 }
 
-std::optional<std::pair<int, int>> SlotsWithSameDevice(
+std::optional<std::pair<int, int>> PortsWithSameDevice(
     const std::array<std::string, kPortCount>& devices) {
-  for (const int slot : kAllPorts) {
-    const std::string& device = devices[Link::Index(slot)];
+  for (const int port : kAllPorts) {
+    const std::string& device = devices[Link::Index(port)];
     if (device.empty() || device.starts_with("sim:")) continue;
-    for (int other = slot + 1; other <= kPortCount; ++other) {
-      if (platform::IsSameFile(device, devices[Link::Index(other)])) return {{slot, other}};
+    for (int other = port + 1; other <= kPortCount; ++other) {
+      if (platform::IsSameFile(device, devices[Link::Index(other)])) return {{port, other}};
     }
   }
   return std::nullopt;
