@@ -8,7 +8,6 @@
 #include <wx/treectrl.h>
 
 #include "link/frmSelectCommPort.h"
-#include "shell/frmAppSplash.h"
 #include "tests/gui_testing.h"
 
 namespace zep::testing {
