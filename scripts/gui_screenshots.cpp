@@ -122,7 +122,6 @@ void Album::Jobs() {
 
 void Album::Upgrades() {
   Desktop desktop({"sim:torvik"}, "Torvik", static_cast<int>(language_));
-  desktop.user_hive.Write(Desktop::kKey, "DefaultDataPath", desktop.folder.Path());
   if (!desktop.Start()) return;
   desktop.Open("Upgrade");
   desktop.AtTurn(25000, [this, &desktop] { Take(*desktop.frame, "frmAutomaticUpgrade-running"); });
