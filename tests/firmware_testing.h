@@ -3,7 +3,6 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -14,9 +13,9 @@
 #include "firmware/firmware.h"
 #include "firmware/transfer_engine.h"
 #include "link/byte_exchange.h"
+#include "radiodb/read_write_view.h"
 #include "simulator/simulated_port.h"
 #include "tests/link_testing.h"
-#include "tests/views_testing.h"
 
 namespace zep::testing {
 
@@ -69,6 +68,21 @@ inline std::string Brief(std::string boxes) {
   return boxes;
 }
 
+// Shows nothing, for tests of what a procedure does and not of how it is watched.
+class QuietView : public firmware::TransferView, public radiodb::ReadWriteView {
+ public:
+  void SetCaption(const std::string&) override {}
+  void ShowStatus(const std::string&) override {}
+  void SetProgressMaximum(int) override {}
+  void SetProgress(int) override {}
+  void ShowProgress(bool) override {}
+  void EnableCancel(bool) override {}
+  void ShowCancel(bool) override {}
+  void ShowBootstrapHint(bool) override {}
+  void SetPort(int, const firmware::PortFacts&) override {}
+  void Repaint() override {}
+};
+
 // Notes what is shown, a line each, but for progress values.
 struct NotedView final : QuietView {
   std::string notes;
@@ -94,7 +108,7 @@ struct FirmwareBench : TestLink {
     Choose(ImageBytes(131072, "ZEP-xx11 ", 0x8000));
   }
   // Makes the bytes the chosen image; it must be a valid one.
-  void Choose(std::string_view bytes) {
+  void Choose(const std::string& bytes) {
     firmware::ChooseImageFile(firmware.image, folder.Write("image.bin", bytes));
     EXPECT_TRUE(CheckForValidFile(session, firmware.image));
   }

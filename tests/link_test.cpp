@@ -1,7 +1,4 @@
 // Bytes to and from the radios, and what they answer.
-#include <chrono>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -47,8 +44,7 @@ TEST(ByteExchange, AByteIsAwaitedByItsRules) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    TestLink test;
-    test.Activate({1});
+    TestLink test({1});
     test.port(1).Receive(row.received);
     EXPECT_EQ(GetByteFromSpecficComms(test.job, 1, row.expected, row.end_on_zero), row.result);
     EXPECT_EQ(test.job.timSerialTimeOut.IsEnabled(), row.timer_runs_on);
@@ -61,8 +57,7 @@ TEST(ByteExchange, AByteIsAwaitedByItsRules) {
 }
 
 TEST(ByteExchange, SilenceEndsAWaitAfterFourSecondsWhateverIsSkipped) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.port(1).Receive("x", milliseconds(3900));
   EXPECT_EQ(GetStringFromSpecficComms(test.job, 1, ">"), "");
   EXPECT_GE(test.clock.Now(), milliseconds(4000));
@@ -71,8 +66,7 @@ TEST(ByteExchange, SilenceEndsAWaitAfterFourSecondsWhateverIsSkipped) {
 }
 
 TEST(ByteExchange, TheTimeOfAQuestionIsNotTheRadios) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.port(1).Receive("v", milliseconds(60000));
   test.user.while_shown = [&] { test.clock.Sleep(milliseconds(59000)); };
   test.user.on_turn = [&](int turn) {
@@ -90,8 +84,7 @@ TEST(ByteExchange, TheTimeOfAQuestionIsNotTheRadios) {
 }
 
 TEST(ByteExchange, CancelEndsAWaitAtOnceAndLeavesTheInput) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.user.on_turn = [&](int turn) {
     if (turn != 3) return;
     test.job.RequestCancel();
@@ -117,8 +110,7 @@ TEST(ByteExchange, APortThatIsNotActiveIsNeverTouched) {
 }
 
 TEST(ByteExchange, EachPortHasAnsweredBeforeTheNextIsSentTo) {
-  TestLink test;
-  test.Activate({1, 2, 4});
+  TestLink test({1, 2, 4});
   for (const int port : {1, 2, 4}) test.port(port).Answer("r", "r");
   SendByteToAllComms(test.job, 'r', {.wait = true, .expected = 'r'});
   EXPECT_EQ(test.Wire(), "1<r 1>r 2<r 2>r 4<r 4>r");
@@ -134,8 +126,7 @@ TEST(ByteExchange, EachPortHasAnsweredBeforeTheNextIsSentTo) {
 TEST(ByteExchange, ALatePortStopsTheSweepUnlessTheOthersGoOn) {
   for (const bool others_go_on : {false, true}) {
     SCOPED_TRACE(others_go_on);
-    TestLink test;
-    test.Activate({1, 2, 3});
+    TestLink test({1, 2, 3});
     test.job.others_go_on = others_go_on;
     test.port(1).Answer("0", "0");
     test.port(3).Answer("0", "0");
@@ -148,8 +139,7 @@ TEST(ByteExchange, ALatePortStopsTheSweepUnlessTheOthersGoOn) {
 }
 
 TEST(ByteExchange, TheLastPortToFailEndsTheRunOfSeveral) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.port(1).Receive("{C04}>");
   EXPECT_EQ(WaitForDotFromActiveComms(test.job), 0);
@@ -160,14 +150,12 @@ TEST(ByteExchange, TheLastPortToFailEndsTheRunOfSeveral) {
 }
 
 TEST(ByteExchange, OnlyThePortThatIsWaitedForIsMarked) {
-  TestLink test;
-  test.Activate({1, 2, 3});
+  TestLink test({1, 2, 3});
   for (const int port : {2, 3}) test.port(port).Receive(".");
   WaitForDotFromActiveComms(test.job);
   EXPECT_EQ(test.States(), "4112") << "after the time-out the others are not looked at";
 
-  TestLink refused;
-  refused.Activate({1, 2});
+  TestLink refused({1, 2});
   refused.job.others_go_on = true;
   refused.job.SetDownloadError(services::Failure::kRefused);
   GetByteFromSpecficComms(refused.job, 1, '.');
@@ -176,8 +164,7 @@ TEST(ByteExchange, OnlyThePortThatIsWaitedForIsMarked) {
 }
 
 TEST(ByteExchange, CancelEndsARunOfSeveralForAll) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.port(1).Receive("{C0");
   test.user.on_turn = [&](int turn) {
@@ -190,8 +177,7 @@ TEST(ByteExchange, CancelEndsARunOfSeveralForAll) {
 }
 
 TEST(ByteExchange, EchoesAreAwaitedWithoutFlashTexts) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.port(1).Answer("a", "xa");
   SendByteToSpecificComms(test.job, 'a', 1, true);
@@ -205,8 +191,7 @@ TEST(ByteExchange, EchoesAreAwaitedWithoutFlashTexts) {
 }
 
 TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.user.on_turn = [&](int turn) {
     if (turn == 2) test.port(1).Fail(5);
   };
@@ -216,23 +201,19 @@ TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
                 kNoResponse);
   EXPECT_EQ(test.States(), "4222");
   EXPECT_EQ(test.Failure(), services::Failure::kPort);
-}
 
-TEST(ByteExchange, ADeviceThatFailsInTheMiddleOfABlockIsTakenOut) {
-  TestLink test;
-  test.Activate({1});
-  test.port(1).Receive("ab");
-  EXPECT_EQ(GetAnyByte(test.job, 1), 'a');
-  test.port(1).Fail(5);
-  GetAnyByte(test.job, 1);
-  EXPECT_EQ(test.user.Boxes(),
+  TestLink block({1});  // in the middle of a block
+  block.port(1).Receive("ab");
+  EXPECT_EQ(GetAnyByte(block.job, 1), 'a');
+  block.port(1).Fail(5);
+  GetAnyByte(block.job, 1);
+  EXPECT_EQ(block.user.Boxes(),
             std::string("critical Error: 5 Input/output error[GetAnyByte] -> OK\n") + kNoResponse);
-  EXPECT_EQ(test.States(), "4222");
+  EXPECT_EQ(block.States(), "4222");
 }
 
 TEST(ByteExchange, AVanishedDeviceIsNotSpokenToAgain) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.user.on_turn = [&](int turn) {
     if (turn == 2) test.port(1).Fail(5);
@@ -249,8 +230,7 @@ TEST(ByteExchange, AVanishedDeviceIsNotSpokenToAgain) {
 }
 
 TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.port(1).output = [] { return 1; };
   SendBytesToAllComms(test.job, std::vector<std::uint8_t>{'A'});
@@ -262,8 +242,7 @@ TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
 }
 
 TEST(ByteExchange, OutputMayTakeItsTimeAsLongAsItFlows) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   // A byte every three seconds.
   test.port(1).output = [&] { return static_cast<std::size_t>((14s - test.clock.Now()) / 3s); };
   SelectBaudRate(test.job, 9600);
@@ -274,11 +253,7 @@ TEST(ByteExchange, OutputMayTakeItsTimeAsLongAsItFlows) {
 
 TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
   struct Row {
-    const char* name;
-    const char* received;
-    const char* mode;
-    const char* reply;
-    const char* shown;
+    const char *name, *received, *mode, *reply, *shown;
   };
   const std::string noise(3000, '7');
   const std::vector<Row> rows = {
@@ -302,8 +277,7 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    TestLink test;
-    test.Activate({3});
+    TestLink test({3});
     test.port(3).Receive(row.received);
     EXPECT_EQ(ReadReplyFromActiveComms(test.job, row.mode), row.reply);
     EXPECT_NE(test.user.Boxes().find(row.shown), std::string::npos) << test.user.Boxes();
@@ -313,28 +287,27 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
 
 TEST(ErrorReplies, KnownRepliesAreShownAndEveryReplyIsAnError) {
   const std::vector<std::pair<std::string, std::string>> rows = {
-      {"{C01}", "{C01} Command not recognized"},
-      {"{C02}", "{C02} Record corrupted"},
-      {"{C03}", "{C03} Record not accepted"},
-      {"{C04}", "{C04} Item not recognized"},
-      {"{C05}", "{C05} Record size error"},
-      {"{C06}", "{C06} Item size overflow"},
-      {"{C07}", "{C07} Read only item error"},
-      {"{C08}", "{C08} Record too long"},
-      {"{C09}", "{C09} Dynamic database full"},
-      {"{C10}", "{C10} Database write error"},
-      {"{X32}", "{X32} Database is corrupted"},
-      {"{X31}", "{X31} Model configuration not successful"},
+      {"{C01}", "Command not recognized"},
+      {"{C02}", "Record corrupted"},
+      {"{C03}", "Record not accepted"},
+      {"{C04}", "Item not recognized"},
+      {"{C05}", "Record size error"},
+      {"{C06}", "Item size overflow"},
+      {"{C07}", "Read only item error"},
+      {"{C08}", "Record too long"},
+      {"{C09}", "Dynamic database full"},
+      {"{C10}", "Database write error"},
+      {"{X32}", "Database is corrupted"},
+      {"{X31}", "Model configuration not successful"},
       {"{C1}", ""},
       {"{c01}", ""},
   };
   for (const auto& [reply, text] : rows) {
     SCOPED_TRACE(reply);
     const std::string box =
-        text.empty() ? "" : "critical [Radio reported error] " + text + " -> OK\n";
+        text.empty() ? "" : "critical [Radio reported error] " + reply + " " + text + " -> OK\n";
     for (const ReportErrors report : {ReportErrors::kShow, ReportErrors::kSilent}) {
-      TestLink test;
-      test.Activate({1});
+      TestLink test({1});
       test.job.ReportRadioErrors = report;
       test.port(1).Receive(reply.substr(0, 2) + "\r" + reply.substr(2) + ">x");
       WaitForChar(test.job, "v", 1);
@@ -357,8 +330,7 @@ TEST(ErrorReplies, FlashCodesAreShownWhereTextIsAwaited) {
   };
   for (const auto& [code, text] : rows) {
     SCOPED_TRACE(code);
-    TestLink test;
-    test.Activate({2});
+    TestLink test({2});
     test.port(2).Receive(code);
     GetStringFromSpecficComms(test.job, 2, ">");
     EXPECT_EQ(test.user.Boxes(),

@@ -1,9 +1,5 @@
 // Which ports there are and how they are opened, set and released.
 #include <array>
-#include <optional>
-#include <string>
-#include <utility>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -115,8 +111,7 @@ TEST(PortSet, OpeningReportsThePortThatCannotBeOpened) {
 }
 
 TEST(PortSet, LineSpeedsAreSetOnActivePortsOnly) {
-  TestLink test;
-  test.Activate({1, 3});
+  TestLink test({1, 3});
   test.port(2).Receive("x");
   SelectBaudRate(test.job, 1200);
   SelectBaudRate(test.job, 9600);
@@ -130,8 +125,7 @@ TEST(PortSet, LineSpeedsAreSetOnActivePortsOnly) {
 }
 
 TEST(PortSet, TheHighSpeedCardIsProgrammedRegisterByRegister) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.session.high_speed = true;
   test.settings.AppSaveUserSetting(services::AppType::kDownload, "Port2", "9");
   InitHighSpeedCard(test.link);
@@ -152,8 +146,7 @@ TEST(PortSet, TheHighSpeedCardIsProgrammedRegisterByRegister) {
 }
 
 TEST(ProgrammingMode, TheHandshakeGoesPortByPortAndEndsAtTheFirstSilentOne) {
-  TestLink test;
-  test.Activate({1, 2, 3});
+  TestLink test({1, 2, 3});
   for (const int port : {1, 3}) {
     test.port(port).Answer("^", "v");
     test.port(port).Answer("#", ">");
@@ -168,8 +161,7 @@ TEST(ProgrammingMode, TheHandshakeGoesPortByPortAndEndsAtTheFirstSilentOne) {
 }
 
 TEST(ProgrammingMode, AnActionLeavesRadiosReleasedPortsClosedAndStatesAsTheyWere) {
-  TestLink test;
-  test.Activate({2});
+  TestLink test({2});
   {
     Job job(test.link);
     PutActiveCommsInProgMode(job);
