@@ -245,9 +245,10 @@ TEST(Keyboard, NoLetterIsTakenTwiceInAnyWindowOrLanguage) {
     for (std::size_t at = 0; at < bar->GetMenuCount(); ++at) {
       EXPECT_TRUE(headings.Add(bar->GetMenuLabel(at)));
       Letters entries;
-      for (const wxMenuItem* item : bar->GetMenu(at)->GetMenuItems())
+      for (const wxMenuItem* item : bar->GetMenu(at)->GetMenuItems()) {
         EXPECT_TRUE(item->IsSeparator() || entries.Add(item->GetItemLabel()))
             << item->GetItemLabel();
+      }
       EXPECT_EQ(entries.clashes, "");
     }
     for (const char* task : {"Specifications", "Download", "Upgrade"}) {

@@ -131,8 +131,7 @@ class ScriptedWindows final : public link::LinkWindows {
 
 struct TestLink : TestSession {
   // With these ports Active and open.
-  explicit TestLink(std::initializer_list<int> active = {})
-      : link(session, MakePorts(), windows, io) {
+  TestLink(std::initializer_list<int> active = {}) : link(session, MakePorts(), windows, io) {
     Activate(active);
   }
 
