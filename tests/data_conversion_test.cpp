@@ -10,8 +10,6 @@
 namespace zep::upgrade {
 namespace {
 
-using services::Answer;
-using testing::Count;
 using testing::DataFileOf;
 using ::testing::EndsWith;
 using testing::Fields;
@@ -79,25 +77,15 @@ TEST_F(DataConversion, LogsWhatItDoesAndFinds) {
 }
 
 TEST_F(DataConversion, FailsWithOneLineAndNoFile) {
-  // What is wrong, new version, a file that is written or with "-" removed, the log's last line.
-  for (const char* row :
-       {"too old|0204|other.ops|x|v204 is not supported",
-        "too new|0406|other.ops|x|v406 is not supported",
-        "no default settings|0405|default.ops|-|Could not locate default.ops",
-        "default settings damaged|0405|default.ops|150001FF00|Could read default settings ",
-        "saved file cut off|0405|saved.ops|0500|Could not locate FOLDER/"}) {
+  // What is wrong, new version, a record of the saved file, the log's last line.
+  for (const char* row : {"too old|0204|050003010203F2|v204 is not supported",
+                          "saved file cut off|0405|0500|Could not locate FOLDER/"}) {
     const std::vector<std::string> fields = Fields(row);
     SCOPED_TRACE(fields[0]);
     WriteFiles();
-    test_.folder.Write(fields[2], DataFileOf({Identity("0402"), fields[3]}));
-    if (fields[3] == "-") std::filesystem::remove(test_.folder.Path(fields[2]));
-    if (fields[4] == "Could not locate default.ops")
-      test_.user.WillAnswer("Cannot find default.ops would you like", Answer::kNo);
+    test_.folder.Write("saved.ops", DataFileOf({Identity("0402"), fields[2]}));
     EXPECT_FALSE(Convert("0402", fields[1]));
-    std::string last_line = fields[4];
-    if (const std::size_t at = last_line.find("FOLDER"); at != std::string::npos)
-      last_line.replace(at, 6, test_.folder.Path());
-    EXPECT_THAT(LogText(), EndsWith("\n" + last_line + "\n"));
+    EXPECT_THAT(test_.folder.Renamed(LogText(), "FOLDER"), EndsWith("\n" + fields[3] + "\n"));
   }
 }
 

@@ -2,8 +2,6 @@
 // of the platform show must be there, in all languages, with the same placeholders.
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <map>
 #include <regex>
 #include <set>
@@ -14,6 +12,7 @@
 #include <gtest/gtest.h>
 
 #include "platform/advice.h"
+#include "platform/files.h"
 #include "services/string_table.h"
 #include "services/translation.h"
 
@@ -28,11 +27,6 @@ using services::Translation;
 const std::set<std::string, std::less<>> kNeutral = {"ConHexNumToLng", "\n"};
 // Entries that no call names: what an identity holds, and what no radio has brought about yet.
 const std::set<std::string, std::less<>> kNamedNowhere = {"NOT SET", "No Micro type returned."};
-
-std::string ReadFile(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 // A C++ source as words, punctuation and string literals, the latter joined as the compiler joins
 // them.
@@ -122,7 +116,9 @@ std::map<std::string, std::string> AllShownTexts() {
       const std::string extension = entry.path().extension().string();
       if (extension != ".cpp" && extension != ".h") continue;
       const std::string where = std::filesystem::relative(entry.path(), root).string();
-      for (const std::string& text : ShownTexts(ReadFile(entry.path()))) texts.emplace(text, where);
+      for (const std::string& text :
+           ShownTexts(platform::ReadWholeFile(entry.path().string()).bytes))
+        texts.emplace(text, where);
     }
   }
   return texts;
@@ -148,22 +144,10 @@ bool HasChinese(std::string_view text) {
 const Translation& Dictionary() {
   static const Translation dictionary = [] {
     Translation loaded;
-    loaded.Load(ReadFile(std::filesystem::path(ZEP_SOURCE_DIR) / "resources/ZEPDLCA.mld"));
+    loaded.Load(platform::ReadWholeFile(ZEP_SOURCE_DIR "/resources/ZEPDLCA.mld").bytes);
     return loaded;
   }();
   return dictionary;
-}
-
-TEST(Dictionary, TheScanFindsTextsHoweverTheyAreWritten) {
-  const std::string source = R"SOURCE(
-    // NLSText("comment")
-    NLSMsgBox(session, NLSFmt(session, "joined "
-                                       "text", {"argument"}), {.title = "a title"});
-    const char c = '"'; Show(NLSText("quote \" and\nbreak"), "no text");
-    NLSFmt(f(1, 2), flag ? "one" : "other", {g("argument")});
-  )SOURCE";
-  EXPECT_EQ(ShownTexts(source), (std::vector<std::string>{"joined text", "a title",
-                                                          "quote \" and\nbreak", "one", "other"}));
 }
 
 TEST(Dictionary, HoldsEveryTextOfTheProgram) {

@@ -1,6 +1,5 @@
 #include "tests/disk_watch.h"
 
-#include <cstdio>
 #include <dlfcn.h>
 #include <filesystem>
 #include <utility>

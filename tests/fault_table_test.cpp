@@ -5,21 +5,13 @@
 // were, and claims success only when everything is as it is without the fault; otherwise it has
 // said why.
 
-#include <chrono>
-#include <functional>
-#include <memory>
 #include <ostream>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
-#include "firmware/transfer_engine.h"
 #include "radiodb/read_write_radio.h"
 #include "simulator/samples.h"
-#include "simulator/simulated_port.h"
-#include "tests/link_testing.h"
-#include "tests/views_testing.h"
+#include "tests/firmware_testing.h"
 
 namespace zep {
 namespace {
@@ -31,10 +23,8 @@ using simulator::Step;
 // What a run has brought about, as one text to compare, and how it went.
 struct Outcome {
   bool claimed = false;
-  std::string result;
-  std::string boxes;
+  std::string result, boxes, states_after;
   Failure failure = Failure::kNone;
-  std::string states_after;
   bool ports_closed = true;
   platform::Duration took{};
 
@@ -44,25 +34,14 @@ struct Outcome {
   }
 };
 
-struct Bench : testing::TestLink {
-  explicit Bench(const std::vector<std::string>& radios) {
-    for (std::size_t at = 0; at < radios.size(); ++at) {
-      auto made = simulator::MakeSimulatedPort("sim:" + radios[at], clock);
-      EXPECT_EQ(made.error, "");
-      simulated.push_back(made.value->get());
-      link.ports[at] = std::move(*made.value);
-      Choose(static_cast<int>(at) + 1);
-    }
-  }
-
-  std::vector<simulator::SimulatedPort*> simulated;
-  testing::QuietView view;
+struct Bench : testing::FirmwareBench {
+  explicit Bench(const std::string& radios) { Simulate(radios); }
 };
 
 // A user's action on the radios of a bench: claims success or not, and what it has made.
 using Action = std::function<void(Bench&, Outcome&)>;
 
-Outcome Perform(const std::vector<std::string>& radios, const Action& action) {
+Outcome Perform(const std::string& radios, const Action& action) {
   Bench bench(radios);
   Outcome outcome;
   const std::string states_before = bench.States(bench.link.CommStates);
@@ -112,38 +91,24 @@ void Program(Bench& bench, Outcome& outcome) {
   EXPECT_TRUE(db.writing_begun || radio.Counts().records_written == 0);
 }
 
-void WriteLoaders(const Bench& bench) {
-  const simulator::Bytes first = simulator::SampleFirstLoader();
-  const simulator::Bytes second = simulator::SampleSecondLoader();
-  bench.folder.Write("bs.tsk", std::string(first.begin(), first.end()));
-  bench.folder.Write("dl.tsk", std::string(second.begin(), second.end()));
-}
-
 void Download(Bench& bench, Outcome& outcome) {
-  WriteLoaders(bench);
   const simulator::Bytes image = simulator::MakeFirmwareImage(
       {.model_code = "51", .micro = simulator::Micro::kE1, .versions = {"0335", "0405", "0103"}});
-  bench.folder.Write("new.bin", std::string(image.begin(), image.end()));
-  firmware::Firmware firmware;
-  firmware::ChooseImageFile(firmware.image, bench.folder.Path("new.bin"));
-  ASSERT_TRUE(firmware::CheckForValidFile(bench.session, firmware.image));
-  firmware::TransferRun run(bench.job, firmware, bench.view, link::Transfer::kProgram);
-  const firmware::TransferResult result = firmware::RunTransfer(run);
-  outcome.claimed = result.succeeded;
-  outcome.failure = result.outcome.failure;
+  bench.Choose({image.begin(), image.end()});
+  bench.Run();
+  outcome.Take(bench.result.outcome);
+  outcome.claimed = bench.result.succeeded;
   for (std::size_t at = 0; at < bench.simulated.size(); ++at) {
-    const bool done = result.ports[at].outcome == firmware::RadioOutcome::kDone;
+    const bool done = bench.result.ports[at].outcome == firmware::RadioOutcome::kDone;
     const bool equal = bench.simulated[at]->Radio().FlashMatches(image);
     outcome.result += done && equal ? "done " : done ? "claimed but not in the flash " : "failed ";
   }
 }
 
 void Upload(Bench& bench, Outcome& outcome) {
-  WriteLoaders(bench);
-  firmware::Firmware firmware;
-  firmware::ChooseImageFile(firmware.image, bench.folder.Path("read.bin"));
-  firmware::TransferRun run(bench.job, firmware, bench.view, link::Transfer::kRead);
-  outcome.Take(firmware::RunTransfer(run).outcome);
+  firmware::ChooseImageFile(bench.firmware.image, bench.folder.Path("read.bin"));
+  bench.Run({}, link::Transfer::kRead);
+  outcome.Take(bench.result.outcome);
   outcome.result = bench.folder.Read("read.bin").value_or("no file");
 }
 
@@ -153,27 +118,21 @@ struct Piece {
   const char* name;
   Action action;
   const char* radio;
-  Step first_step;
-  Step last_step;
+  Step first_step, last_step;
   std::vector<int> ordinals;
   int runs;  // no fewer, or the table has lost rows
 };
 
 void PrintTo(const Piece& piece, std::ostream* out) { *out << piece.name; }
 
-constexpr const char* kConventional = "conventional,unpaced";
-constexpr const char* kTrunked = "trunked,networks=2,unpaced";
+constexpr const char* kConventional = "conventional";
+constexpr const char* kTrunked = "trunked,networks=2";
 
+const std::vector<int> kBlocks = {1, 2, 3, 5, 38, 257, 723};
 const Piece kPieces[] = {
     {"UploadEarly", Upload, kConventional, Step::kBootstrap, Step::kFinish, {1, 2, 3, 5}, 220},
     {"UploadLate", Upload, kConventional, Step::kBootstrap, Step::kFinish, {38, 257, 1446}, 165},
-    {"Download",
-     Download,
-     kConventional,
-     Step::kBootstrap,
-     Step::kFinish,
-     {1, 2, 3, 5, 38, 257, 723},
-     385},
+    {"Download", Download, kConventional, Step::kBootstrap, Step::kFinish, kBlocks, 385},
     {"Identify", Identify, kConventional, Step::kCaret, Step::kRead, {1, 2, 4}, 72},
     {"IdentifyTrunked", Identify, kTrunked, Step::kCaret, Step::kRead, {1, 2, 4}, 72},
     {"Read", Read, kConventional, Step::kCaret, Step::kNetwork, {1, 2, 5, 20, 60}, 150},
@@ -183,10 +142,7 @@ const Piece kPieces[] = {
 };
 
 std::string FaultOption(FaultKind kind, Step step, int ordinal) {
-  simulator::Fault fault;
-  fault.kind = kind;
-  fault.step = step;
-  fault.ordinal = ordinal;
+  simulator::Fault fault{.kind = kind, .step = step, .ordinal = ordinal};
   if (kind == FaultKind::kWrong) fault.value = 0x3F;
   if (kind == FaultKind::kSlow) fault.value = 1000;
   if (kind == FaultKind::kBrace) fault.code = "C01";
@@ -222,7 +178,7 @@ class FaultTable : public ::testing::TestWithParam<Piece> {};
 
 TEST_P(FaultTable, EndsWellOrSaysWhy) {
   const Piece& piece = GetParam();
-  const Outcome clean = Perform({piece.radio}, piece.action);
+  const Outcome clean = Perform(piece.radio, piece.action);
   ASSERT_TRUE(clean.claimed) << clean.boxes;
   int runs = 0;
   for (const simulator::StepName& step : simulator::StepNames()) {
@@ -233,7 +189,7 @@ TEST_P(FaultTable, EndsWellOrSaysWhy) {
       for (const int ordinal : piece.ordinals) {
         const std::string faulty = piece.radio + FaultOption(fault.kind, step.step, ordinal);
         SCOPED_TRACE(faulty);
-        Judge(Perform({faulty}, piece.action), clean, fault.kind);
+        Judge(Perform(faulty, piece.action), clean, fault.kind);
         ++runs;
       }
     }
@@ -253,7 +209,7 @@ TEST(FaultTableOfTwo, ARadioThatFailsDoesNotStopTheOther) {
       for (const int ordinal : {1, 3, 300}) {
         const std::string faulty = radio + FaultOption(kind, step.step, ordinal);
         SCOPED_TRACE(faulty);
-        const Outcome outcome = Perform({faulty, radio}, Download);
+        const Outcome outcome = Perform(faulty + " " + radio, Download);
         EXPECT_TRUE(outcome.claimed) << outcome.boxes;
         EXPECT_TRUE(outcome.result == "done done " || outcome.result == "failed done ")
             << outcome.result << outcome.boxes;

@@ -2,8 +2,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <filesystem>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -36,9 +34,7 @@ TEST_F(Files, WhatCannotBeReadSaysWhyAndWhatToDo) {
   folder_.Write("b.bin", "x");
   fs::permissions(in_ + "b.bin", fs::perms{0});
   const struct {
-    const char* name;
-    std::string path;
-    std::string error;
+    std::string name, path, error;
   } rows[] = {
       {"missing file", in_ + "x.bin",
        "2 There is no file " + in_ +
@@ -74,9 +70,7 @@ TEST_F(Files, WhatCannotBeWrittenSaysWhyAndStaysAsItWas) {
   fs::permissions(in_ + "closed/old.ops", fs::perms{0666});
   fs::permissions(in_ + "closed", fs::perms{0555});
   const struct {
-    const char* name;
-    std::string path;
-    std::string error;
+    std::string name, path, error;
   } rows[] = {
       {"full disk", "/dev/full",
        "28 There is no space left for /dev/full. Please delete files that are not needed, or "

@@ -1,8 +1,6 @@
 #include "upgrade/firmware_selection.h"
 
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <map>
-#include <memory>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -14,9 +13,9 @@
 #include "firmware/firmware.h"
 #include "firmware/transfer_engine.h"
 #include "link/byte_exchange.h"
+#include "radiodb/read_write_view.h"
 #include "simulator/simulated_port.h"
 #include "tests/link_testing.h"
-#include "tests/views_testing.h"
 
 namespace zep::testing {
 
@@ -69,6 +68,21 @@ inline std::string Brief(std::string boxes) {
   return boxes;
 }
 
+// Shows nothing, for tests of what a procedure does and not of how it is watched.
+class QuietView : public firmware::TransferView, public radiodb::ReadWriteView {
+ public:
+  void SetCaption(const std::string&) override {}
+  void ShowStatus(const std::string&) override {}
+  void SetProgressMaximum(int) override {}
+  void SetProgress(int) override {}
+  void ShowProgress(bool) override {}
+  void EnableCancel(bool) override {}
+  void ShowCancel(bool) override {}
+  void ShowBootstrapHint(bool) override {}
+  void SetPort(int, const firmware::PortFacts&) override {}
+  void Repaint() override {}
+};
+
 // Notes what is shown, a line each, but for progress values.
 struct NotedView final : QuietView {
   std::string notes;
@@ -94,7 +108,7 @@ struct FirmwareBench : TestLink {
     Choose(ImageBytes(131072, "ZEP-xx11 ", 0x8000));
   }
   // Makes the bytes the chosen image; it must be a valid one.
-  void Choose(std::string_view bytes) {
+  void Choose(const std::string& bytes) {
     firmware::ChooseImageFile(firmware.image, folder.Write("image.bin", bytes));
     EXPECT_TRUE(CheckForValidFile(session, firmware.image));
   }
@@ -114,7 +128,7 @@ struct FirmwareBench : TestLink {
       port(number).Answer(std::string(128, '\xA5'), ".");
     }
   }
-  // Simulated radios, one a word, on the slots from 1 on; unpaced unless they say so.
+  // Simulated radios, one a word, on the ports from 1 on; unpaced unless they say so.
   void Simulate(const std::string& radios) {
     std::istringstream words(radios);
     for (std::string radio; words >> radio;) {
@@ -129,7 +143,7 @@ struct FirmwareBench : TestLink {
 
   std::string Boxes() { return Brief(user.Boxes()); }
 
-  // How it went: a digit a slot (0 not used, 1 done, 2 failed), blocks, the number of the failure.
+  // How it went: a digit a port (0 not used, 1 done, 2 failed), blocks, the number of the failure.
   std::string Run(const firmware::TransferOptions& options = {},
                   link::Transfer direction = link::Transfer::kProgram) {
     RestoreCommStates(job);

@@ -43,34 +43,6 @@ TEST(Download, GoesIntoFourRadiosAndTellsOfTheOneThatFails) {
   EXPECT_TRUE(desktop.application->link.IsActive(2)) << "it can be tried again at once";
 }
 
-TEST(Download, SavesTheDataBeforeAndWritesItBackAfterwards) {
-  Desktop desktop({"sim:torvik,unpaced"});
-  OpenDownload(desktop, kImage);
-  auto* save = desktop.Find<wxCheckBox>("chkAutoSaveRadioData");
-  ASSERT_TRUE(save->IsShown());
-  save->SetValue(true);
-  desktop.Click("cmdDownload");
-  const std::string boxes = desktop.Boxes();
-  EXPECT_THAT(boxes, HasSubstr("Completed downloading firmware"));
-  EXPECT_FALSE(desktop.application->radio.data_file.empty());
-  EXPECT_EQ(OpenDialogs(), "");
-}
-
-TEST(Download, AsksOnceForTheDataFile) {
-  for (const bool yes : {false, true}) {
-    SCOPED_TRACE(yes);
-    Desktop desktop({"sim:torvik,unpaced"});
-    OpenDownload(desktop, kImage);
-    desktop.Choose(desktop.folder.Write("empty.ops", ""));
-    desktop.Click("cmdBrowseData");
-    desktop.Answer(yes ? wxID_YES : wxID_NO);
-    desktop.Click("cmdDownload");
-    const std::string boxes = desktop.Boxes();
-    EXPECT_THAT(boxes, HasSubstr("Program default data file: FOLDER/empty.ops -> "));
-    EXPECT_EQ(boxes.find("Data file is corrupt.") != std::string::npos, yes);
-  }
-}
-
 TEST(Download, RefusesWhatIsNoImageAndKeepsTheNames) {
   Desktop desktop;
   desktop.folder.Write("bad.bin", "no image");
@@ -95,8 +67,7 @@ TEST(Download, RefusesWhatIsNoImageAndKeepsTheNames) {
 }
 
 TEST(Download, KeepsWhatIsTypedOnceItIsComplete) {
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   desktop.Open("Download");
   for (const char* file : {"txtBinaryFileName", "txtDataFileName"})
     desktop.Type(file, desktop.folder.Path(kImage));
@@ -169,9 +140,7 @@ TEST(InHouse, ReadsTheFlashOfOneRadioIntoAFile) {
 }
 
 TEST(AutomaticUpgrade, UpgradesAndTellsWhenThereIsNothingToDo) {
-  Desktop desktop({"sim:torvik,unpaced"}, "Torvik");
-  desktop.user_hive.Write(Desktop::kKey, "DefaultDataPath", desktop.folder.Path());
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop({"sim:torvik,unpaced"}, "Torvik");
   desktop.Open("Upgrade");
   desktop.Click("cmdUpgrade");
   EXPECT_THAT(desktop.Boxes(), HasSubstr("The upgrade process has completed successfully\n"));
@@ -184,19 +153,14 @@ TEST(AutomaticUpgrade, UpgradesAndTellsWhenThereIsNothingToDo) {
 }
 
 TEST(AutomaticUpgrade, CancelEndsItAsAborted) {
-  for (const int turn : {20, 400, 3000}) {
-    SCOPED_TRACE(turn);
-    Desktop desktop({"sim:torvik,unpaced"}, "Torvik");
-    desktop.user_hive.Write(Desktop::kKey, "DefaultDataPath", desktop.folder.Path());
-    ASSERT_TRUE(desktop.Start());
-    desktop.Open("Upgrade");
-    desktop.AtTurn(turn, [&] { desktop.Click("cmdCancel"); });
-    desktop.Click("cmdUpgrade");
-    EXPECT_THAT(desktop.Boxes(), HasSubstr("The upgrade process was aborted\n"));
-    EXPECT_THAT(desktop.folder.Read("upgrade.log").value_or(""),
-                HasSubstr("The upgrade process was aborted"));
-    EXPECT_FALSE(desktop.application->session.jobs.IsRunning());
-  }
+  RunningDesktop desktop({"sim:torvik,unpaced"}, "Torvik");
+  desktop.Open("Upgrade");
+  desktop.AtTurn(400, [&] { desktop.Click("cmdCancel"); });
+  desktop.Click("cmdUpgrade");
+  EXPECT_THAT(desktop.Boxes(), HasSubstr("The upgrade process was aborted\n"));
+  EXPECT_THAT(desktop.folder.Read("upgrade.log").value_or(""),
+              HasSubstr("The upgrade process was aborted"));
+  EXPECT_FALSE(desktop.application->session.jobs.IsRunning());
 }
 
 TEST(UpgradeDialog, SucceedsOnlyWhenEveryRadioHasTheFirmware) {

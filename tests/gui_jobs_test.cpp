@@ -15,8 +15,7 @@ using ::testing::Not;
 using ::testing::StartsWith;
 
 TEST(Specification, ShowsTheRadioAndForgetsItWhenTheNextOneIsSilent) {
-  Desktop desktop({"sim:trunked", "sim:conventional,fault=silent@caret"});
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop({"sim:trunked", "sim:conventional,fault=silent@caret"});
   desktop.dialogs.WhenShown("frmSelectCommPort",
                             [&](wxDialog& dialog) { desktop.Click("cmdCancel", &dialog); });
   desktop.Click("cmdReadRadio");
@@ -43,8 +42,7 @@ TEST(Specification, ShowsTheRadioAndForgetsItWhenTheNextOneIsSilent) {
 }
 
 TEST(RadioMenu, ReadsIntoAFileAndProgramsItAgain) {
-  Desktop desktop({"sim:trunked"});
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop({"sim:trunked"});
   desktop.Choose(desktop.folder.Path("a.omn"));
   desktop.Menu("mnuRead");
   EXPECT_EQ(desktop.Boxes(),
@@ -75,8 +73,7 @@ TEST(RadioMenu, ReadsIntoAFileAndProgramsItAgain) {
 TEST(RadioMenu, ACancelledReadLeavesNoFileAndNoJobBehind) {
   for (const int turn : {1, 30, 300, 3000}) {
     SCOPED_TRACE(turn);
-    Desktop desktop({"sim:conventional"});
-    ASSERT_TRUE(desktop.Start());
+    RunningDesktop desktop({"sim:conventional"});
     desktop.AtTurn(
         turn, [&] { desktop.Click("cmdCancel", wxWindow::FindWindowByName("frmReadWriteRadio")); });
     if (turn > 300) desktop.Choose(desktop.folder.Path("a.ops"));
@@ -94,8 +91,7 @@ TEST(RadioMenu, ACancelledReadLeavesNoFileAndNoJobBehind) {
 TEST(RadioMenu, ProgrammingStopsOnlyAfterAQuestion) {
   for (const bool yes : {false, true}) {
     SCOPED_TRACE(yes);
-    Desktop desktop({"sim:conventional,unpaced"});
-    ASSERT_TRUE(desktop.Start());
+    RunningDesktop desktop({"sim:conventional,unpaced"});
     desktop.Choose(desktop.folder.Path("a.ops"));
     desktop.Menu("mnuRead");
     desktop.Boxes();
@@ -118,8 +114,7 @@ TEST(RadioMenu, ProgrammingStopsOnlyAfterAQuestion) {
 TEST(Frame, ClosingItDuringAJobAsksAndNeverLeavesTheJobBehind) {
   for (const bool yes : {false, true}) {
     SCOPED_TRACE(yes);
-    Desktop desktop({"sim:conventional"});
-    ASSERT_TRUE(desktop.Start());
+    RunningDesktop desktop({"sim:conventional"});
     desktop.AtTurn(40, [&] {
       EXPECT_FALSE(desktop.frame->Entry("mnuRead")->IsEnabled()) << "no second job";
       EXPECT_TRUE(desktop.frame->Entry("mnuTranscript")->IsEnabled());
@@ -143,8 +138,7 @@ TEST(Frame, EndsWithoutAskingThroughAnOpenDialog) {
                                                       {"frmReadWriteRadio", "mnuRead"}};
   for (const auto& [dialog, entry] : rows) {
     SCOPED_TRACE(dialog);
-    Desktop desktop;
-    ASSERT_TRUE(desktop.Start());
+    RunningDesktop desktop;
     desktop.dialogs.WhenShown(dialog, [&](wxDialog&) { desktop.frame->EndWithoutAsking(); });
     desktop.Menu(entry);
     if (desktop.frame != nullptr) desktop.frame->EndWithoutAsking();
@@ -156,8 +150,7 @@ TEST(Frame, EndsWithoutAskingThroughAnOpenDialog) {
 }
 
 TEST(Frame, ASecondClickDuringAJobStartsNothing) {
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   desktop.AtTurn(20, [&] {
     EXPECT_FALSE(desktop.Find<wxButton>("cmdReadRadio")->IsEnabled());
     desktop.Menu("mnuRead");
@@ -170,8 +163,7 @@ TEST(Frame, ASecondClickDuringAJobStartsNothing) {
 }
 
 TEST(Keyboard, EscapeCancelsTheJobOfATaskWindow) {
-  Desktop desktop({"sim:conventional,fault=silent@caret"});
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop({"sim:conventional,fault=silent@caret"});
   desktop.frame->Raise();
   desktop.Find<wxButton>("cmdReadRadio")->SetFocus();
   desktop.AtTurn(20, [&] {
@@ -188,8 +180,7 @@ TEST(Keyboard, EscapeCancelsTheJobOfATaskWindow) {
 }
 
 TEST(Preferences, ChangePortsAndLanguageAtOnce) {
-  Desktop desktop({"sim:conventional", "sim:trunked"});
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop({"sim:conventional", "sim:trunked"});
   desktop.dialogs.WhenShown("frmPreferences", [&](wxDialog& dialog) {
     desktop.Find<wxCheckBox>("chkSelectCommPort1", &dialog)->SetValue(false);
     desktop.Find<wxComboBox>("cboDevice2", &dialog)->SetValue("nosuchport");
@@ -220,8 +211,7 @@ TEST(Preferences, ChangePortsAndLanguageAtOnce) {
 }
 
 TEST(Preferences, HoldUntilTheEndWhenTheyCannotBeSaved) {
-  Desktop desktop({"sim:conventional"});
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop({"sim:conventional"});
   desktop.user_hive.is_broken = true;
   desktop.dialogs.WhenShown("frmPreferences", [&](wxDialog& dialog) {
     desktop.Find<wxComboBox>("cboDevice1", &dialog)->SetValue("sim:trunked");
@@ -240,9 +230,7 @@ TEST(Preferences, HoldUntilTheEndWhenTheyCannotBeSaved) {
 TEST(Day, OfATechnicianInEachLanguage) {
   for (int language = 1; language <= services::kLanguageCount; ++language) {
     SCOPED_TRACE(language);
-    Desktop desktop({"sim:torvik,unpaced"}, "Torvik", language);
-    desktop.user_hive.Write(Desktop::kKey, "DefaultDataPath", desktop.folder.Path());
-    ASSERT_TRUE(desktop.Start());
+    RunningDesktop desktop({"sim:torvik,unpaced"}, "Torvik", language);
     desktop.Click("cmdReadRadio");
     EXPECT_EQ(desktop.Text("lblSerialNumber"), "10000125");
     desktop.Choose(desktop.folder.Path("day.ops"));
@@ -255,8 +243,11 @@ TEST(Day, OfATechnicianInEachLanguage) {
     desktop.Choose(desktop.folder.Path("model11-a1-1mbit.bin"));
     desktop.Click("cmdBrowseBinary");
     desktop.Find<wxCheckBox>("chkAutoSaveRadioData")->SetValue(true);
+    const simulator::SimulatedRadio& radio = desktop.Radio("sim:torvik,unpaced");
+    const std::size_t written = radio.Counts().records_written;
     desktop.Click("cmdDownload");
     EXPECT_NE(desktop.Text("txtResult"), "");
+    EXPECT_GT(radio.Counts().records_written, written) << "the data that was saved before";
     desktop.Open("Specifications");
     desktop.Click("cmdReadRadio");
     EXPECT_EQ(desktop.Text("lblSoftwareVersion"), "0126");

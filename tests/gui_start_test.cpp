@@ -11,12 +11,10 @@ namespace {
 using platform::SystemFamily;
 
 struct CommandLineCase {
-  const char* name;
-  const char* line;
+  const char *name, *line;
   SystemFamily family;
   bool starts;
-  const char* boxes;
-  const char* options;  // the About window's letters
+  const char *boxes, *options;  // the About window's letters
 };
 
 TEST(StartUp, TheWholeCommandLineMustBeOptions) {
@@ -83,15 +81,10 @@ TEST(StartUp, TellsOnceOfAnUpgradeThatDidNotFinish) {
             "back, then delete FOLDER/upgrade/10000104v0400.ops.unfinished.\n");
   EXPECT_THAT(desktop.folder.Read("upgrade.log").value_or(""),
               ::testing::HasSubstr("An earlier upgrade did not finish. Its data is in " + data));
-  Desktop without;
-  ASSERT_TRUE(without.Start());
-  EXPECT_EQ(without.Boxes(), "");
-  EXPECT_FALSE(without.folder.Read("upgrade.log"));
 }
 
 TEST(Frame, ShowsModeAndLanguageAndSwitchesThem) {
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   const auto mode = [&] { return desktop.frame->Entry("mnuMode")->GetItemLabel().utf8_string(); };
   EXPECT_EQ(desktop.frame->GetTitle(), "ZEP Download and Configuration Application - Factory Mode");
   EXPECT_EQ(mode(), "Change to Customer &Mode");
@@ -126,20 +119,17 @@ std::string Tree(Desktop& desktop) {
 
 TEST(TaskTree, OffersTheTasksOfTheApplicationAndOpensOneAtATime) {
   {
-    Desktop desktop({"sim:conventional"}, "Torvik");
-    ASSERT_TRUE(desktop.Start());
+    RunningDesktop desktop({"sim:conventional"}, "Torvik");
     EXPECT_EQ(Tree(desktop), "Specifications Upgrade Download");
   }
   {
-    Desktop desktop({"sim:conventional"}, "ZEP", 1, "base ZEP\n901 True\n");
-    ASSERT_TRUE(desktop.Start());
+    RunningDesktop desktop({"sim:conventional"}, "ZEP", 1, "base ZEP\n901 True\n");
     EXPECT_EQ(Tree(desktop), "Specifications");
     desktop.user_hive.Write(Desktop::kKey, "ShowAdvanced", "-1");
     desktop.frame->MainWindow().UpdateTreeView();
     EXPECT_EQ(Tree(desktop), "Specifications Download");
   }
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   EXPECT_EQ(Tree(desktop), "Specifications Download");
   EXPECT_EQ(desktop.application->current_task, shell::Task::kSpecification);
   EXPECT_STREQ(desktop.frame->MainWindow().TaskForm()->GetName(), "frmSpecification");
@@ -175,8 +165,7 @@ TEST(TaskTree, OffersTheTasksOfTheApplicationAndOpensOneAtATime) {
 }
 
 TEST(Menus, CompanionsAndWebPagesAreOpened) {
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   const std::string program = desktop.folder.Write("zeptrunk", "");
   desktop.Answer(wxID_NO);
   desktop.Menu("mnuLaunchTrunked");
@@ -199,8 +188,7 @@ TEST(Menus, CompanionsAndWebPagesAreOpened) {
 }
 
 TEST(Menus, ExitAsksAndCancelLeavesEverythingAsItWas) {
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   desktop.Answer(wxID_CANCEL);
   desktop.Menu("mnuExit");
   ASSERT_NE(desktop.frame, nullptr);
@@ -222,62 +210,61 @@ TEST(StartUp, GoesOnInEnglishWithADamagedDictionaryAndSaysSo) {
             "File");
 }
 
-// Letters that several controls or menus of one window share, and labels that are cut off.
-std::string Clashes(const wxWindow* window, std::map<wxChar, wxString>& owners) {
-  std::string clashes;
-  for (const wxWindow* child : window->GetChildren()) {
-    const wxString label = child->GetLabel();
-    const wxChar letter = services::MnemonicOf(label);
-    if (letter != 0 && child->IsShown()) {
-      const auto [owner, is_new] = owners.emplace(letter, label);
-      if (!is_new) clashes += (owner->second + " / " + label + "\n").utf8_string();
-    }
-    const bool has_text = dynamic_cast<const wxButton*>(child) != nullptr ||
-                          dynamic_cast<const wxCheckBox*>(child) != nullptr;
-    if (has_text && child->IsShown() && child->GetSize().x < child->GetBestSize().x)
-      clashes += (label + " is cut off\n").utf8_string();
-    clashes += Clashes(child, owners);
-  }
-  return clashes;
-}
-
-std::string MenuClashes(const wxMenu& menu) {
+// Notes which labels have which letters, and tells of clashes.
+struct Letters {
   std::map<wxChar, wxString> owners;
   std::string clashes;
-  for (const wxMenuItem* item : menu.GetMenuItems()) {
-    const wxChar letter = services::MnemonicOf(item->GetItemLabel());
-    const auto [owner, is_new] = owners.emplace(letter, item->GetItemLabel());
-    if (!item->IsSeparator() && letter == 0)
-      clashes += item->GetItemLabel().utf8_string() + " has no letter\n";
-    if (letter != 0 && !is_new)
-      clashes += (owner->second + " / " + item->GetItemLabel() + "\n").utf8_string();
+
+  // Whether the label has a letter.
+  bool Add(const wxString& label) {
+    const wxChar letter = services::MnemonicOf(label);
+    if (letter == 0) return false;
+    const auto [owner, is_new] = owners.emplace(letter, label);
+    if (!is_new) clashes += (owner->second + " / " + label + "\n").utf8_string();
+    return true;
   }
-  return clashes;
-}
+  // And labels of buttons and boxes that are cut off.
+  void AddControls(const wxWindow& window) {
+    for (const wxWindow* child : window.GetChildren()) {
+      if (child->IsShown()) Add(child->GetLabel());
+      const bool has_text = dynamic_cast<const wxButton*>(child) != nullptr ||
+                            dynamic_cast<const wxCheckBox*>(child) != nullptr;
+      if (has_text && child->IsShown() && child->GetSize().x < child->GetBestSize().x)
+        clashes += (child->GetLabel() + " is cut off\n").utf8_string();
+      AddControls(*child);
+    }
+  }
+};
 
 TEST(Keyboard, NoLetterIsTakenTwiceInAnyWindowOrLanguage) {
   for (int language = 1; language <= services::kLanguageCount; ++language) {
     Desktop desktop({"sim:conventional"}, "Torvik", language);
     ASSERT_TRUE(desktop.Start("INHOUSE"));
     const wxMenuBar* bar = desktop.frame->GetMenuBar();
-    std::map<wxChar, wxString> headings;
+    Letters headings;
     for (std::size_t at = 0; at < bar->GetMenuCount(); ++at) {
-      const wxString caption = bar->GetMenuLabel(at);
-      EXPECT_TRUE(headings.emplace(services::MnemonicOf(caption), caption).second) << caption;
-      EXPECT_EQ(MenuClashes(*bar->GetMenu(at)), "") << caption;
+      EXPECT_TRUE(headings.Add(bar->GetMenuLabel(at)));
+      Letters entries;
+      for (const wxMenuItem* item : bar->GetMenu(at)->GetMenuItems()) {
+        EXPECT_TRUE(item->IsSeparator() || entries.Add(item->GetItemLabel()))
+            << item->GetItemLabel();
+      }
+      EXPECT_EQ(entries.clashes, "");
     }
     for (const char* task : {"Specifications", "Download", "Upgrade"}) {
       SCOPED_TRACE(std::string(task) + " in language " + std::to_string(language));
       desktop.Open(task);
-      std::map<wxChar, wxString> owners = headings;
-      EXPECT_EQ(Clashes(desktop.frame->MainWindow().TaskForm(), owners), "");
+      Letters letters = headings;
+      letters.AddControls(*desktop.frame->MainWindow().TaskForm());
+      EXPECT_EQ(letters.clashes, "");
     }
     for (const auto& [dialog, entry] : std::map<std::string, std::string>{
              {"frmPreferences", "mnuPreferences"}, {"frmAbout", "mnuAbout"}}) {
       SCOPED_TRACE(dialog + " in language " + std::to_string(language));
       desktop.dialogs.WhenShown(dialog, [](wxDialog& shown) {
-        std::map<wxChar, wxString> owners;
-        EXPECT_EQ(Clashes(&shown, owners), "");
+        Letters letters;
+        letters.AddControls(shown);
+        EXPECT_EQ(letters.clashes, "");
         EXPECT_NE(shown.GetEscapeId(), wxID_NONE);
         shown.EndModal(wxID_CANCEL);
       });
@@ -287,8 +274,7 @@ TEST(Keyboard, NoLetterIsTakenTwiceInAnyWindowOrLanguage) {
 }
 
 TEST(Keyboard, TabGoesThroughTheTreeAndTheTask) {
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   desktop.frame->Raise();
   std::string way;
   for (int step = 0; step < 5; ++step) {
@@ -304,8 +290,7 @@ TEST(Keyboard, TabGoesThroughTheTreeAndTheTask) {
 TEST(Keyboard, EnterStartsNoUpgradeByAccident) {
   for (const auto& [strings, first] :
        std::map<std::string, std::string>{{"Torvik", "cmdCancel"}, {"ZEP", "cmdBrowseBinary"}}) {
-    Desktop desktop({"sim:conventional"}, strings);
-    ASSERT_TRUE(desktop.Start());
+    RunningDesktop desktop({"sim:conventional"}, strings);
     desktop.frame->Raise();
     desktop.Open("Upgrade");
     const wxWindow* focus = wxWindow::FindFocus();
@@ -315,8 +300,7 @@ TEST(Keyboard, EnterStartsNoUpgradeByAccident) {
 }
 
 TEST(Help, EveryWindowShowsItsOwnPage) {
-  Desktop desktop({"sim:conventional"}, "Torvik");
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop({"sim:conventional"}, "Torvik");
   std::string pages;
   desktop.application->context.show_help = [&](const std::string& page) {
     EXPECT_TRUE(std::filesystem::exists(ZEP_SOURCE_DIR "/resources/help/en/" + page)) << page;
@@ -336,8 +320,7 @@ TEST(Help, EveryWindowShowsItsOwnPage) {
 
 // A dialog of the help window would hold up the job.
 TEST(Help, CanBeReadBesideADialogAndAJob) {
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   desktop.Menu("mnuContents");
   wxWindow* book = nullptr;
   for (wxWindow* window : wxTopLevelWindows)
@@ -363,8 +346,7 @@ TEST(Help, CanBeReadBesideADialogAndAJob) {
 }
 
 TEST(Help, EscapeClosesItAndLeavesTheJobAlone) {
-  Desktop desktop;
-  ASSERT_TRUE(desktop.Start());
+  RunningDesktop desktop;
   const link::Job job(desktop.application->link);
   for (const char* part : {"treeCtrl", "htmlWindow"}) {
     desktop.application->context.show_help("download.htm");

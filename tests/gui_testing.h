@@ -17,6 +17,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <utility>
 #include <vector>
@@ -31,13 +32,11 @@
 #include <wx/msgdlg.h>
 #include <wx/textctrl.h>
 
-#include "programs/this_computer.h"
 #include "shell/application.h"
 #include "shell/frmAbout.h"
 #include "shell/frmMDI.h"
 #include "shell/start_up.h"
 #include "simulator/samples.h"
-#include "simulator/simulated_port.h"
 #include "tests/lent_port.h"
 #include "tests/testing.h"
 
@@ -113,7 +112,7 @@ class ScriptedDialogs final : public wxModalDialogHook {
 
 class Desktop {
  public:
-  explicit Desktop(const std::vector<std::string>& ports = {"sim:conventional"},
+  explicit Desktop(const std::vector<std::string>& devices_of_ports = {"sim:conventional"},
                    const std::string& string_table = "ZEP", int language = 1,
                    const std::string& strings = "")
       : machine_(MakeHive(language)),
@@ -121,7 +120,7 @@ class Desktop {
             {.clock = clock,
              .user_hive = user_hive,
              .machine_hive = *machine_,
-             .make_port = [this](const std::string& device) { return MakePort(device); },
+             .make_port = [this](const std::string& device) { return ports.Make(device); },
              .list_devices = [this] { return devices; },
              .start_program = [this](const std::string& program) { return NoteStart(program); }},
             [this] { return system; },
@@ -130,13 +129,14 @@ class Desktop {
             [this](const std::string& address) { return NoteStart(address); }} {
     EXPECT_FALSE(simulator::WriteSamples(folder.Path()));
     if (!strings.empty()) folder.Write(string_table + ".strings", strings);
-    for (std::size_t slot = 1; slot <= ports.size(); ++slot) {
-      user_hive.Write(kKey, "CommPort" + std::to_string(slot) + "State", "1");
+    user_hive.Write(kKey, "DefaultDataPath", folder.Path());
+    for (std::size_t port = 1; port <= devices_of_ports.size(); ++port) {
+      user_hive.Write(kKey, "CommPort" + std::to_string(port) + "State", "1");
     }
     application = std::make_unique<shell::Application>(
-        computer_,
-        shell::StartChoices{
-            .application_folder = folder.Path(), .string_table = string_table, .ports = ports});
+        computer_, shell::StartChoices{.application_folder = folder.Path(),
+                                       .string_table = string_table,
+                                       .ports = devices_of_ports});
   }
   ~Desktop() {
     if (frame != nullptr) frame->Close(true);
@@ -148,6 +148,7 @@ class Desktop {
 
   TempFolder folder;
   platform::VirtualClock clock;
+  LentPorts ports{clock};
   BreakableHive user_hive;
   std::vector<platform::SerialDeviceInfo> devices;
   platform::SystemVersion system;
@@ -187,7 +188,7 @@ class Desktop {
   void Answer(int button) { dialogs.Answer(button); }
   void Choose(const std::string& file) { dialogs.Choose(file); }
   // The boxes shown since the last call; the application folder is "FOLDER" in them.
-  std::string Boxes() { return WithoutFolder(dialogs.Take()); }
+  std::string Boxes() { return folder.Renamed(dialogs.Take(), "FOLDER"); }
 
   void Menu(const std::string& name) {
     wxMenuItem* entry = frame->Entry(name);
@@ -235,7 +236,7 @@ class Desktop {
     };
   }
 
-  simulator::SimulatedRadio& Radio(const std::string& device) { return ports_.at(device)->Radio(); }
+  simulator::SimulatedRadio& Radio(const std::string& device) { return ports.Radio(device); }
 
  private:
   static std::unique_ptr<platform::SettingsHive> MakeHive(int language) {
@@ -247,19 +248,12 @@ class Desktop {
     started.push_back(what);
     return {};
   }
-  std::unique_ptr<platform::SerialPort> MakePort(const std::string& device) {
-    if (!simulator::IsSimulatedDevice(device)) return programs::MakePort(device, clock);
-    std::unique_ptr<simulator::SimulatedPort>& port = ports_[device];
-    if (!port) port = std::move(*simulator::MakeSimulatedPort(device, clock).value);
-    return std::make_unique<LentPort>(*port);
-  }
-  std::string WithoutFolder(std::string text) const {
-    for (std::size_t at = 0; (at = text.find(folder.Path(), at)) != std::string::npos;)
-      text.replace(at, folder.Path().size(), "FOLDER");
-    return text;
-  }
+};
 
-  std::map<std::string, std::unique_ptr<simulator::SimulatedPort>> ports_;
+// One whose main window is shown.
+struct RunningDesktop : Desktop {
+  using Desktop::Desktop;
+  const bool is_running = Start() ? true : throw std::runtime_error("it does not start");
 };
 
 inline constexpr const char* kCancelQuestion =

@@ -1,9 +1,6 @@
 #include "services/hex_text.h"
 
 #include <sstream>
-#include <string>
-#include <string_view>
-#include <vector>
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,15 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
-#include "platform/serial_port.h"
+#include "programs/this_computer.h"
+#include "simulator/simulated_port.h"
 
 namespace zep::testing {
 
@@ -34,6 +37,32 @@ class LentPort final : public platform::SerialPort {
 
  private:
   platform::SerialPort& port_;
+};
+
+// Makes the ports of a program; the simulated radios behind them outlive it.
+class LentPorts {
+ public:
+  explicit LentPorts(platform::Clock& clock) : clock_(clock) {}
+
+  std::unique_ptr<platform::SerialPort> Make(const std::string& device) {
+    if (!simulator::IsSimulatedDevice(device)) return programs::MakePort(device, clock_);
+    std::unique_ptr<simulator::SimulatedPort>& port = ports_[device];
+    if (!port) {
+      port = std::move(*simulator::MakeSimulatedPort(device, clock_).value);
+      port->SetListener([this](const simulator::WireByte& byte) {
+        if (!byte.from_radio) to_radios += static_cast<char>(byte.value);
+      });
+    }
+    return std::make_unique<LentPort>(*port);
+  }
+  // The radio of a device that the program has used.
+  simulator::SimulatedRadio& Radio(const std::string& device) { return ports_.at(device)->Radio(); }
+
+  std::string to_radios;  // every byte so far
+
+ private:
+  platform::Clock& clock_;
+  std::map<std::string, std::unique_ptr<simulator::SimulatedPort>> ports_;
 };
 
 }  // namespace zep::testing

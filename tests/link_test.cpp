@@ -1,27 +1,20 @@
-#include <chrono>
-#include <string>
-#include <vector>
+// Bytes to and from the radios, and what they answer.
 
 #include <gtest/gtest.h>
 
 #include "link/byte_exchange.h"
 #include "link/error_replies.h"
-#include "link/port_devices.h"
 #include "link/port_set.h"
-#include "link/port_texts.h"
 #include "link/programming_mode.h"
-#include "link/wire_trace.h"
 #include "services/messages.h"
 #include "tests/link_testing.h"
 
 namespace zep::link {
 namespace {
 
-using services::Answer;
 using std::chrono::milliseconds;
 using namespace std::chrono_literals;
 using testing::TestLink;
-using testing::TestSession;
 
 constexpr const char* kSilent =
     "information The radio is not responding, please check the connections. -> OK\n";
@@ -51,8 +44,7 @@ TEST(ByteExchange, AByteIsAwaitedByItsRules) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    TestLink test;
-    test.Activate({1});
+    TestLink test({1});
     test.port(1).Receive(row.received);
     EXPECT_EQ(GetByteFromSpecficComms(test.job, 1, row.expected, row.end_on_zero), row.result);
     EXPECT_EQ(test.job.timSerialTimeOut.IsEnabled(), row.timer_runs_on);
@@ -65,8 +57,7 @@ TEST(ByteExchange, AByteIsAwaitedByItsRules) {
 }
 
 TEST(ByteExchange, SilenceEndsAWaitAfterFourSecondsWhateverIsSkipped) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.port(1).Receive("x", milliseconds(3900));
   EXPECT_EQ(GetStringFromSpecficComms(test.job, 1, ">"), "");
   EXPECT_GE(test.clock.Now(), milliseconds(4000));
@@ -75,8 +66,7 @@ TEST(ByteExchange, SilenceEndsAWaitAfterFourSecondsWhateverIsSkipped) {
 }
 
 TEST(ByteExchange, TheTimeOfAQuestionIsNotTheRadios) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.port(1).Receive("v", milliseconds(60000));
   test.user.while_shown = [&] { test.clock.Sleep(milliseconds(59000)); };
   test.user.on_turn = [&](int turn) {
@@ -94,8 +84,7 @@ TEST(ByteExchange, TheTimeOfAQuestionIsNotTheRadios) {
 }
 
 TEST(ByteExchange, CancelEndsAWaitAtOnceAndLeavesTheInput) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.user.on_turn = [&](int turn) {
     if (turn != 3) return;
     test.job.RequestCancel();
@@ -121,8 +110,7 @@ TEST(ByteExchange, APortThatIsNotActiveIsNeverTouched) {
 }
 
 TEST(ByteExchange, EachPortHasAnsweredBeforeTheNextIsSentTo) {
-  TestLink test;
-  test.Activate({1, 2, 4});
+  TestLink test({1, 2, 4});
   for (const int port : {1, 2, 4}) test.port(port).Answer("r", "r");
   SendByteToAllComms(test.job, 'r', {.wait = true, .expected = 'r'});
   EXPECT_EQ(test.Wire(), "1<r 1>r 2<r 2>r 4<r 4>r");
@@ -138,8 +126,7 @@ TEST(ByteExchange, EachPortHasAnsweredBeforeTheNextIsSentTo) {
 TEST(ByteExchange, ALatePortStopsTheSweepUnlessTheOthersGoOn) {
   for (const bool others_go_on : {false, true}) {
     SCOPED_TRACE(others_go_on);
-    TestLink test;
-    test.Activate({1, 2, 3});
+    TestLink test({1, 2, 3});
     test.job.others_go_on = others_go_on;
     test.port(1).Answer("0", "0");
     test.port(3).Answer("0", "0");
@@ -152,8 +139,7 @@ TEST(ByteExchange, ALatePortStopsTheSweepUnlessTheOthersGoOn) {
 }
 
 TEST(ByteExchange, TheLastPortToFailEndsTheRunOfSeveral) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.port(1).Receive("{C04}>");
   EXPECT_EQ(WaitForDotFromActiveComms(test.job), 0);
@@ -164,14 +150,12 @@ TEST(ByteExchange, TheLastPortToFailEndsTheRunOfSeveral) {
 }
 
 TEST(ByteExchange, OnlyThePortThatIsWaitedForIsMarked) {
-  TestLink test;
-  test.Activate({1, 2, 3});
+  TestLink test({1, 2, 3});
   for (const int port : {2, 3}) test.port(port).Receive(".");
   WaitForDotFromActiveComms(test.job);
   EXPECT_EQ(test.States(), "4112") << "after the time-out the others are not looked at";
 
-  TestLink refused;
-  refused.Activate({1, 2});
+  TestLink refused({1, 2});
   refused.job.others_go_on = true;
   refused.job.SetDownloadError(services::Failure::kRefused);
   GetByteFromSpecficComms(refused.job, 1, '.');
@@ -180,8 +164,7 @@ TEST(ByteExchange, OnlyThePortThatIsWaitedForIsMarked) {
 }
 
 TEST(ByteExchange, CancelEndsARunOfSeveralForAll) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.port(1).Receive("{C0");
   test.user.on_turn = [&](int turn) {
@@ -194,8 +177,7 @@ TEST(ByteExchange, CancelEndsARunOfSeveralForAll) {
 }
 
 TEST(ByteExchange, EchoesAreAwaitedWithoutFlashTexts) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.port(1).Answer("a", "xa");
   SendByteToSpecificComms(test.job, 'a', 1, true);
@@ -209,8 +191,7 @@ TEST(ByteExchange, EchoesAreAwaitedWithoutFlashTexts) {
 }
 
 TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   test.user.on_turn = [&](int turn) {
     if (turn == 2) test.port(1).Fail(5);
   };
@@ -220,23 +201,19 @@ TEST(ByteExchange, AFailingDeviceIsReportedAndTakenOut) {
                 kNoResponse);
   EXPECT_EQ(test.States(), "4222");
   EXPECT_EQ(test.Failure(), services::Failure::kPort);
-}
 
-TEST(ByteExchange, ADeviceThatFailsInTheMiddleOfABlockIsTakenOut) {
-  TestLink test;
-  test.Activate({1});
-  test.port(1).Receive("ab");
-  EXPECT_EQ(GetAnyByte(test.job, 1), 'a');
-  test.port(1).Fail(5);
-  GetAnyByte(test.job, 1);
-  EXPECT_EQ(test.user.Boxes(),
+  TestLink block({1});  // in the middle of a block
+  block.port(1).Receive("ab");
+  EXPECT_EQ(GetAnyByte(block.job, 1), 'a');
+  block.port(1).Fail(5);
+  GetAnyByte(block.job, 1);
+  EXPECT_EQ(block.user.Boxes(),
             std::string("critical Error: 5 Input/output error[GetAnyByte] -> OK\n") + kNoResponse);
-  EXPECT_EQ(test.States(), "4222");
+  EXPECT_EQ(block.States(), "4222");
 }
 
 TEST(ByteExchange, AVanishedDeviceIsNotSpokenToAgain) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.user.on_turn = [&](int turn) {
     if (turn == 2) test.port(1).Fail(5);
@@ -253,8 +230,7 @@ TEST(ByteExchange, AVanishedDeviceIsNotSpokenToAgain) {
 }
 
 TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
-  TestLink test;
-  test.Activate({1, 2});
+  TestLink test({1, 2});
   test.job.others_go_on = true;
   test.port(1).output = [] { return 1; };
   SendBytesToAllComms(test.job, std::vector<std::uint8_t>{'A'});
@@ -266,8 +242,7 @@ TEST(ByteExchange, OutputThatNeverLeavesFailsThePort) {
 }
 
 TEST(ByteExchange, OutputMayTakeItsTimeAsLongAsItFlows) {
-  TestLink test;
-  test.Activate({1});
+  TestLink test({1});
   // A byte every three seconds.
   test.port(1).output = [&] { return static_cast<std::size_t>((14s - test.clock.Now()) / 3s); };
   SelectBaudRate(test.job, 9600);
@@ -278,11 +253,7 @@ TEST(ByteExchange, OutputMayTakeItsTimeAsLongAsItFlows) {
 
 TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
   struct Row {
-    const char* name;
-    const char* received;
-    const char* mode;
-    const char* reply;
-    const char* shown;
+    const char *name, *received, *mode, *reply, *shown;
   };
   const std::string noise(3000, '7');
   const std::vector<Row> rows = {
@@ -306,8 +277,7 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
   };
   for (const Row& row : rows) {
     SCOPED_TRACE(row.name);
-    TestLink test;
-    test.Activate({3});
+    TestLink test({3});
     test.port(3).Receive(row.received);
     EXPECT_EQ(ReadReplyFromActiveComms(test.job, row.mode), row.reply);
     EXPECT_NE(test.user.Boxes().find(row.shown), std::string::npos) << test.user.Boxes();
@@ -317,28 +287,27 @@ TEST(ByteExchange, RepliesAreReadUpToThePrompt) {
 
 TEST(ErrorReplies, KnownRepliesAreShownAndEveryReplyIsAnError) {
   const std::vector<std::pair<std::string, std::string>> rows = {
-      {"{C01}", "{C01} Command not recognized"},
-      {"{C02}", "{C02} Record corrupted"},
-      {"{C03}", "{C03} Record not accepted"},
-      {"{C04}", "{C04} Item not recognized"},
-      {"{C05}", "{C05} Record size error"},
-      {"{C06}", "{C06} Item size overflow"},
-      {"{C07}", "{C07} Read only item error"},
-      {"{C08}", "{C08} Record too long"},
-      {"{C09}", "{C09} Dynamic database full"},
-      {"{C10}", "{C10} Database write error"},
-      {"{X32}", "{X32} Database is corrupted"},
-      {"{X31}", "{X31} Model configuration not successful"},
+      {"{C01}", "Command not recognized"},
+      {"{C02}", "Record corrupted"},
+      {"{C03}", "Record not accepted"},
+      {"{C04}", "Item not recognized"},
+      {"{C05}", "Record size error"},
+      {"{C06}", "Item size overflow"},
+      {"{C07}", "Read only item error"},
+      {"{C08}", "Record too long"},
+      {"{C09}", "Dynamic database full"},
+      {"{C10}", "Database write error"},
+      {"{X32}", "Database is corrupted"},
+      {"{X31}", "Model configuration not successful"},
       {"{C1}", ""},
       {"{c01}", ""},
   };
   for (const auto& [reply, text] : rows) {
     SCOPED_TRACE(reply);
     const std::string box =
-        text.empty() ? "" : "critical [Radio reported error] " + text + " -> OK\n";
+        text.empty() ? "" : "critical [Radio reported error] " + reply + " " + text + " -> OK\n";
     for (const ReportErrors report : {ReportErrors::kShow, ReportErrors::kSilent}) {
-      TestLink test;
-      test.Activate({1});
+      TestLink test({1});
       test.job.ReportRadioErrors = report;
       test.port(1).Receive(reply.substr(0, 2) + "\r" + reply.substr(2) + ">x");
       WaitForChar(test.job, "v", 1);
@@ -361,8 +330,7 @@ TEST(ErrorReplies, FlashCodesAreShownWhereTextIsAwaited) {
   };
   for (const auto& [code, text] : rows) {
     SCOPED_TRACE(code);
-    TestLink test;
-    test.Activate({2});
+    TestLink test({2});
     test.port(2).Receive(code);
     GetStringFromSpecficComms(test.job, 2, ">");
     EXPECT_EQ(test.user.Boxes(),
@@ -372,184 +340,5 @@ TEST(ErrorReplies, FlashCodesAreShownWhereTextIsAwaited) {
     EXPECT_EQ(test.States(), "2422");
   }
 }
-
-TEST(PortSet, StatesFollowWhatCanBeOpenedAndTheUsersChoice) {
-  TestLink test;
-  test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort1State", "1");
-  test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort2State", "1");
-  test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort3State", "3");
-  test.settings.AppSaveUserSetting(services::AppType::kDownload, "CommPort4State", "many");
-  test.port(2).open_error.number = platform::kPortInUse;
-  EXPECT_EQ(CheckCommPorts(test.link, true), 3);
-  EXPECT_EQ(TestLink::States(test.link.CommStates), "1322");
-  EXPECT_FALSE(test.port(1).IsOpen());
-
-  test.port(2).open_error = {};
-  EXPECT_EQ(TryPorts(test.link, test.link.CommStates), 4);
-  EXPECT_EQ(TestLink::States(test.link.CommStates), "1222")
-      << "a port that can be opened again is Available, not Active";
-}
-
-TEST(PortSet, ASingleRadioNeedsExactlyOneActivePort) {
-  TestLink test;
-  test.windows.on_preferences = [](Link& link, PortStates& states) {
-    ApplyPreferences(link, states, {true, true, {}, false});
-  };
-  test.windows.on_selection = [](Job& job) { SelectPort(job, 2); };
-  EXPECT_TRUE(SelectSinglePort(test.job));
-  EXPECT_EQ(test.windows.shown, "preferences port selection ");
-  EXPECT_EQ(test.States(), "2122");
-  EXPECT_EQ(test.settings.AppGetUserSetting(services::AppType::kDownload, "CommPort1State", "?"),
-            "1");
-  EXPECT_EQ(test.settings.AppGetUserSetting(services::AppType::kDownload, "CommPort4State", "?"),
-            "2");
-
-  TestLink given_up;
-  EXPECT_FALSE(SelectSinglePort(given_up.job));
-  EXPECT_FALSE(InitialiseComms(given_up.job));
-  EXPECT_EQ(given_up.windows.shown, "preferences preferences ");
-}
-
-TEST(PortSet, AChoiceMadeDuringAnActionOutlastsIt) {
-  TestLink test;
-  test.windows.on_preferences = [](Link& link, PortStates& states) {
-    ApplyPreferences(link, states, {true, {}, {}, {}});
-  };
-  EXPECT_TRUE(InitialiseComms(test.job));
-  EXPECT_EQ(test.States(), "1222");
-  EXPECT_EQ(TestLink::States(test.link.CommStates), "1222");
-}
-
-TEST(PortSet, EverySlotHasADeviceOfItsOwn) {
-  TestSession test;
-  const std::array<std::string, kPortCount> by_default = DevicesOfPorts(test.settings);
-  SavePortDevice(test.settings, 2, by_default[0].empty() ? "/dev/ttyUSB7" : by_default[0]);
-  const std::array<std::string, kPortCount> devices = DevicesOfPorts(test.settings);
-  EXPECT_EQ(devices[1], by_default[0].empty() ? "/dev/ttyUSB7" : by_default[0]);
-  for (const std::size_t other : {0U, 2U, 3U}) EXPECT_NE(devices[other], devices[1]);
-}
-
-TEST(PortSet, OnlySimulatedRadiosMayBeOnTwoSlots) {
-  using Clash = std::optional<std::pair<int, int>>;
-  EXPECT_EQ(PortsWithSameDevice({"/dev/a", "/dev/b", "/dev/c", "/dev/b"}), Clash({2, 4}));
-  EXPECT_EQ(PortsWithSameDevice({"/dev/null", "/dev/../dev/null", "", ""}), Clash({1, 2}));
-  EXPECT_EQ(PortsWithSameDevice({"sim:trunked", "", "sim:trunked", ""}), std::nullopt);
-}
-
-TEST(PortTexts, AnOfferedDeviceIsStoredWithoutItsAdapter) {
-  std::vector<platform::SerialDeviceInfo> devices(2);
-  devices[0].device = "/dev/ttyUSB0";
-  devices[0].description = "UART - two";
-  devices[1].device = "/dev/ttyS1";
-  EXPECT_EQ(DeviceOfText(DeviceLabel(devices[0]), devices), "/dev/ttyUSB0");
-  EXPECT_EQ(DeviceOfText(DeviceLabel(devices[1]), devices), "/dev/ttyS1");
-  EXPECT_EQ(DeviceOfText("  sim:trunked ", devices), "sim:trunked");
-  EXPECT_EQ(DeviceOfText("  ", devices), "");
-}
-
-TEST(PortSet, OpeningReportsThePortThatCannotBeOpened) {
-  const std::vector<std::pair<int, std::string>> rows = {
-      {platform::kPortDoesNotExist,
-       "A communication port has been selected that does not exist on the PC, please select "
-       "another port from menu "
-       "File->Preferences."},
-      {platform::kPortInUse,
-       "Communication port 2 already in use, please select another port from menu "
-       "File->Preferences."},
-      {13, "Error: 13 Permission denied[InitialiseComms]"},
-  };
-  for (const auto& [number, text] : rows) {
-    SCOPED_TRACE(number);
-    TestLink test;
-    test.job.CommStates = {PortState::kActive, PortState::kActive, PortState::kAvailable,
-                           PortState::kAvailable};
-    test.port(1).Receive("old");
-    test.port(2).open_error = {number, "Permission denied", "", "Ask %0:s.", {"Anne"}};
-    EXPECT_FALSE(InitialiseComms(test.job)) << "the last Active port is not open";
-    EXPECT_EQ(test.user.Boxes(), "critical " + text + "\nAsk Anne. -> OK\n");
-    EXPECT_EQ(test.States(), "1322");
-    EXPECT_EQ(test.port(1).InputCount(), 0U) << "what was pending is discarded";
-  }
-}
-
-TEST(PortSet, LineSpeedsAreSetOnActivePortsOnly) {
-  TestLink test;
-  test.Activate({1, 3});
-  test.port(2).Receive("x");
-  SelectBaudRate(test.job, 1200);
-  SelectBaudRate(test.job, 9600);
-  SelectBaudRate(test.job, 19200);
-  EXPECT_EQ(test.port(1).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
-  EXPECT_EQ(test.port(3).settings, (std::vector<std::string>{"1200,n,8,1", "9600,n,8,1"}));
-  EXPECT_TRUE(test.port(2).settings.empty());
-  EXPECT_EQ(test.port(2).InputCount(), 0U);
-  EXPECT_EQ(test.user.Boxes(), "critical Baud rate: 19200 not valid -> OK\n");
-  EXPECT_EQ(test.io.writes, "");
-}
-
-TEST(PortSet, TheHighSpeedCardIsProgrammedRegisterByRegister) {
-  TestLink test;
-  test.Activate({1});
-  test.session.high_speed = true;
-  test.settings.AppSaveUserSetting(services::AppType::kDownload, "Port2", "9");
-  InitHighSpeedCard(test.link);
-  EXPECT_EQ(std::exchange(test.io.writes, {}), "2A7=FF 2AF=FF 2B0=FF 2BF=FF");
-  EXPECT_EQ(test.port(1).PortNumber(), 3);
-  EXPECT_EQ(test.port(2).PortNumber(), 9);
-  EXPECT_EQ(test.port(4).PortNumber(), 6);
-
-  const std::vector<std::pair<int, std::string>> divisors = {
-      {1200, "68"}, {125000, "01"}, {9600, "0D"}, {300, "0D"}};
-  for (const auto& [baud, divisor] : divisors) {
-    SelectBaudRate(test.job, baud);
-    EXPECT_EQ(std::exchange(test.io.writes, {}),
-              "2A3=83 2AB=83 2B3=83 2BB=83 2A1=00 2A9=00 2B1=00 2B9=00 2A0=" + divisor + " 2A8=" +
-                  divisor + " 2B0=" + divisor + " 2B8=" + divisor + " 2A3=03 2AB=03 2B3=03 2BB=03");
-  }
-  EXPECT_TRUE(test.port(1).settings.empty());
-}
-
-TEST(ProgrammingMode, TheHandshakeGoesPortByPortAndEndsAtTheFirstSilentOne) {
-  TestLink test;
-  test.Activate({1, 2, 3});
-  for (const int port : {1, 3}) {
-    test.port(port).Answer("^", "v");
-    test.port(port).Answer("#", ">");
-  }
-  PutActiveCommsInProgMode(test.job);
-  EXPECT_EQ(test.Wire(), "1<^ 1>v 1<# 1>> 2<^");
-  EXPECT_TRUE(test.job.DownloadError);
-
-  ReleaseFromProgMode(test.job);
-  EXPECT_EQ(test.Wire(), "1<^ 2<^")
-      << "every radio that was spoken to is released, failed ones too";
-}
-
-TEST(ProgrammingMode, AnActionLeavesRadiosReleasedPortsClosedAndStatesAsTheyWere) {
-  TestLink test;
-  test.Activate({2});
-  {
-    Job job(test.link);
-    PutActiveCommsInProgMode(job);
-    EXPECT_EQ(TestLink::States(job.CommStates), "2422");
-    test.Wire();
-  }
-  EXPECT_EQ(test.Wire(), "2<^");
-  EXPECT_EQ(TestLink::States(test.link.CommStates), "2122");
-  EXPECT_FALSE(test.port(2).IsOpen());
-}
-
-TEST(WatchedPort, LetsAPortThatHasFailedBeOpenedAnew) {
-  TestLink test;
-  std::string wire;
-  auto owned = std::make_unique<testing::ScriptedPort>(test.clock, 1, wire);
-  testing::ScriptedPort& port = *owned;
-  std::uint64_t bytes = 0;
-  WatchedPort watched(std::move(owned), bytes, nullptr);
-  EXPECT_EQ(watched.Open().number, 0);
-  port.open_error = {.number = 8002};
-  EXPECT_EQ(watched.Open().number, 8002) << "it counts as open still";
-}
-
 }  // namespace
 }  // namespace zep::link

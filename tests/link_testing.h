@@ -1,7 +1,6 @@
 // A link on four scripted ports, for tests of what goes over the wire.
 //
-//   TestLink test;
-//   test.Activate({1, 2});
+//   TestLink test({1, 2});                // ports 1 and 2 are Active
 //   test.port(1).Answer("^", "v");          // each time "^" is written, "v" is received at once
 //   test.port(2).Receive(".", 100ms);       // received 100 ms from now
 //   ...
@@ -23,6 +22,7 @@
 #include "link/job.h"
 #include "platform/io_ports.h"
 #include "platform/serial_port.h"
+#include "services/hex_text.h"
 #include "tests/testing.h"
 
 namespace zep::testing {
@@ -87,13 +87,8 @@ class ScriptedPort final : public platform::SerialPort {
   void Note(char direction, std::uint8_t byte) {
     if (!wire_.empty()) wire_ += ' ';
     wire_ += std::to_string(number_) + direction;
-    if (byte > 0x20 && byte < 0x7F) {
-      wire_ += static_cast<char>(byte);
-    } else {
-      constexpr std::string_view kDigits = "0123456789ABCDEF";
-      wire_ += kDigits[byte / 16U];
-      wire_ += kDigits[byte % 16U];
-    }
+    const bool is_shown = byte > 0x20 && byte < 0x7F;
+    wire_ += is_shown ? std::string(1, static_cast<char>(byte)) : services::ConBytNumToHex(byte);
   }
 
   platform::Clock& clock_;
@@ -108,7 +103,13 @@ class ScriptedPort final : public platform::SerialPort {
 // Keeps what was written, as "2A7=FF 2AF=FF".
 class RecordedIoPorts final : public platform::IoPorts {
  public:
-  void Out(std::uint16_t address, std::uint8_t value) override;
+  void Out(std::uint16_t address, std::uint8_t value) override {
+    const auto hex = [](int byte) {
+      return services::ConBytNumToHex(static_cast<std::uint8_t>(byte));
+    };
+    writes += writes.empty() ? "" : " ";
+    writes += hex(address / 256).substr(1) + hex(address % 256) + "=" + hex(value);
+  }
   std::string writes;
 };
 
@@ -129,7 +130,10 @@ class ScriptedWindows final : public link::LinkWindows {
 };
 
 struct TestLink : TestSession {
-  TestLink() : link(session, MakePorts(), windows, io) {}
+  // With these ports Active and open.
+  TestLink(std::initializer_list<int> active = {}) : link(session, MakePorts(), windows, io) {
+    Activate(active);
+  }
 
   // Makes these ports Active, for the user and in the job, and opens them.
   void Activate(std::initializer_list<int> numbers) {
@@ -171,15 +175,5 @@ struct TestLink : TestSession {
 
   std::string wire_;
 };
-
-inline void RecordedIoPorts::Out(std::uint16_t address, std::uint8_t value) {
-  constexpr std::string_view kDigits = "0123456789ABCDEF";
-  if (!writes.empty()) writes += ' ';
-  for (const int shift : {8, 4, 0})
-    writes += kDigits[(static_cast<unsigned>(address) >> static_cast<unsigned>(shift)) & 0xFU];
-  writes += '=';
-  writes += kDigits[value / 16U];
-  writes += kDigits[value % 16U];
-}
 
 }  // namespace zep::testing

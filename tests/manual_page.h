@@ -1,13 +1,13 @@
 // The manual page of zepctl as the tests read it.
 #pragma once
 
-#include <fstream>
-#include <iterator>
 #include <regex>
 #include <set>
 #include <sstream>
 #include <string>
 #include <vector>
+
+#include "platform/files.h"
 
 namespace zep::testing {
 
@@ -15,8 +15,7 @@ using Names = std::set<std::string, std::less<>>;
 
 // A file of the source tree.
 inline std::string SourceFile(const std::string& name) {
-  std::ifstream file(std::string(ZEP_SOURCE_DIR) + "/" + name, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
+  return platform::ReadWholeFile(ZEP_SOURCE_DIR "/" + name).bytes;
 }
 
 // The lines of a section of the manual page as they are read: without macros, fonts and quotes.

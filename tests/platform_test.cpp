@@ -1,6 +1,5 @@
 #include <cerrno>
 #include <csignal>
-#include <filesystem>
 
 #include <gtest/gtest.h>
 

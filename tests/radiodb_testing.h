@@ -61,11 +61,7 @@ struct ScriptedRadio : TestLink {
       const std::string byte = wire.substr(at + 2, wire.find(' ', at) - at - 2);
       told += byte == "0D" ? "|" : byte;
     }
-    told += "\n" + user.TakeBoxes();
-    const std::string path = folder.Path("");
-    for (std::size_t at = told.find(path); at != std::string::npos; at = told.find(path))
-      told.erase(at, path.size());
-    return told;
+    return folder.Renamed(told + "\n" + user.TakeBoxes());
   }
   std::string Read(radiodb::TransferKind kind) {
     db.transfer_kind = kind;

@@ -1,11 +1,9 @@
 #include "platform/serial_device.h"
 
 #include <cstdlib>
-#include <filesystem>
 #include <grp.h>
 #include <numeric>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -127,9 +125,7 @@ TEST_F(SerialDevice, EachKindOfBadDeviceHasItsOwnErrorAndNextStep) {
       " is not a serial device. Please choose a device from the list of ports.";
   const std::string file = folder.Write("image.bin", "x");
   const struct {
-    const char* name;
-    std::string device;
-    std::string error;
+    std::string name, device, error;
   } rows[] = {
       {"missing", "/dev/ttyUSB99", "8002 There is no serial device /dev/ttyUSB99" + plug},
       {"ordinary file", file, "25 " + file + not_serial},

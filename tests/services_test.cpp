@@ -1,8 +1,3 @@
-#include <string>
-#include <string_view>
-#include <utility>
-#include <vector>
-
 #include <gtest/gtest.h>
 
 #include "services/foundation.h"
@@ -29,9 +24,7 @@ struct SettingsTest : ::testing::Test {
 
 TEST_F(SettingsTest, ReadTheUserThenTheMachineThenTheDefault) {
   struct Row {
-    const char* name;
-    const char* of_user;
-    const char* of_machine;
+    const char *name, *of_user, *of_machine;
     std::string_view value;
   };
   for (const Row& row : std::vector<Row>{{"Nowhere", nullptr, nullptr, "default"},
@@ -207,8 +200,7 @@ TEST(Messages, ErrorsOfPortsHaveTextsOfTheirOwnAndAllBringTheirAdvice) {
 TEST(TextLayout, CountsCharactersAndColumnsWhateverTheLanguage) {
   struct Row {
     std::string text;
-    int characters;
-    int columns;
+    int characters, columns;
   };
   for (const auto& [text, characters, columns] : std::vector<Row>{
            {"\u00E9\u7535\u53F0\u3002", 4, 7},

@@ -1,7 +1,6 @@
 #include "platform/settings_hive.h"
 
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -35,9 +34,7 @@ class SettingsFile : public ::testing::Test {
 
 TEST_F(SettingsFile, EveryTextComesBackAndStandsInTheFileReadably) {
   const struct {
-    const char* name;
-    std::string value;
-    std::string in_file;
+    std::string name, value, in_file;
   } rows[] = {
       {"path", "\\database\\", "\\\\database\\\\"},
       {"looks like an escape", "\\x41", "\\\\x41"},

@@ -1,9 +1,6 @@
-#include <chrono>
-#include <string>
-#include <vector>
-
 #include <gtest/gtest.h>
 
+#include "tests/firmware_testing.h"
 #include "tests/simulator_testing.h"
 
 namespace zep::simulator {
@@ -27,49 +24,6 @@ std::string StartLoader(RadioOnTable& table) {
   table.SayBytes(kSecondLoader);
   table.Say("E");
   return table.Wait(milliseconds(1000));
-}
-
-// One row of blocks: where the loader puts it and where it lies in the image.
-struct Row {
-  unsigned bank;
-  unsigned address;
-  unsigned offset;
-  unsigned blocks;
-};
-// The rows of so many megabits, whose banks begin with that many blocks from an address on.
-std::vector<Row> RowsOf(unsigned megabits, unsigned address, unsigned blocks) {
-  std::vector<Row> rows = {
-      {0, address, address, blocks},
-      {0, 0x1080, 0x01080, 127},
-      {0, 0x8000, 0x08000, 108},
-      {0, 0xB800, 0x0B800, 144},
-      {1, address, 0x10000 + address, blocks},
-      {1, 0x1080, 0x11080, 127},
-      {2, address, 0x18000 + address, blocks},
-      {2, 0x1080, 0x19080, 127},
-  };
-  if (megabits == 1) return rows;
-  for (Row row : RowsOf(1, address, blocks))
-    rows.push_back({row.bank + 3, row.address, row.offset + 0x20000, row.blocks});
-  return rows;
-}
-Bytes HeaderOf(const Row& row) {
-  return {static_cast<std::uint8_t>(row.bank), static_cast<std::uint8_t>(row.address / 256),
-          static_cast<std::uint8_t>(row.address % 256), 0, static_cast<std::uint8_t>(row.blocks)};
-}
-
-// Writes the rows; returns how many blocks were acknowledged.
-unsigned WriteRows(RadioOnTable& table, const std::vector<Row>& rows, const Bytes& image) {
-  EXPECT_EQ(table.Say("r0"), "r0");
-  unsigned acknowledged = 0;
-  for (const Row& row : rows) {
-    EXPECT_EQ(table.SayBytes(HeaderOf(row)), HexText(HeaderOf(row)));
-    for (unsigned block = 0; block < row.blocks; ++block) {
-      const auto begin = image.begin() + row.offset + 128 * block;
-      acknowledged += table.SayBytes({begin, begin + 128}) == "2E";
-    }
-  }
-  return acknowledged;
 }
 
 TEST(SimulatedBootstrap, LoadersAreHeardAtTheirSpeedOnly) {
@@ -103,11 +57,7 @@ TEST(SimulatedBootstrap, TheSecondLoaderEndsWithAnEAndAPause) {
 }
 
 TEST(SimulatedBootstrap, ARadioIdentifiesItsFlashAndMicro) {
-  struct Case {
-    const char* radio;
-    const char* bytes;
-  };
-  for (const Case& row : std::vector<Case>{
+  for (const auto& [radio, bytes] : std::vector<std::pair<const char*, const char*>>{
            {"conventional,micro=A1,flash=AT29C010A", "1FD561"},
            {"conventional,flash=SST29SF020", "BF2465"},
            {"conventional,flash=unknown", "010265"},
@@ -116,9 +66,9 @@ TEST(SimulatedBootstrap, ARadioIdentifiesItsFlashAndMicro) {
            {"conventional,fault=wrong@bootstrap:100", ""},
            {"conventional,fault=drop@loader:1", ""},
        }) {
-    SCOPED_TRACE(row.radio);
-    RadioOnTable table(row.radio);
-    EXPECT_EQ(StartLoader(table), row.bytes);
+    SCOPED_TRACE(radio);
+    RadioOnTable table(radio);
+    EXPECT_EQ(StartLoader(table), bytes);
   }
 }
 
@@ -139,8 +89,7 @@ TEST(SimulatedLoader, WritesTheRowsOfItsMapAndStartsWhatTheyHold) {
   struct Case {
     const char* radio;
     ImageOptions image;
-    std::vector<Row> rows;
-    unsigned blocks;
+    const char* run;                   // how the download goes
     std::vector<std::size_t> written;  // ends of the rows
     std::vector<std::size_t> kept;     // beside them: boot code and the radio's own data
     const char* answer;                // of the new firmware, with the data of before
@@ -148,31 +97,31 @@ TEST(SimulatedLoader, WritesTheRowsOfItsMapAndStartsWhatTheyHold) {
   for (const Case& row : std::vector<Case>{
            {"torvik",
             {"11", Micro::kA1, 131072, {"0126", "0400", "0100"}},
-            RowsOf(1, 0x0100, 30),
-            723,
+            "1000 723 0",
             {0x00100, 0x0B800, 0x1CFFF},
             {0x000FF, 0x01000, 0x05000, 0x0B7FF, 0x180FF, 0x1D000, 0x1FFFF},
             "v>0000185A45502D483131313030313236303430302C303130303031E6|>0900021234AF|>"},
            {"conventional",
             {"51", Micro::kE1, 262144, {"0336", "0405", "0103"}},
-            RowsOf(2, 0x0200, 28),
-            1434,
+            "1000 1434 0",
             {0x00200, 0x3CFFF},
             {0x001FF, 0x3D000},
             "v>0000215A45502D4831353130303333362C5354442C30323031303430352C303130333031C8|>"
             "0900021234AF|>"}}) {
     SCOPED_TRACE(row.radio);
-    RadioOnTable table(row.radio);
-    table.Say("#b|w0900021234AF|e|");
+    testing::FirmwareBench bench;
+    bench.Simulate(row.radio);
+    RadioOnTable table(bench.simulated[0]->Radio());
+    table.Say("#b|w0900021234AF|e|^");
     const Bytes before = table.radio.FlashMemory().Contents();
     Bytes image = MakeFirmwareImage(row.image);
     EXPECT_FALSE(table.radio.FlashMatches(image));
-    StartLoader(table);
-    EXPECT_EQ(WriteRows(table, row.rows, image), row.blocks);
+    bench.Choose({image.begin(), image.end()});
+    EXPECT_EQ(bench.Run(), row.run);
     EXPECT_TRUE(table.radio.FlashMatches(image));
     for (const std::size_t at : row.kept)
       EXPECT_EQ(table.radio.FlashMemory().Contents()[at], before[at]) << at;
-    EXPECT_EQ(table.SayBytes({0xFF}), "");
+    table.now = bench.clock.Now();
     EXPECT_EQ(table.Say("^#r00|r09|"), row.answer);
 
     for (const std::size_t at : row.kept) image[at] ^= 1;
@@ -183,20 +132,6 @@ TEST(SimulatedLoader, WritesTheRowsOfItsMapAndStartsWhatTheyHold) {
       image[at] ^= 1;
     }
   }
-}
-
-TEST(SimulatedLoader, ReadsWhatIsInTheFlash) {
-  RadioOnTable table("torvik");
-  StartLoader(table);
-  EXPECT_EQ(table.Say("t0"), "t0");
-  const Bytes& flash = table.radio.FlashMemory().Contents();
-  EXPECT_EQ(table.SayBytes({2, 0x10, 0x80, 0, 2}), "0210800002");
-  EXPECT_EQ(table.Say("x"), "");
-  EXPECT_EQ(table.SayBytes({'.'}),
-            HexText(Bytes(flash.begin() + 0x19080, flash.begin() + 0x19100)));
-  EXPECT_EQ(table.SayBytes({'.'}),
-            HexText(Bytes(flash.begin() + 0x19100, flash.begin() + 0x19180)));
-  EXPECT_EQ(table.SayBytes({0x00}), "00");  // the next header
 }
 
 TEST(SimulatedLoader, RefusesWhatItCannotDo) {
@@ -219,35 +154,11 @@ TEST(SimulatedLoader, RefusesWhatItCannotDo) {
     EXPECT_EQ(table.SayBytes(row.header), row.answer);
     EXPECT_EQ(table.SayBytes({1}), "01");  // ready for a header
   }
-}
-
-TEST(SimulatedLoader, FaultsHappenAtTheirStep) {
-  struct Case {
-    const char* fault;
-    const char* header;
-    unsigned acknowledged;
-    std::size_t restarts;
-  };
-  for (const Case& row : std::vector<Case>{
-           {"wrong@block:10=53", "000100001E", 29, 1},
-           {"drop@block:30", "000100001E", 29, 1},
-           {"wrong@header:4=53", "000100531E", 30, 1},
-           {"drop@finish", "000100001E", 30, 0},
-       }) {
-    SCOPED_TRACE(row.fault);
-    RadioOnTable table("torvik,manual,fault=" + std::string(row.fault));
-    table.radio.PutIntoBootstrapMode();
-    StartLoader(table);
-    EXPECT_EQ(table.Say("r0"), "r0");
-    EXPECT_EQ(table.SayBytes({0, 0x01, 0x00, 0, 30}), row.header);
-    unsigned acknowledged = 0;
-    for (int block = 0; block < 30; ++block) {
-      acknowledged += table.SayBytes(Bytes(128, 0x55)) == "2E";
-    }
-    EXPECT_EQ(acknowledged, row.acknowledged);
-    table.SayBytes({0xFF});
-    EXPECT_EQ(table.radio.Counts().restarts, row.restarts);
-  }
+  RadioOnTable table("torvik");
+  StartLoader(table);
+  table.Say("t0");
+  EXPECT_EQ(table.SayBytes({2, 0x10, 0x80, 0, 2}), "0210800002");
+  EXPECT_EQ(table.Say("x"), "") << "a dot asks for a block";
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -22,7 +23,9 @@ inline simulator::RadioProfile ProfileOf(std::string_view radio) {
 }
 
 struct RadioOnTable {
-  explicit RadioOnTable(std::string_view text) : radio(ProfileOf(text)) {}
+  explicit RadioOnTable(std::string_view text)
+      : own(std::make_unique<simulator::SimulatedRadio>(ProfileOf(text))), radio(*own) {}
+  explicit RadioOnTable(simulator::SimulatedRadio& another) : radio(another) {}
 
   // Says the text, a byte every millisecond, and returns the radio's answers.
   std::string Say(std::string text, int baud = 9600) {
@@ -62,7 +65,8 @@ struct RadioOnTable {
     return answers;
   }
 
-  simulator::SimulatedRadio radio;
+  std::unique_ptr<simulator::SimulatedRadio> own;
+  simulator::SimulatedRadio& radio;
   platform::Duration now{};
 };
 

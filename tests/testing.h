@@ -75,11 +75,21 @@ class TempFolder {
     std::ofstream(path_ / name, std::ios::binary) << contents;
     return Path(name);
   }
+  std::string Write(std::string_view name, const std::vector<std::uint8_t>& bytes) const {
+    return Write(name, std::string(bytes.begin(), bytes.end()));
+  }
   // The file's bytes; nothing when it does not exist.
   std::optional<std::string> Read(std::string_view name) const {
     std::ifstream file(path_ / name, std::ios::binary);
     if (!file) return std::nullopt;
     return std::string(std::istreambuf_iterator<char>(file), {});
+  }
+  // The text with another name of this folder, or with the names of its files alone.
+  std::string Renamed(std::string text, std::string_view name = {}) const {
+    const std::string path = name.empty() ? Path("") : Path();
+    for (std::size_t at = 0; (at = text.find(path, at)) != std::string::npos;)
+      text.replace(at, path.size(), name);
+    return text;
   }
 
  private:
@@ -112,8 +122,7 @@ class TestUser final : public services::User {
   // The same, then forgets it.
   std::string TakeBoxes() { return std::exchange(boxes_, {}); }
 
-  // The requests as they came, for tests of folders, filters and notices.
-  std::vector<services::MessageRequest> messages;
+  // The requests as they came, for tests of folders and filters.
   std::vector<services::FileRequest> file_requests;
 
   // What the user says to the question whether to cancel; unset, it is a question like any other.
@@ -131,7 +140,6 @@ class TestUser final : public services::User {
   }
 
   services::Answer ShowMessage(const services::MessageRequest& request) override {
-    messages.push_back(request);
     if (while_shown) while_shown();
     const services::Answer answer = AnswerTo(request);
     const std::string title = request.title == application_title_ ? "" : "[" + request.title + "] ";
@@ -188,28 +196,12 @@ class TestUser final : public services::User {
   }
 
   static std::string Name(services::Icon icon) {
-    switch (icon) {
-      case services::Icon::kInformation:
-        return "information";
-      case services::Icon::kCritical:
-        return "critical";
-      case services::Icon::kQuestion:
-        return "question";
-    }
-    return "unknown icon";
+    using enum services::Icon;
+    return icon == kInformation ? "information" : icon == kCritical ? "critical" : "question";
   }
   static std::string Name(services::Answer answer) {
-    switch (answer) {
-      case services::Answer::kOk:
-        return "OK";
-      case services::Answer::kCancel:
-        return "Cancel";
-      case services::Answer::kYes:
-        return "Yes";
-      case services::Answer::kNo:
-        return "No";
-    }
-    return "unknown answer";
+    using enum services::Answer;
+    return answer == kOk ? "OK" : answer == kCancel ? "Cancel" : answer == kYes ? "Yes" : "No";
   }
 
   std::string application_title_;

@@ -1,9 +1,6 @@
 #include "firmware/transfer_engine.h"
 
-#include <chrono>
 #include <regex>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -92,16 +89,28 @@ TEST(TransferEngine, RunsEndAsTheRadiosAre) {
            {"torvik torvik,fault=wrong@identification:3=7A", a1, "1100 723 0",
             "; " + micro + "done 1; done 2; "},
            {"torvik conventional", e1, "2200 0 1", "; " + mixed},
-           {"torvik,flash=unknown", a1, "2000 0 1", "; unknown; "}}) {
+           {"torvik,flash=unknown", a1, "2000 0 1", "; unknown; "},
+           {"torvik,fault=wrong@block:10=53", a1, "2000 9 3", "; silent; "},
+           {"torvik,fault=drop@block:30", a1, "2000 29 3", "; silent; "},
+           {"torvik,fault=wrong@header:2=53", a1, "2000 0 3", "; silent; "},
+           {"torvik,manual,fault=drop@finish", a1, "1000 723 0", "; done 1; "}}) {
     SCOPED_TRACE(row.radios);
     FirmwareBench bench;
     bench.Simulate(row.radios);
+    const bool by_hand = row.radios.find("manual") != std::string::npos;
+    if (by_hand) bench.simulated[0]->Radio().PutIntoBootstrapMode();
     bench.Choose(row.image);
     EXPECT_EQ(bench.Run(), row.result);
     EXPECT_EQ(bench.Boxes(), "ask" + row.boxes);
+    EXPECT_EQ(bench.view.notes.find("Error writing data\n") != std::string::npos,
+              row.boxes.find("failed") != std::string::npos);
     const simulator::Bytes image = simulator::BytesOf(row.image);
-    for (std::size_t at = 0; at < bench.simulated.size(); ++at)
-      EXPECT_EQ(bench.simulated[at]->Radio().FlashMatches(image), row.result[at] == '1');
+    for (std::size_t at = 0; at < bench.simulated.size(); ++at) {
+      const simulator::SimulatedRadio& radio = bench.simulated[at]->Radio();
+      const bool is_done = row.result[at] == '1';
+      EXPECT_EQ(radio.FlashMatches(image), is_done);
+      EXPECT_EQ(radio.Counts().restarts, is_done && !by_hand ? 1U : 0U);
+    }
   }
 }
 
@@ -285,6 +294,7 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
   };
   const std::string trunked = "1<^ 1>v 1<# 1>> 1<0D 1<w 1<4 1<F 1<8 1<0*2 1<1 1<0*4 1<0D 1<^";
   const std::string ask = "question Program default data file: /x/b.ops -> Yes\n";
+  const std::string refused = "question Program default data file: /x/b.ops -> No\n";
   const std::string none = "critical Please select a valid file to down load.; ";
   const std::string turn_on = "information Please turn radio on so data may be programmed.; ";
   const std::string data_is =
@@ -296,6 +306,7 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
   for (const Row& row :
        std::vector<Row>{{"11", "", false, "", "write ", "", ""},
                         {"11", "b.ops", false, "", "write /x/b.ops0 ", ask, ""},
+                        {"11", "b.ops", false, "", "write ", refused, ""},
                         {"12", "b.ops", false, "write", "write ", "", ""},
                         {"11", "b.ops", true, "", "read1 write /d/1.ops1 ", "", ""},
                         {"11", "", true, "read1", "read1 ", "", ""},
@@ -312,6 +323,7 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
     bench.port(1).Answer("^", "v");
     bench.port(1).Answer("#", ">");
     bench.folder.Write("a.bin", ImageBytes(131072, "ZEP-xx" + row.model, 0x8000));
+    if (row.boxes == refused) bench.user.WillAnswer("Program default data file", Answer::kNo);
     if (row.boxes == ask) bench.user.WillAnswer("Program default data file", Answer::kYes);
     if (row.boxes == other_model) bench.user.WillAnswer("The firmware file", Answer::kNo);
     NotedWindows windows(bench, row.stop_at);
@@ -323,7 +335,7 @@ TEST(Download, DoesFirmwareAndDataInTheirOrder) {
                   .Done(),
               row.stop_at.empty());
     EXPECT_EQ(windows.steps, row.steps);
-    EXPECT_EQ(std::regex_replace(bench.Boxes(), std::regex(bench.folder.Path("")), ""), row.boxes);
+    EXPECT_EQ(bench.folder.Renamed(bench.Boxes()), row.boxes);
     EXPECT_EQ(testing::Shorten(bench.Wire()), row.wire);
     EXPECT_EQ(bench.port(1).settings.size(), row.wire.empty() ? 0U : 1U);
     EXPECT_FALSE(bench.link.Port(1).IsOpen());

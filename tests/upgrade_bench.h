@@ -10,7 +10,6 @@
 #include "simulator/samples.h"
 #include "tests/firmware_testing.h"
 #include "tests/upgrade_testing.h"
-#include "tests/views_testing.h"
 #include "upgrade/automatic_upgrade.h"
 #include "upgrade/manual_upgrade.h"
 
@@ -25,7 +24,7 @@ struct WatchedUpgrade final : UpgradeView {
   void ShowStatus(const std::string& status) override { on_step(status); }
   radiodb::ReadWriteView& ReadWriteWindow() override { return quiet; }
   firmware::TransferView& TransferWindow() override { return quiet; }
-  void ShowCancelWaits() override { ++cancel_waits; }
+  void ShowCancelWaits() override {}
   void WatchTransfer(services::RunningJob* transfer) override {
     watched = transfer;
     if (transfer != nullptr) on_step("transfer");
@@ -34,7 +33,6 @@ struct WatchedUpgrade final : UpgradeView {
   testing::QuietView quiet;
   std::string firmware_file;
   services::RunningJob* watched = nullptr;
-  int cancel_waits = 0;
   std::function<void(const std::string&)> on_step = [](const std::string&) {};
 };
 
@@ -62,7 +60,7 @@ struct UpgradeBench : testing::FirmwareBench {
         options.micro = simulator::Micro::kA1;
         std::istringstream(rest) >> options.model_code >> options.versions.firmware >>
             options.versions.database >> options.versions.calibration;
-        Write(name, image = simulator::MakeFirmwareImage(options));
+        folder.Write(name, image = simulator::MakeFirmwareImage(options));
         firmware::ChooseImageFile(firmware.image, folder.Path(name));
       }
       if (what == "write") folder.Write(name, rest);
@@ -72,9 +70,6 @@ struct UpgradeBench : testing::FirmwareBench {
       if (what == "inactive") link.State(1) = link::PortState::kAvailable;
     }
   }
-  void Write(const std::string& name, const simulator::Bytes& bytes) const {
-    folder.Write(name, std::string(bytes.begin(), bytes.end()));
-  }
 
   // "succeeded", "up to date", "failed", "comms error" or "aborted", and the number of the failure.
   std::string Upgrade() {
@@ -82,8 +77,17 @@ struct UpgradeBench : testing::FirmwareBench {
                                       "aborted"};
     AutomaticUpgrade upgrade(Work());
     const std::string outcome = kNames[static_cast<int>(upgrade.Upgrade())];
-    selection = upgrade.Selection();
     return outcome + " " + std::to_string(static_cast<int>(upgrade.Cause().failure));
+  }
+  // Either upgrade; of the manual one the number of the failure alone.
+  std::string Upgrade(bool automatic) {
+    if (automatic) return Upgrade();
+    return std::to_string(static_cast<int>(RunManualUpgrade(Work(), {}).failure));
+  }
+  // Reads the radio's data and calibration into their files.
+  void Read() {
+    db.transfer_kind = radiodb::TransferKind::kBoth;
+    EXPECT_TRUE(ReadRadio(db, view).Done());
   }
   UpgradeWork Work() { return {link, firmware, last_radio, upgrade_view}; }
   // The log without times, "|" at the end of each line, and boxes; both without the test's folder.
@@ -93,9 +97,7 @@ struct UpgradeBench : testing::FirmwareBench {
                               std::regex("\n"), "|");
   }
   std::string Boxes() const { return Bare(user.Boxes()); }
-  std::string Bare(const std::string& text) const {
-    return std::regex_replace(text, std::regex(folder.Path("")), "");
-  }
+  std::string Bare(const std::string& text) const { return folder.Renamed(text); }
   simulator::SimulatedRadio& radio() { return simulated[0]->Radio(); }
   simulator::Item& Factory(std::uint8_t item, int network = 1) {
     return const_cast<simulator::Item&>(*radio().Data().Find(network, item));
@@ -120,7 +122,7 @@ struct UpgradeBench : testing::FirmwareBench {
   simulator::Bytes image;
   WatchedUpgrade upgrade_view;
   radiodb::LastRadio last_radio;
-  FirmwareSelection selection;
+  radiodb::RadioDb db{job, last_radio};
 };
 
 }  // namespace zep::upgrade

@@ -1,20 +1,17 @@
 #include "upgrade/upgrade_notes.h"
 
-#include <string>
-#include <vector>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "tests/disk_watch.h"
 #include "tests/upgrade_bench.h"
 #include "upgrade/saved_data.h"
 
 namespace zep::upgrade {
 namespace {
 
-using services::Answer;
-using services::Failure;
-using ::testing::EndsWith;
+using ::testing::ContainsRegex;
+using testing::DiskWatch;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
@@ -117,18 +114,16 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
     const std::vector<std::string> fields = testing::Fields(row);
     SCOPED_TRACE(fields[0]);
     UpgradeBench bench;
-    radiodb::RadioDb db(bench.job, bench.last_radio);
-    db.transfer_kind = radiodb::TransferKind::kBoth;
-    ASSERT_TRUE(ReadRadio(db, bench.view).Done());
+    bench.Read();
     const char* file = fields[1] == "ocs" ? kCalibrationFile : kDataFile;
     bench.folder.Write(file, std::regex_replace(bench.folder.Read(file).value_or(""),
                                                 std::regex(fields[2]), fields[3]));
     const bool relied_on = fields[4].empty();
     // The note is to be found from another working folder, too.
-    SavedData saved{std::filesystem::relative(db.data_file), db.calibration_file};
-    EXPECT_EQ(SecureSavedData(db, saved), relied_on);
+    SavedData saved{std::filesystem::relative(bench.db.data_file), bench.db.calibration_file};
+    EXPECT_EQ(SecureSavedData(bench.db, saved), relied_on);
     EXPECT_EQ(bench.folder.Read("upgrade/10000125v0400.ops.unfinished").value_or(""),
-              relied_on ? db.data_file + "\n" + db.calibration_file + "\n\n\n" : "");
+              relied_on ? bench.db.data_file + "\n" + bench.db.calibration_file + "\n\n\n" : "");
     EXPECT_THAT(bench.Boxes(), HasSubstr(fields[4]));
     EXPECT_THAT(bench.Boxes(), HasSubstr(relied_on ? "" : "so the radio keeps its firmware"));
   }
@@ -136,24 +131,56 @@ TEST(SavedData, IsReliedOnOnlyWhenItIsWhatTheRadioSent) {
 
 TEST(SavedData, IsNotReliedOnWhenTheRadioNowSaysOtherwise) {
   UpgradeBench bench;
-  radiodb::RadioDb db(bench.job, bench.last_radio);
-  db.transfer_kind = radiodb::TransferKind::kBoth;
-  ASSERT_TRUE(ReadRadio(db, bench.view).Done());
-  db.identity.calibration_version = "0101";
-  SavedData saved{db.data_file, db.calibration_file};
-  EXPECT_FALSE(SecureSavedData(db, saved));
+  bench.Read();
+  bench.db.identity.calibration_version = "0101";
+  SavedData saved{bench.db.data_file, bench.db.calibration_file};
+  EXPECT_FALSE(SecureSavedData(bench.db, saved));
   EXPECT_THAT(bench.Boxes(), HasSubstr("The radio, asked once more, gives other answers"));
 }
 
 TEST(SavedData, MayHoldItem0OfEachNetwork) {
   UpgradeBench bench(",model=12,networks=2");
   bench.Factory(0, 2).use = simulator::ItemUse::kReadOnly;
-  radiodb::RadioDb db(bench.job, bench.last_radio);
-  db.transfer_kind = radiodb::TransferKind::kBoth;
-  ASSERT_TRUE(ReadRadio(db, bench.view).Done());
+  bench.Read();
   EXPECT_THAT(bench.folder.Read("database/10000125v0400.omn").value_or(""), HasSubstr("~~~\r\n00"));
-  SavedData saved{db.data_file, db.calibration_file};
-  EXPECT_TRUE(SecureSavedData(db, saved));
+  SavedData saved{bench.db.data_file, bench.db.calibration_file};
+  EXPECT_TRUE(SecureSavedData(bench.db, saved));
+}
+
+// What a job relies on later, or tells the user to be saved, is on the disk by then.
+
+// All bytes of the file, under whatever name they were written.
+std::string Synced(const std::string& path) {
+  return "sync " + std::filesystem::path(path).filename().string() + "[^ ]* " +
+         std::to_string(std::filesystem::file_size(path)) + " bytes\n";
+}
+
+TEST(OnDisk, SavedDataIsThereWithItsNameBeforeTheFlashIsTouched) {
+  UpgradeBench bench;
+  const DiskWatch disk;
+  std::string calls;
+  bench.upgrade_view.on_step = [&](const std::string& step) {
+    if (step == "transfer" && calls.empty()) calls = DiskWatch::Take();
+  };
+  EXPECT_EQ(bench.Upgrade(), "succeeded 0");
+  for (const char* file : {kDataFile, kCalibrationFile}) {
+    EXPECT_THAT(calls,
+                ContainsRegex(Synced(bench.folder.Path(file)) + "rename [^\n]*\nsync folder\n"));
+  }
+  EXPECT_THAT(calls, ContainsRegex("rename [^\n]* 10000125v0400.ops.unfinished\nsync folder\n"));
+}
+
+TEST(OnDisk, WhatIsReadFromARadioIsThereWhenItsJobEnds) {
+  UpgradeBench bench(",flash=AT29C020");
+  const DiskWatch disk;
+  bench.Read();
+  const std::string calls = DiskWatch::Take();
+  for (const char* file : {kDataFile, kCalibrationFile})
+    EXPECT_THAT(calls, ContainsRegex(Synced(bench.folder.Path(file))));
+
+  firmware::ChooseImageFile(bench.firmware.image, bench.folder.Path("flash.bin"));
+  EXPECT_EQ(bench.Run({}, link::Transfer::kRead), "1000 1446 0");
+  EXPECT_THAT(DiskWatch::Take(), ContainsRegex(Synced(bench.folder.Path("flash.bin"))));
 }
 
 }  // namespace

@@ -1,6 +1,3 @@
-#include <string>
-#include <vector>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -10,7 +7,6 @@ namespace zep::upgrade {
 namespace {
 
 using services::Answer;
-using services::Failure;
 using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
@@ -85,42 +81,43 @@ TEST(AutomaticUpgrade, AsksForRadiosThatSwitchThemselvesOff) {
 }
 
 TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
-  // Name, options of the radio, orders, outcome, whether the flash holds the image afterwards, the
-  // log's last lines but the final report.
+  // Name, options of the radio, orders, outcome, whether the flash holds the image afterwards, a
+  // box, the log's last lines but the final report.
   for (const char* row :
-       {"no port||inactive|failed 2|no|Could not initialise comms",
-        "silent at once|,fault=silent@caret||comms error 3|no|Could not read radio configuration",
-        "firmware unknown|,firmware=0333||failed 1|no|"
-        "Unsupported firmware version in the radio please upgrade manually",
-        "up to date|,firmware=0126||up to date 0|no|Firmware is up-to-date. Upgrade not required",
-        "no image|,firmware=0303|no Cannot find PP11PhaseII.bin|failed 5|no|"
-        "Firmware file could not be located",
-        "image corrupt||write PP11PhaseI.bin short|failed 5|no|Firmware file is corrupt",
-        "image of another model||image PP11PhaseI.bin 21 0126 0405 0103;no The firmware file|"
-        "failed 1|no|The firmware file is for another model",
-        "silent while it is read|,fault=silent@read:9||comms error 3|no|Could not save personality "
-        "data",
-        "an earlier file is to stay||write database/10000125v0400.ops mine;"
-        "no Database file for this radio exists, overwrite?|failed 1|no|The radio's data was not "
-        "saved",
-        "no folder for the note||write upgrade file|failed 5|no|The saved data could not be "
+       {"no port||inactive|failed 2|no||Could not initialise comms",
+        "silent at once|,fault=silent@caret||comms error 3|no||Could not read radio configuration",
+        "firmware unknown|,firmware=0333||failed 1|no|Unsupported firmware version in radio. "
+        "Please upgrade manually.|Unsupported firmware version in the radio please upgrade "
+        "manually",
+        "up to date|,firmware=0126||up to date 0|no|Firmware already up-to-date. Upgrade not "
+        "required.|Firmware is up-to-date. Upgrade not required",
+        "no image|,firmware=0303|no Cannot find PP11PhaseII.bin|failed 5|no||Firmware file could "
+        "not be located",
+        "image corrupt||write PP11PhaseI.bin short|failed 5|no|Corrupt firmware file to "
+        "download.|Firmware file is corrupt",
+        "image of another model||image PP11PhaseI.bin 21 0126 0405 0103;no The firmware "
+        "file|failed 1|no||The firmware file is for another model",
+        "silent while it is read|,fault=silent@read:9||comms error 3|no||Could not save "
+        "personality data",
+        "an earlier file is to stay||write database/10000125v0400.ops mine;no Database file for "
+        "this radio exists, overwrite?|failed 1|no||The radio's data was not saved",
+        "no folder for the note||write upgrade file|failed 5|no||The saved data could not be "
         "verified",
-        "no default settings||remove default.ops;no Cannot find default.ops|failed 5|no|"
-        "Could not locate default.ops",
-        "default settings damaged||write default.ops 00|failed 5|no|Could read default settings ",
-        "no loader||remove bs.tsk|comms error 5|no|Firmware download failed",
-        "silent while it is flashed|,fault=silent@block:100||comms error 3|no|Firmware download "
+        "no default settings||remove default.ops;no Cannot find default.ops|failed 5|no||Could not "
+        "locate default.ops",
+        "default settings damaged||write default.ops 00|failed 5|no||Could read default settings ",
+        "no loader||remove bs.tsk|comms error 5|no||Firmware download failed",
+        "silent while it is flashed|,fault=silent@block:100||comms error 3|no||Firmware download "
         "failed",
-        "does not come back|,fault=silent@prompt:4||comms error 3|yes|Could not read radio "
+        "does not come back|,fault=silent@prompt:4||comms error 3|yes||Could not read radio "
         "configuration",
-        "newer database||image PP11PhaseI.bin 11 0126 0406 0103|failed 1|yes|"
-        "Upgrading personality data v400 -> v406|v406 is not supported",
+        "newer database||image PP11PhaseI.bin 11 0126 0406 0103|failed 1|yes||Upgrading "
+        "personality data v400 -> v406|v406 is not supported",
         "older database||image PP11PhaseI.bin 11 0126 0399 0103;no is now 399, older than the 400 "
-        "of|"
-        "failed 1|yes|The radio's database version is older than that of its saved data",
-        "unknown calibration||image PP11PhaseI.bin 11 0126 0405 0104|failed 5|yes|"
-        "Upgrading calibration data v100 -> v104|Could not upgrade calibration data",
-        "refuses a record|,fault=brace@write:30=C10||comms error 4|yes|Could not reprogram "
+        "of|failed 1|yes||The radio's database version is older than that of its saved data",
+        "unknown calibration||image PP11PhaseI.bin 11 0126 0405 0104|failed 5|yes||Upgrading "
+        "calibration data v100 -> v104|Could not upgrade calibration data",
+        "refuses a record|,fault=brace@write:30=C10||comms error 4|yes||Could not reprogram "
         "personality"}) {
     const std::vector<std::string> fields = testing::Fields(row);
     SCOPED_TRACE(fields[0]);
@@ -129,8 +126,11 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
     EXPECT_EQ(bench.Flashed(), fields[4] == "yes");
     EXPECT_EQ(bench.Note(), bench.Started());
     std::string last;
-    for (std::size_t line = 5; line < fields.size(); ++line) last += "|" + fields[line];
-    if (fields[3][0] != 'u') {
+    for (std::size_t line = 6; line < fields.size(); ++line) last += "|" + fields[line];
+    EXPECT_THAT(bench.Boxes(), HasSubstr(fields[5]));
+    if (fields[3][0] == 'u') {
+      EXPECT_EQ(bench.Boxes().find("The upgrade process"), std::string::npos);
+    } else {
       const std::string report =
           fields[3][0] == 'c' ? "There was a comms error - The upgrade process did not complete"
                               : "The upgrade process did not complete successfully";
@@ -150,31 +150,16 @@ TEST(AutomaticUpgrade, EndsEveryFailureWithItsLineAndKeepsTheData) {
                   EndsWith("upgrade/10000125v0400.ops\n" +
                            bench.folder.Path("upgrade/10000125v0100.ocs\n")));
       // By hand, both are needed.
-      radiodb::RadioDb db(bench.job, bench.last_radio);
       for (const auto& [kind, file] :
            {std::pair(radiodb::TransferKind::kChosenFile, "upgrade/10000125v0400.ops"),
             std::pair(radiodb::TransferKind::kCalibration, "upgrade/10000125v0100.ocs")}) {
-        db.transfer_kind = kind;
-        EXPECT_TRUE(ProgramRadio(db, bench.view, bench.folder.Path(file)).Done());
+        bench.db.transfer_kind = kind;
+        EXPECT_TRUE(ProgramRadio(bench.db, bench.view, bench.folder.Path(file)).Done());
       }
       EXPECT_EQ(bench.Item(0x2C).size(), 134U);
       EXPECT_EQ(bench.Item(0x1E).size(), 625U);
     }
     EXPECT_THAT(bench.Log(), EndsWith(last + "|"));
-  }
-}
-
-TEST(AutomaticUpgrade, SaysInABoxWhatIsWrongWithTheFirmware) {
-  for (const char* row :
-       {",firmware=0333||Unsupported firmware version in radio. Please upgrade manually.",
-        ",firmware=0126||Firmware already up-to-date. Upgrade not required.",
-        "|write PP11PhaseI.bin short|Corrupt firmware file to download."}) {
-    const std::vector<std::string> fields = testing::Fields(row);
-    UpgradeBench bench(fields[0], fields[1]);
-    bench.Upgrade();
-    EXPECT_THAT(bench.Boxes(), HasSubstr("information " + fields[2] + " -> OK\n"));
-    EXPECT_EQ(bench.Boxes().find("The upgrade process") == std::string::npos,
-              fields[0].ends_with("0126"));
   }
 }
 
@@ -283,26 +268,14 @@ TEST(ManualUpgrade, DoesWhatItsCheckBoxesAskFor) {
   EXPECT_TRUE(LoadUpgradeSelections(testing::TestSession().session).SaveMain);
 }
 
-TEST(ManualUpgrade, TellsWhereTheDataIsWhenTheDownloadFails) {
-  UpgradeBench bench("", "remove bs.tsk");
-  EXPECT_FALSE(RunManualUpgrade(bench.Work(), {}).Done());
-  EXPECT_THAT(bench.Boxes(), EndsWith("The data of this radio is in " + kBothFiles +
-                                      ". Please keep these files until the radio has its data "
-                                      "back. -> OK\n"));
-  EXPECT_THAT(bench.Log(), EndsWith("The radio's data is in " + kBothFiles + "|"));
-}
-
 // Each fault at each step of both upgrades: a run ends, claims success only with everything in
 // place, and has the data on the disk when the flash was touched.
 TEST(Upgrades, SurviveEveryFaultAtEveryStep) {
   for (const bool automatic : {true, false}) {
     const std::string orders = automatic ? "" : "image PP11PhaseI.bin 11 0126 0400 0100";
-    const auto run = [automatic](UpgradeBench& bench) {
-      return automatic ? bench.Upgrade() == "succeeded 0"
-                       : RunManualUpgrade(bench.Work(), {}).Done();
-    };
+    const std::string success = automatic ? "succeeded 0" : "0";
     UpgradeBench good("", orders);
-    EXPECT_TRUE(run(good));
+    EXPECT_EQ(good.Upgrade(automatic), success);
     int runs = 0;
     for (const simulator::StepName& step : simulator::StepNames()) {
       for (const simulator::FaultName& kind : simulator::FaultNames()) {
@@ -312,7 +285,7 @@ TEST(Upgrades, SurviveEveryFaultAtEveryStep) {
           const std::string fault = std::string(kind.name) + "@" + std::string(step.name) + ordinal;
           SCOPED_TRACE((automatic ? "automatic " : "manual ") + fault);
           UpgradeBench bench(",fault=" + fault, orders);
-          const bool done = run(bench);
+          const bool done = bench.Upgrade(automatic) == success;
           const bool told = bench.Log().find("The radio's data is in ") != std::string::npos;
           EXPECT_FALSE(bench.link.Port(1).IsOpen());
           EXPECT_EQ(bench.States(bench.link.CommStates), "1222");
@@ -344,9 +317,7 @@ TEST(Upgrades, CanBeCancelledInAnyTurn) {
       bench.user.on_turn = [&](int turn) {
         if (part < 16 && turn == all_turns * part / 16) bench.session.jobs.Cancel();
       };
-      const std::string ended =
-          automatic ? bench.Upgrade()
-                    : std::to_string(static_cast<int>(RunManualUpgrade(bench.Work(), {}).failure));
+      const std::string ended = bench.Upgrade(automatic);
       const bool done = part == 16;
       EXPECT_FALSE(bench.link.Port(1).IsOpen());
       EXPECT_EQ(ended, automatic ? done ? "succeeded 0" : "aborted 6" : done ? "0" : "6");
@@ -366,10 +337,7 @@ TEST(Upgrades, EndWellAfterAnUnexpectedError) {
       if (step != "transfer") return;
       bench.user.on_turn = [&](int) { throw std::runtime_error("no memory"); };
     };
-    const std::string ended =
-        automatic ? bench.Upgrade()
-                  : std::to_string(static_cast<int>(RunManualUpgrade(bench.Work(), {}).failure));
-    EXPECT_EQ(ended, automatic ? "failed 1" : "1");
+    EXPECT_EQ(bench.Upgrade(automatic), automatic ? "failed 1" : "1");
     EXPECT_FALSE(bench.upgrade_view.watched);
     EXPECT_FALSE(bench.link.Port(1).IsOpen());
     EXPECT_THAT(bench.Boxes(), HasSubstr("critical An unexpected error has occured -> OK\n"

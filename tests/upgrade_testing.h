@@ -1,22 +1,20 @@
 // Files of radio data for the tests of upgrades, written line by line, and tables of texts.
 #pragma once
 
-#include <cstdio>
 #include <sstream>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "services/hex_text.h"
 
 namespace zep::testing {
 
 // Counting bytes from first to last as hexadecimal text.
 inline std::string Count(int first, int last) {
   std::string hex;
-  char digits[8];
-  for (int byte = first; byte <= last; ++byte) {
-    std::snprintf(digits, sizeof digits, "%02X", static_cast<unsigned>(byte) % 256);
-    hex += digits;
-  }
+  for (int byte = first; byte <= last; ++byte)
+    hex += services::ConBytNumToHex(static_cast<std::uint8_t>(byte));
   return hex;
 }
 

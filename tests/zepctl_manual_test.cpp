@@ -2,8 +2,6 @@
 #include <cstdio>
 #include <map>
 #include <sstream>
-#include <string>
-#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -59,11 +57,6 @@ Names CommonOptions(const std::string& pattern = "[ \n](--?[a-z-]+)[ ,\n]") {
     if (line.starts_with("  -")) lines.append(line, 1, line.find("  ", 2) - 1).append("\n");
   }
   return Found(lines, pattern);
-}
-
-Names Joined(Names names, const Names& more) {
-  names.insert(more.begin(), more.end());
-  return names;
 }
 
 Names Without(Names names, const Names& others) {
@@ -152,7 +145,8 @@ TEST(ZepctlCompletion, OffersEveryCommandAndOptionAndNoOther) {
     expected["\"\""].insert(name.substr(0, blank));
     if (blank != std::string::npos)
       expected[name.substr(0, blank) + " \"\""].insert(name.substr(blank + 1));
-    const Names all = Joined(Declared(command).options, common);
+    Names all = Declared(command).options;
+    all.insert(common.begin(), common.end());
     expected[name + " -"] = all;
     for (const std::string& option : CommonOptions("(--[a-z-]+) [^,\n]"))
       expected[option + " value " + name + " -"] = all;

@@ -11,8 +11,6 @@
 #include <deque>
 #include <filesystem>
 #include <functional>
-#include <map>
-#include <memory>
 #include <optional>
 #include <sstream>
 #include <string>
@@ -22,10 +20,8 @@
 #include <gtest/gtest.h>
 
 #include "cli/zepctl.h"
-#include "programs/this_computer.h"
 #include "simulator/radio_text.h"
 #include "simulator/samples.h"
-#include "simulator/simulated_port.h"
 #include "tests/lent_port.h"
 #include "tests/testing.h"
 
@@ -74,12 +70,13 @@ class TestConsole final : public cli::Console {
 class Zepctl {
  public:
   Zepctl() {
-    folder.Write("bs.tsk", Text(simulator::SampleFirstLoader()));
-    folder.Write("dl.tsk", Text(simulator::SampleSecondLoader()));
+    folder.Write("bs.tsk", simulator::SampleFirstLoader());
+    folder.Write("dl.tsk", simulator::SampleSecondLoader());
   }
 
   TempFolder folder;  // the application folder
   platform::VirtualClock clock;
+  LentPorts ports{clock};
   TestConsole console;
   platform::MemoryHive user_hive;
   std::vector<platform::SerialDeviceInfo> devices;
@@ -95,49 +92,24 @@ class Zepctl {
         {.clock = clock,
          .user_hive = user_hive,
          .machine_hive = machine_hive,
-         .make_port = [this](const std::string& device) { return MakePort(device); },
+         .make_port = [this](const std::string& device) { return ports.Make(device); },
          .list_devices = [this] { return devices; },
          .start_program = [](const std::string&) { return platform::SystemError{}; }});
     return static_cast<int>(status);
   }
-  std::string Out() const { return WithoutFolder(console.out); }
-  std::string Err() const { return WithoutFolder(console.err); }
+  std::string Out() const { return folder.Renamed(console.out, "FOLDER"); }
+  std::string Err() const { return folder.Renamed(console.err, "FOLDER"); }
+  simulator::SimulatedRadio& Radio(const std::string& device) { return ports.Radio(device); }
+  std::string ToRadios() const { return ports.to_radios; }
 
-  // The radio of a device that a run has used.
-  simulator::SimulatedRadio& Radio(const std::string& device) { return ports_.at(device)->Radio(); }
-  // Every byte that has gone to and from the radios so far.
-  std::string ToRadios() const { return to_radios_; }
-
-  static std::string Text(const simulator::Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
   // A sample image in the folder.
   std::string WriteImage(std::string_view name) const {
     for (const simulator::SampleImage& image : simulator::SampleImages()) {
-      if (image.name == name) return folder.Write(name, Text(simulator::MakeSampleImage(image)));
+      if (image.name == name) return folder.Write(name, simulator::MakeSampleImage(image));
     }
     ADD_FAILURE() << "no sample " << name;
     return {};
   }
-
- private:
-  std::unique_ptr<platform::SerialPort> MakePort(const std::string& device) {
-    if (!simulator::IsSimulatedDevice(device)) return programs::MakePort(device, clock);
-    std::unique_ptr<simulator::SimulatedPort>& port = ports_[device];
-    if (!port) {
-      port = std::move(*simulator::MakeSimulatedPort(device, clock).value);
-      port->SetListener([this](const simulator::WireByte& byte) {
-        if (!byte.from_radio) to_radios_ += static_cast<char>(byte.value);
-      });
-    }
-    return std::make_unique<LentPort>(*port);
-  }
-  std::string WithoutFolder(std::string text) const {
-    for (std::size_t at = 0; (at = text.find(folder.Path(), at)) != std::string::npos;)
-      text.replace(at, folder.Path().size(), "FOLDER");
-    return text;
-  }
-
-  std::map<std::string, std::unique_ptr<simulator::SimulatedPort>> ports_;
-  std::string to_radios_;
 };
 
 // The same with factory data of the radio, default settings and an image in its folder, which is

@@ -1,7 +1,5 @@
 // zepctl's upgrade, conversions and comparison of files.
 #include <csignal>
-#include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -21,16 +19,11 @@ TEST(ZepctlUpgrade, GivesARadioNewFirmwareAndItsData) {
   Bench bench;
   const std::string line =
       "-p " + kRadio + " upgrade --image F/my.bin --defaults F/default.ops --string-table ";
-  EXPECT_EQ(bench.RunLine(line + "ZEP"), 1);
-  EXPECT_THAT(bench.Err(), HasSubstr("Unsupported firmware version in radio."));
   EXPECT_EQ(bench.RunLine(line + "Torvik"), 0);
   EXPECT_EQ(bench.Out(),
             "Radio 10000125 (Torvik 1100) now has firmware 0126, database 0405 and calibration "
             "0103. Its former data is in FOLDER/database/10000125v0400.ops and "
             "FOLDER/calibration/10000125v0100.ocs.\n");
-  EXPECT_EQ(bench.Radio(kRadio).Data().Find(1, 0x1E)->data.size(), 625U);
-  EXPECT_EQ(bench.RunLine(line + "Torvik"), 0);
-  EXPECT_THAT(bench.Err(), HasSubstr("Firmware already up-to-date."));
 }
 
 // The time of a process that is killed, as by a power cut, at a look at the local time, which is

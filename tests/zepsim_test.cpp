@@ -1,11 +1,7 @@
 #include "simulator/zepsim.h"
 
 #include <atomic>
-#include <chrono>
-#include <filesystem>
-#include <string>
 #include <thread>
-#include <vector>
 
 #include <gtest/gtest.h>
 

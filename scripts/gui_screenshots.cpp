@@ -8,7 +8,6 @@
 #include <wx/treectrl.h>
 
 #include "link/frmSelectCommPort.h"
-#include "shell/frmAppSplash.h"
 #include "tests/gui_testing.h"
 
 namespace zep::testing {
@@ -123,7 +122,6 @@ void Album::Jobs() {
 
 void Album::Upgrades() {
   Desktop desktop({"sim:torvik"}, "Torvik", static_cast<int>(language_));
-  desktop.user_hive.Write(Desktop::kKey, "DefaultDataPath", desktop.folder.Path());
   if (!desktop.Start()) return;
   desktop.Open("Upgrade");
   desktop.AtTurn(25000, [this, &desktop] { Take(*desktop.frame, "frmAutomaticUpgrade-running"); });
