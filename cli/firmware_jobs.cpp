@@ -20,7 +20,7 @@ services::Outcome FirmwareWindows::ReadRadioData(radiodb::RadioDb& db) {
 
 services::Outcome FirmwareWindows::ProgramRadioData(radiodb::RadioDb& db, const std::string& file) {
   ReadWriteDisplay display(context_);
-  const services::Outcome outcome = ProgramRadio(db, display, file);
+  services::Outcome outcome = ProgramRadio(db, display, file);
   has_programmed_ = outcome.Done();
   return outcome;
 }

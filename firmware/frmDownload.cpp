@@ -34,7 +34,7 @@ class JobWindows final : public DownloadWindows {
 
   services::Outcome ReadRadioData(radiodb::RadioDb& db) override {
     radiodb::frmReadWriteRadio window(parent_, context_);
-    const services::Outcome outcome =
+    services::Outcome outcome =
         window.Run([&db](radiodb::ReadWriteView& view) { return ReadRadio(db, view); });
     if (outcome.Done()) report_ += SavedText(db, db.data_file) + "\n";
     return outcome;
@@ -42,7 +42,7 @@ class JobWindows final : public DownloadWindows {
 
   services::Outcome ProgramRadioData(radiodb::RadioDb& db, const std::string& file) override {
     radiodb::frmReadWriteRadio window(parent_, context_);
-    const services::Outcome outcome =
+    services::Outcome outcome =
         window.Run([&](radiodb::ReadWriteView& view) { return ProgramRadio(db, view, file); });
     if (outcome.Done()) report_ += ProgrammedText(db, file) + "\n";
     return outcome;
@@ -51,7 +51,7 @@ class JobWindows final : public DownloadWindows {
   TransferResult TransferFirmware(link::Job& job, Firmware& firmware,
                                   link::Transfer direction) override {
     frmWriteSWToRadio window(parent_, context_, job.link);
-    const TransferResult result = window.Run(job, firmware, direction);
+    TransferResult result = window.Run(job, firmware, direction);
     report_ += TransferReportText(job.link, result);
     return result;
   }

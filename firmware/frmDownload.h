@@ -29,9 +29,9 @@ class frmDownload : public services::TaskWindow {
  private:
   // The name and the folder of a file, and the button to browse for it.
   struct FileBoxes {
-    wxTextCtrl* name;
-    wxTextCtrl* path;
-    wxButton* browse;
+    wxTextCtrl* name = nullptr;
+    wxTextCtrl* path = nullptr;
+    wxButton* browse = nullptr;
   };
 
   wxSizer* MakeBinaryFrame();
@@ -63,19 +63,19 @@ class frmDownload : public services::TaskWindow {
   wxTimer timInspect;  // runs while an image is being typed, which is inspected in a pause
   SharedImage image_;  // what was inspected last; null when no file is named
 
-  wxTextCtrl* txtBinaryFileName;
-  wxTextCtrl* txtBinaryFilePath;
-  wxButton* cmdBrowseBinary;
-  wxStaticText* lblImageFacts;
-  wxTextCtrl* txtDataFileName;
-  wxTextCtrl* txtDataFilePath;
-  wxButton* cmdBrowseData;
-  wxCheckBox* chkAutoSaveRadioData;
-  wxStaticText* lblAutoSaveRadioData;
-  wxTextCtrl* txtResult;
-  wxButton* cmdDownload;
-  wxButton* cmdUpload;
-  wxButton* cmdCancel;
+  wxTextCtrl* txtBinaryFileName = nullptr;
+  wxTextCtrl* txtBinaryFilePath = nullptr;
+  wxButton* cmdBrowseBinary = nullptr;
+  wxStaticText* lblImageFacts = nullptr;
+  wxTextCtrl* txtDataFileName = nullptr;
+  wxTextCtrl* txtDataFilePath = nullptr;
+  wxButton* cmdBrowseData = nullptr;
+  wxCheckBox* chkAutoSaveRadioData = nullptr;
+  wxStaticText* lblAutoSaveRadioData = nullptr;
+  wxTextCtrl* txtResult = nullptr;
+  wxButton* cmdDownload = nullptr;
+  wxButton* cmdUpload = nullptr;
+  wxButton* cmdCancel = nullptr;
 };
 
 // Reads the flash of one radio into a file that the user chooses. What became of it, for the user;

@@ -31,9 +31,9 @@ class frmWriteSWToRadio : public wxDialog {
   TransferRun* run_ = nullptr;
 
   wxTimer timActivateWriteSW;
-  TransferPanel* pnlTransfer;
-  wxButton* cmdCancel;
-  wxStatusBar* stbStatus;
+  TransferPanel* pnlTransfer = nullptr;
+  wxButton* cmdCancel = nullptr;
+  wxStatusBar* stbStatus = nullptr;
 };
 
 }  // namespace zep::firmware

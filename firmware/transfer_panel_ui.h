@@ -45,12 +45,12 @@ class TransferPanel final : public wxPanel, public TransferView {
 
  private:
   struct Row {
-    wxStaticText* lblPort;
-    wxStaticText* lblDevice;
-    wxStaticText* lblMicro;
-    wxStaticText* lblFlash;
-    wxStaticText* lblStatus;
-    wxStaticText* lblOutcome;
+    wxStaticText* lblPort = nullptr;
+    wxStaticText* lblDevice = nullptr;
+    wxStaticText* lblMicro = nullptr;
+    wxStaticText* lblFlash = nullptr;
+    wxStaticText* lblStatus = nullptr;
+    wxStaticText* lblOutcome = nullptr;
   };
 
   wxSizer* MakeRows();
@@ -60,9 +60,9 @@ class TransferPanel final : public wxPanel, public TransferView {
   const link::Link& link_;
 
   std::array<Row, link::kPortCount> rows_{};
-  wxStaticText* lblBootstrapHint;
+  wxStaticText* lblBootstrapHint = nullptr;
   wxString hint_;  // its text while it is to be seen
-  services::ProgressPanel* pnlProgress;
+  services::ProgressPanel* pnlProgress = nullptr;
 };
 
 }  // namespace zep::firmware

@@ -36,8 +36,8 @@ class frmReadWriteRadio : public wxDialog, public ReadWriteView {
   std::function<services::Outcome(ReadWriteView&)> job_;
   services::Outcome outcome_;
 
-  services::ProgressPanel* pnlProgress;
-  wxButton* cmdCancel;
+  services::ProgressPanel* pnlProgress = nullptr;
+  wxButton* cmdCancel = nullptr;
 };
 
 // The menu entry "Read": reads a radio into a data file that the user chooses, and tells where the

@@ -20,8 +20,8 @@ class frmSpecification : public services::TaskWindow {
 
  private:
   struct Line {
-    wxStaticText* name;
-    wxStaticText* value;
+    wxStaticText* name = nullptr;
+    wxStaticText* value = nullptr;
   };
 
   // Shows the radio read last; dashes when there is none.
@@ -35,11 +35,11 @@ class frmSpecification : public services::TaskWindow {
   link::Link& link_;
   LastRadio& radio_;
   std::vector<Line> lines_;  // one for each field that a radio may have
-  wxFlexGridSizer* grid_;
-  wxStaticText* lblStatus;
-  wxButton* cmdReadRadio;
-  wxButton* cmdCopy;
-  wxButton* cmdCancel;
+  wxFlexGridSizer* grid_ = nullptr;
+  wxStaticText* lblStatus = nullptr;
+  wxButton* cmdReadRadio = nullptr;
+  wxButton* cmdCopy = nullptr;
+  wxButton* cmdCancel = nullptr;
 };
 
 }  // namespace zep::radiodb

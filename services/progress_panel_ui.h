@@ -30,9 +30,9 @@ class ProgressPanel : public wxPanel {
   ProgressRate rate_;
   platform::Duration drawn_{};  // when the bar was drawn last
 
-  wxStaticText* lblProgressText;
-  wxGauge* prgProgress;
-  wxStaticText* lblProgressRate;
+  wxStaticText* lblProgressText = nullptr;
+  wxGauge* prgProgress = nullptr;
+  wxStaticText* lblProgressRate = nullptr;
 };
 
 }  // namespace zep::services

@@ -66,7 +66,7 @@ class frmMDI : public wxAuiMDIParentFrame {
   Application& application_;
   HelpBook help_;
   wxAuiManager layout_;
-  frmMain* main_;
+  frmMain* main_ = nullptr;
   frmTranscript* transcript_ = nullptr;
   std::map<std::string, wxMenuItem*> entries_;
   std::map<std::string, std::size_t> headings_;

@@ -48,12 +48,12 @@ class frmMain : public wxPanel {
   services::TaskWindow* MakeTaskWindow(wxWindow* parent, Task task);
 
   Application& application_;
-  wxAuiMDIParentFrame* frame_;
+  wxAuiMDIParentFrame* frame_ = nullptr;
   wxAuiMDIChildFrame* child_ = nullptr;
   services::TaskWindow* task_ = nullptr;
 
   wxTreeCtrl* TreeView1;
-  wxStaticText* lblHighSpeedMode;
+  wxStaticText* lblHighSpeedMode = nullptr;
 };
 
 }  // namespace zep::shell

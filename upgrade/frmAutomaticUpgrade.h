@@ -20,9 +20,9 @@ class frmAutomaticUpgrade : public services::TaskWindow {
   link::Link& link_;
   firmware::Firmware& firmware_;
   radiodb::LastRadio& radio_;
-  UpgradePanel* panel_;
-  wxButton* cmdUpgrade;
-  wxButton* cmdCancel;
+  UpgradePanel* panel_ = nullptr;
+  wxButton* cmdUpgrade = nullptr;
+  wxButton* cmdCancel = nullptr;
 };
 
 }  // namespace zep::upgrade

@@ -25,13 +25,13 @@ class frmUpgrade : public services::TaskWindow {
   link::Link& link_;
   firmware::Firmware& firmware_;
   radiodb::LastRadio& radio_;
-  UpgradePanel* panel_;
-  wxCheckBox* chkSaveMain;
-  wxCheckBox* chkSaveCalibration;
-  wxCheckBox* chkUpgradeCalibration;
-  wxCheckBox* chkAppLaunchExe;
-  wxButton* cmdUpgrade;
-  wxButton* cmdCancel;
+  UpgradePanel* panel_ = nullptr;
+  wxCheckBox* chkSaveMain = nullptr;
+  wxCheckBox* chkSaveCalibration = nullptr;
+  wxCheckBox* chkUpgradeCalibration = nullptr;
+  wxCheckBox* chkAppLaunchExe = nullptr;
+  wxButton* cmdUpgrade = nullptr;
+  wxButton* cmdCancel = nullptr;
 };
 
 }  // namespace zep::upgrade

@@ -61,13 +61,13 @@ class UpgradePanel : public wxPanel, public UpgradeView {
   services::WindowContext& context_;
   services::RunningJob* transfer_ = nullptr;
 
-  wxTextCtrl* txtBinaryFileName;
+  wxTextCtrl* txtBinaryFileName = nullptr;
   wxButton* cmdBrowseBinary = nullptr;
-  wxTextCtrl* txtUpgradeSteps;
-  services::ProgressPanel* pnlProgress;
+  wxTextCtrl* txtUpgradeSteps = nullptr;
+  services::ProgressPanel* pnlProgress = nullptr;
   ReadWriteProgress read_write_;
-  firmware::TransferPanel* pnlTransfer;
-  wxButton* cmdStopDownload;
+  firmware::TransferPanel* pnlTransfer = nullptr;
+  wxButton* cmdStopDownload = nullptr;
 };
 
 }  // namespace zep::upgrade
