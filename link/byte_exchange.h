@@ -87,7 +87,7 @@ std::uint8_t WaitForDotFromActiveComms(Job& job);
 // corrupted one is reported as "{C02}". Silence sets DownloadError and returns what came.
 std::string ReadReplyFromComms(Job& job, int port, std::string_view mode);
 
-// The same from every Active port in turn; the last reply that is not empty.
+// The same from every Active port in turn; the last reply that is not empty. Only tests call it.
 std::string ReadReplyFromActiveComms(Job& job, std::string_view mode);
 
 // Collects an error reply, whose "{" has been read, up to the prompt into RadioErrorReply and

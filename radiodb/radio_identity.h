@@ -66,6 +66,7 @@ void ProcessRadioSerialNumber(services::Session& session, std::string_view data,
 bool SetBandAndComplianceCodeFromByte(std::uint8_t byte, RadioIdentity& identity);
 
 // Its inverse; nothing when there is no byte for the identity's band and compliance code.
+// Only tests call it.
 std::optional<std::uint8_t> SetByteFromBandAndComplianceCode(const RadioIdentity& identity);
 
 // The band in words for the user: "H 400-470 MHz"; "Unknown", untranslated, where there is none.
